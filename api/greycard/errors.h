@@ -1,0 +1,28 @@
+#pragma once
+
+#include <stdexcept>
+
+#include "greycard/export.h"
+
+namespace greycard {
+
+/// Failure of a numerical kernel (no convergence, singular matrix, zero-width interval, not a number).
+/// Its three-line banner has gone to the error channel before it is thrown.
+class GREYCARD_EXPORT NumericError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A matrix or vector of the wrong shape.
+class GREYCARD_EXPORT ShapeError : public std::invalid_argument {
+ public:
+  using std::invalid_argument::invalid_argument;
+};
+
+/// A file that can't be read, understood or written. what() is one sentence that names the file.
+class GREYCARD_EXPORT FileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace greycard

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "greycard/export.h"
+
+namespace greycard {
+
+/// A picture in memory: rows from the top, pixels from the left, the channels of a pixel side by side
+/// (R, G, B, or one grey channel).
+///
+/// Samples of an 8-bit file are 0..255 and of a 16-bit file 0..65535, as they stand in the file; a
+/// 12-bit picture is a 16-bit one whose white level is 4095.
+struct Picture {
+  int width = 0, height = 0;
+  int channels = 3;  ///< 3 (R, G, B) or 1
+  int bits = 8;      ///< 8 or 16: the sample size of the file
+  std::vector<std::uint16_t> samples;  ///< width * height * channels
+
+  Picture() = default;
+  /// A black picture.
+  Picture(int width_, int height_, int channels_, int bits_)
+      : width(width_), height(height_), channels(channels_), bits(bits_),
+        samples(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) *
+                static_cast<std::size_t>(channels_)) {}
+
+  /// First sample of the pixel; no bounds check.
+  const std::uint16_t* pixel(int x, int y) const { return samples.data() + offset(x, y); }
+  std::uint16_t* pixel(int x, int y) { return samples.data() + offset(x, y); }
+  /// Largest value a sample can hold: 255 or 65535.
+  int ceiling() const { return bits == 16 ? 65535 : 255; }
+
+ private:
+  std::size_t offset(int x, int y) const {
+    return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+            static_cast<std::size_t>(x)) * static_cast<std::size_t>(channels);
+  }
+};
+
+/// Reads a PNG, TIFF, JPEG, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or colour; an
+/// alpha channel is dropped, an orientation mark is obeyed.
+/// \throws FileError that names the file and the reason; nothing else.
+GREYCARD_EXPORT Picture readPicture(const std::filesystem::path& path);
+
+/// Writes the picture; the format follows from the file name's ending, which must be able to hold
+/// the picture's bits. Written under a temporary name and renamed, so an earlier file of that name
+/// stays whole when writing fails.
+/// \throws FileError
+GREYCARD_EXPORT void writePicture(const std::filesystem::path& path, const Picture& picture);
+
+/// The bytes of the picture as a PNG file.
+/// \throws FileError when the picture can't be encoded
+GREYCARD_EXPORT std::vector<std::uint8_t> encodePng(const Picture& picture);
+
+}  // namespace greycard

@@ -1,0 +1,65 @@
+#include "file.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#include "greycard/errors.h"
+
+namespace greycard {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::string reason() { return std::generic_category().message(errno); }
+
+// Beside the target, so that the rename stays within one file system; unique among the threads of
+// this process and the processes of this machine.
+std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
+  static std::atomic<unsigned> counter{0};
+  auto name = path;
+  name += ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(++counter);
+  return name;
+}
+
+}  // namespace
+
+std::string quoted(const std::filesystem::path& path) { return "\"" + path.string() + "\""; }
+
+std::string readWholeFile(const std::filesystem::path& path) {
+  const File file(std::fopen(path.c_str(), "rb"));
+  if (!file) throw FileError("can't read " + quoted(path) + ": " + reason());
+  std::string bytes;
+  char block[65536];
+  std::size_t got = 0;
+  while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) bytes.append(block, got);
+  if (std::ferror(file.get())) throw FileError("can't read " + quoted(path) + ": " + reason());
+  return bytes;
+}
+
+void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
+  const auto temporary = temporaryBeside(path);
+  const auto fail = [&](const std::string& why) {
+    std::error_code ignored;
+    std::filesystem::remove(temporary, ignored);
+    throw FileError("can't write " + quoted(path) + ": " + why);
+  };
+
+  File file(std::fopen(temporary.c_str(), "wb"));
+  if (!file) fail(reason());
+  if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) fail(reason());
+  if (std::fclose(file.release()) != 0) fail(reason());
+
+  std::error_code error;
+  std::filesystem::rename(temporary, path, error);
+  if (error) fail(error.message());
+}
+
+}  // namespace greycard

@@ -1,0 +1,31 @@
+#pragma once
+
+// Numbers and words in files, independent of the host's locale.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace greycard {
+
+/// The pieces between any of the separator characters; empty pieces are dropped.
+std::vector<std::string_view> splitText(std::string_view text, std::string_view separators);
+
+/// The lines of a text without their "\n" or "\r\n"; a last line without an end counts.
+std::vector<std::string_view> splitLines(std::string_view text);
+
+/// The whole of `text` as a finite or infinite decimal number (a leading + is accepted); empty otherwise.
+std::optional<double> parseDouble(std::string_view text);
+
+/// The whole of `text` as a 32-bit signed decimal number (a leading + is accepted); empty otherwise.
+std::optional<std::int32_t> parseInt32(std::string_view text);
+
+/// As printf's %.<decimals>f in the "C" locale.
+std::string formatFixed(double value, int decimals);
+
+/// As printf's %.<digits>g in the "C" locale; six digits is a stream's default.
+std::string formatGeneral(double value, int digits = 6);
+
+}  // namespace greycard
