@@ -6,8 +6,8 @@
 
 namespace greycard {
 
-/// Failure of a numerical kernel (no convergence, singular matrix, zero-width interval, not a number).
-/// Its three-line banner has gone to the error channel before it is thrown.
+/// Failure of a numerical kernel (no convergence, singular matrix, zero-width interval, not a
+/// number). Its three-line banner has gone to the error channel before it is thrown.
 class GREYCARD_EXPORT NumericError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -9,21 +9,24 @@
 
 namespace greycard {
 
-/// A picture in memory: rows from the top, pixels from the left, the channels of a pixel side by side
-/// (R, G, B, or one grey channel).
+/// A picture in memory: rows from the top, pixels from the left, the channels of a pixel side by
+/// side (R, G, B, or one grey channel).
 ///
 /// Samples of an 8-bit file are 0..255 and of a 16-bit file 0..65535, as they stand in the file; a
 /// 12-bit picture is a 16-bit one whose white level is 4095.
 struct Picture {
   int width = 0, height = 0;
-  int channels = 3;  ///< 3 (R, G, B) or 1
-  int bits = 8;      ///< 8 or 16: the sample size of the file
+  int channels = 3;                    ///< 3 (R, G, B) or 1
+  int bits = 8;                        ///< 8 or 16: the sample size of the file
   std::vector<std::uint16_t> samples;  ///< width * height * channels
 
   Picture() = default;
   /// A black picture.
   Picture(int width_, int height_, int channels_, int bits_)
-      : width(width_), height(height_), channels(channels_), bits(bits_),
+      : width(width_),
+        height(height_),
+        channels(channels_),
+        bits(bits_),
         samples(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_) *
                 static_cast<std::size_t>(channels_)) {}
 
@@ -36,7 +39,8 @@ struct Picture {
  private:
   std::size_t offset(int x, int y) const {
     return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-            static_cast<std::size_t>(x)) * static_cast<std::size_t>(channels);
+            static_cast<std::size_t>(x)) *
+           static_cast<std::size_t>(channels);
   }
 };
 

@@ -5,8 +5,8 @@
 
 namespace greycard {
 
-/// Patches of the colour chart: 4 rows of 6 in chart order, patch 1 (dark skin) at row 0 of a table,
-/// patch 19 (white) at row 18, patch 24 (black) at row 23.
+/// Patches of the colour chart: 4 rows of 6 in chart order, patch 1 (dark skin) at row 0 of a
+/// table, patch 19 (white) at row 18, patch 24 (black) at row 23.
 inline constexpr int kPatchCount = 24;
 
 using Vector3 = std::array<double, 3>;
@@ -15,7 +15,8 @@ using Matrix3 = std::array<Vector3, 3>;
 /// One colour per row, in chart order.
 using PatchTable = std::array<Vector3, kPatchCount>;
 
-/// A point in a picture in pixels: x to the right, y downward, the centre of the top-left pixel is (0, 0).
+/// A point in a picture in pixels: x to the right, y downward, the centre of the top-left pixel is
+/// (0, 0).
 struct Point2 {
   double x = 0.0, y = 0.0;
   bool operator==(const Point2&) const = default;

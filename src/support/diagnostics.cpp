@@ -63,15 +63,31 @@ Channel<DebugSink>& debugLog() {
 
 }  // namespace
 
-void setOutputChannel(TextSink sink) { output().replace(std::move(sink)); }
-void setErrorChannel(TextSink sink) { error().replace(std::move(sink)); }
-void setDebugLog(DebugSink sink) { debugLog().replace(std::move(sink)); }
+void setOutputChannel(TextSink sink) {
+  output().replace(std::move(sink));
+}
+void setErrorChannel(TextSink sink) {
+  error().replace(std::move(sink));
+}
+void setDebugLog(DebugSink sink) {
+  debugLog().replace(std::move(sink));
+}
 
-bool outputHasListener() { return output().listening(); }
-bool errorHasListener() { return error().listening(); }
-bool debugLogHasListener() { return debugLog().listening(); }
-void writeOutput(std::string_view text) { output().send(text); }
-void writeError(std::string_view text) { error().send(text); }
+bool outputHasListener() {
+  return output().listening();
+}
+bool errorHasListener() {
+  return error().listening();
+}
+bool debugLogHasListener() {
+  return debugLog().listening();
+}
+void writeOutput(std::string_view text) {
+  output().send(text);
+}
+void writeError(std::string_view text) {
+  error().send(text);
+}
 void writeDebug(int level, std::string_view category, std::string_view text) {
   debugLog().send(level, category, text);
 }

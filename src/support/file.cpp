@@ -18,7 +18,9 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-std::string reason() { return std::generic_category().message(errno); }
+std::string reason() {
+  return std::generic_category().message(errno);
+}
 
 // Beside the target, so that the rename stays within one file system; unique among the threads of
 // this process and the processes of this machine.
@@ -31,7 +33,9 @@ std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
 
 }  // namespace
 
-std::string quoted(const std::filesystem::path& path) { return "\"" + path.string() + "\""; }
+std::string quoted(const std::filesystem::path& path) {
+  return "\"" + path.string() + "\"";
+}
 
 std::string readWholeFile(const std::filesystem::path& path) {
   const File file(std::fopen(path.c_str(), "rb"));
@@ -45,20 +49,29 @@ std::string readWholeFile(const std::filesystem::path& path) {
 }
 
 void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
-  const auto temporary = temporaryBeside(path);
+  std::error_code error;
+  const auto type = std::filesystem::status(path, error).type();
+  // Renaming onto a link would replace the link, onto /dev/null the device.
+  const auto target =
+      type == std::filesystem::file_type::regular && std::filesystem::is_symlink(path, error)
+          ? std::filesystem::canonical(path, error)
+          : path;
+  const bool renames =
+      type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
+  const auto written = renames ? temporaryBeside(target) : target;
   const auto fail = [&](const std::string& why) {
     std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
+    if (renames) std::filesystem::remove(written, ignored);
     throw FileError("can't write " + quoted(path) + ": " + why);
   };
 
-  File file(std::fopen(temporary.c_str(), "wb"));
+  File file(std::fopen(written.c_str(), "wb"));
   if (!file) fail(reason());
   if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) fail(reason());
   if (std::fclose(file.release()) != 0) fail(reason());
+  if (!renames) return;
 
-  std::error_code error;
-  std::filesystem::rename(temporary, path, error);
+  std::filesystem::rename(written, target, error);
   if (error) fail(error.message());
 }
 

@@ -45,7 +45,9 @@ std::vector<std::string_view> splitLines(std::string_view text) {
   return lines;
 }
 
-std::optional<double> parseDouble(std::string_view text) { return parseNumber<double>(text); }
+std::optional<double> parseDouble(std::string_view text) {
+  return parseNumber<double>(text);
+}
 std::optional<std::int32_t> parseInt32(std::string_view text) {
   return parseNumber<std::int32_t>(text);
 }

@@ -16,10 +16,12 @@ std::vector<std::string_view> splitText(std::string_view text, std::string_view 
 /// The lines of a text without their "\n" or "\r\n"; a last line without an end counts.
 std::vector<std::string_view> splitLines(std::string_view text);
 
-/// The whole of `text` as a finite or infinite decimal number (a leading + is accepted); empty otherwise.
+/// The whole of `text` as a finite or infinite decimal number (a leading + is accepted); empty
+/// otherwise.
 std::optional<double> parseDouble(std::string_view text);
 
-/// The whole of `text` as a 32-bit signed decimal number (a leading + is accepted); empty otherwise.
+/// The whole of `text` as a 32-bit signed decimal number (a leading + is accepted); empty
+/// otherwise.
 std::optional<std::int32_t> parseInt32(std::string_view text);
 
 /// As printf's %.<decimals>f in the "C" locale.

@@ -1,0 +1,37 @@
+#pragma once
+
+// Cubic spline through n points: spline() fits, splint() evaluates.
+
+#include <cstddef>
+#include <span>
+
+namespace greycard {
+
+/// An end derivative above this means a natural end (zero second derivative).
+inline constexpr double kNaturalEndAbove = 9.9e29;
+inline constexpr double kNaturalEnd = 1e30;
+
+/// Fills y2 with the second derivatives of the cubic spline through (x, y), x strictly increasing,
+/// with first derivatives yp1 and ypn at the ends. `work` holds n doubles.
+/// \throws ShapeError when y, y2 or work is shorter than x, or x holds fewer than 2 points
+void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
+            std::span<double> y2, std::span<double> work);
+/// The same with a work vector of its own.
+void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
+            std::span<double> y2);
+
+/// Index klo of the segment [xa[klo], xa[klo + 1]] that evaluates x: the last one whose start is
+/// not above x, within 0..n-2 (the end segments extrapolate). Found by bisection.
+std::size_t splineSegment(std::span<const double> xa, double x);
+
+/// The spline's value at x on the segment that starts at xa[klo].
+/// \throws NumericError("Bad xa input to routine splint") when the segment has no width
+double splintOnSegment(std::span<const double> xa, std::span<const double> ya,
+                       std::span<const double> y2a, std::size_t klo, double x);
+
+/// The spline's value at x; outside the points the end cubic is extrapolated.
+/// \throws NumericError("Bad xa input to routine splint") when the segment has no width
+double splint(std::span<const double> xa, std::span<const double> ya, std::span<const double> y2a,
+              double x);
+
+}  // namespace greycard

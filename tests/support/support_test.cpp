@@ -1,0 +1,79 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+#include "channels.h"
+#include "file.h"
+#include "greycard/diagnostics.h"
+#include "numeric_error.h"
+#include "text.h"
+
+namespace greycard {
+namespace {
+
+using testing::ElementsAre;
+namespace fs = std::filesystem;
+
+TEST(Text, SplitsAndParses) {
+  EXPECT_THAT(splitText("0,0 64 80,,255 255", " ,"),
+              ElementsAre("0", "0", "64", "80", "255", "255"));
+  EXPECT_TRUE(splitText(" , ", " ,").empty());
+  EXPECT_THAT(splitLines("a\r\n\nb"), ElementsAre("a", "", "b"));
+  EXPECT_EQ(parseInt32("+2147483647"), 2147483647);
+  EXPECT_EQ(parseDouble("-1.5e3"), -1500.0);
+  for (const char* bad : {"", "+", "+-1", "1 ", "0x1", "2147483648", "1.0"})
+    EXPECT_FALSE(parseInt32(bad)) << bad;
+  for (const char* bad : {"", "1,5", "--1", "1e"}) EXPECT_FALSE(parseDouble(bad)) << bad;
+}
+
+TEST(Text, FormatsAsTheCLocaleDoesWhateverTheLocale) {
+  std::setlocale(LC_NUMERIC, "de_DE.UTF-8");  // takes effect only where it is installed
+  EXPECT_EQ(formatFixed(-2.5, 1), "-2.5");
+  EXPECT_EQ(formatFixed(2.5, 0), "2");
+  EXPECT_EQ(formatGeneral(37.304871), "37.3049");
+  EXPECT_EQ(formatGeneral(1e-7), "1e-07");
+  EXPECT_EQ(formatFixed(1e300, 0).size(), 301u);
+  std::setlocale(LC_NUMERIC, "C");
+}
+
+TEST(Files, AFailedWriteLeavesTheOldFileAndNoOther) {
+  const fs::path folder = fs::path(testing::TempDir()) / "greycard files \xc3\xa9";
+  fs::remove_all(folder);
+  fs::create_directories(folder / "taken");
+  writeWholeFile(folder / "a", std::string("x\0y", 3));
+  EXPECT_EQ(readWholeFile(folder / "a").size(), 3u);
+  EXPECT_THROW(writeWholeFile(folder / "taken", "over a folder"), FileError);
+  EXPECT_THROW(readWholeFile(folder / "taken"), FileError);
+  EXPECT_THROW(writeWholeFile(folder / "no such folder" / "a", ""), FileError);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+  try {
+    readWholeFile(folder / "missing");
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("missing"));
+  }
+}
+
+TEST(Diagnostics, ReachTheirListeners) {
+  std::string heard;
+  setErrorChannel([&](std::string_view text) { heard += text; });
+  EXPECT_THROW(nrerror("no luck"), NumericError);
+  EXPECT_EQ(heard, "Numerical Recipes run-time error...\nno luck\n...now exiting to system...\n");
+  setDebugLog([&](int level, std::string_view category, std::string_view text) {
+    heard = std::to_string(level) + std::string(category) + std::string(text);
+  });
+  writeDebug(3, "DebugPrint", "hello");
+  EXPECT_EQ(heard, "3DebugPrinthello");
+  setDebugLog({});
+  setErrorChannel({});
+  EXPECT_FALSE(debugLogHasListener());
+  printError("%s", "nobody hears this");
+  EXPECT_EQ(heard, "3DebugPrinthello");
+}
+
+}  // namespace
+}  // namespace greycard
