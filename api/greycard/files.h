@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "greycard/export.h"
+
+namespace greycard {
+
+/// The whole file as bytes. \throws FileError that names the file and the system's reason
+GREYCARD_EXPORT std::string readWholeFile(const std::filesystem::path& path);
+
+/// Writes the bytes under a temporary name in the same folder and renames it, so that no reader
+/// ever sees half a file and an earlier file survives a failure. A link is followed; a device or a
+/// pipe is written directly. \throws FileError that names the file and the system's reason
+GREYCARD_EXPORT void writeWholeFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// The path for a message: UTF-8, in quotes.
+GREYCARD_EXPORT std::string quoted(const std::filesystem::path& path);
+
+}  // namespace greycard

@@ -1,0 +1,51 @@
+#include "names.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace greycard::cli {
+namespace {
+
+// Levenshtein's distance, in halves: a change of case alone counts half of another change.
+std::size_t distance(std::string_view a, std::string_view b) {
+  const auto costOf = [](char left, char right) -> std::size_t {
+    if (left == right) return 0;
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    return lower(left) == lower(right) ? 1 : 2;
+  };
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j < row.size(); ++j) row[j] = 2 * j;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], 2 * (i + 1));
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const auto best = std::min({diagonal + costOf(a[i], b[j]), row[j] + 2, row[j + 1] + 2});
+      diagonal = std::exchange(row[j + 1], best);
+    }
+  }
+  return row.back();
+}
+
+}  // namespace
+
+std::string unknownName(const std::string& kind, const std::string& name,
+                        std::span<const std::string> known) {
+  std::string list;
+  const std::string* closest = nullptr;
+  std::size_t closestDistance =
+      std::max<std::size_t>(4, name.size());  // half the letters may differ
+  for (const auto& candidate : known) {
+    list += (list.empty() ? "" : ", ") + candidate;
+    if (const auto d = distance(name, candidate); d < closestDistance) {
+      closestDistance = d;
+      closest = &candidate;
+    }
+  }
+  std::string text = "there is no " + kind + " \"" + name + "\"";
+  if (closest != nullptr) text += "; did you mean \"" + *closest + "\"?";
+  return text + (closest != nullptr ? " Known: " : "; known: ") + list;
+}
+
+}  // namespace greycard::cli

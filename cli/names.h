@@ -1,0 +1,14 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace greycard::cli {
+
+/// One sentence about a name that is not among the known ones: the closest known name when one is
+/// near, and the list. For example: there is no curve "vnormal"; did you mean "VNormal"? Known: ...
+/// \param kind  what is named, as in "curve"
+std::string unknownName(const std::string& kind, const std::string& name,
+                        std::span<const std::string> known);
+
+}  // namespace greycard::cli
