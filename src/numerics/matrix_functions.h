@@ -43,6 +43,10 @@ CDoubleMatrix pinv(const CDoubleMatrix& a);
 /// \throws NumericError("Bad xa input to routine splint") at a segment without width
 CDoubleMatrix interp1(const CDoubleMatrix& x, const CDoubleMatrix& y, const CDoubleMatrix& xi);
 
+/// The end slope of these splines: that of the segment from (x0, y0) to (x1, y1), with both parts
+/// increased by 1e-14 so that a flat or degenerate end stays finite.
+double endSlope(double x0, double y0, double x1, double y1);
+
 /// One such spline, of the column y, at every entry of xi; the result has the shape of xi.
 /// \throws ShapeError as above, or "input should be a column vector" for y
 CDoubleMatrix interp1_gamma(const CDoubleMatrix& x, const CDoubleMatrix& y,

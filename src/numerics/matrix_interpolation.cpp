@@ -13,10 +13,6 @@ namespace {
 // Added to both parts of an end slope, so that a flat or degenerate end stays finite.
 constexpr double kSlopeGuard = 1e-14;
 
-double endSlope(double x0, double y0, double x1, double y1) {
-  return (y1 - y0 + kSlopeGuard) / (x1 - x0 + kSlopeGuard);
-}
-
 /// A clamped spline through one column of values.
 class ColumnSpline {
  public:
@@ -50,6 +46,10 @@ void evaluateColumn(const ColumnSpline& curve, const CDoubleMatrix& xi, std::int
 }
 
 }  // namespace
+
+double endSlope(double x0, double y0, double x1, double y1) {
+  return (y1 - y0 + kSlopeGuard) / (x1 - x0 + kSlopeGuard);
+}
 
 CDoubleMatrix interp1(const CDoubleMatrix& x, const CDoubleMatrix& y, const CDoubleMatrix& xi) {
   requireColumn(x, kXNotColumn);
