@@ -1,0 +1,30 @@
+# Sourced by the other scripts: makes sure that the Debian packages they name are there.
+
+build_packages=(g++ cmake ninja-build libopencv-core-dev libopencv-imgproc-dev
+  libopencv-imgcodecs-dev libcli11-dev nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev)
+
+# need_packages NAME...: installs what is missing when it may, else says what to install and stops.
+need_packages() {
+  local missing=() name
+  for name in "$@"; do
+    dpkg-query -W -f='${Status}\n' "$name" 2>/dev/null | grep -q '^install ok installed$' ||
+      missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if command -v sudo >/dev/null && sudo -n true 2>/dev/null; then
+      as_root=(sudo -n)
+    else
+      echo "These Debian packages are missing; install them as root and start again:" >&2
+      echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+      exit 1
+    fi
+  fi
+  echo "Installing ${missing[*]}"
+  "${as_root[@]}" apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
