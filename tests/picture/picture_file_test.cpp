@@ -1,0 +1,162 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <opencv2/imgcodecs.hpp>
+#include <random>
+#include <string>
+
+#include "decode_picture.h"
+#include "file.h"
+#include "greycard/errors.h"
+#include "greycard/picture.h"
+#include "picture_mat.h"
+
+namespace greycard {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class PictureFile : public testing::Test {
+ protected:
+  void SetUp() override { std::filesystem::create_directories(folder_); }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+  std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+
+ private:
+  std::filesystem::path folder_ =
+      std::filesystem::path(testing::TempDir()) /
+      ("greycard bilder äöü " + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+       testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+Picture noise(int width, int height, int channels, int bits) {
+  Picture picture(width, height, channels, bits);
+  std::mt19937 random(7);
+  for (auto& sample : picture.samples)
+    sample = static_cast<std::uint16_t>(random() % (static_cast<unsigned>(picture.ceiling()) + 1));
+  return picture;
+}
+
+template <typename Call>
+std::string refusal(Call call) {
+  try {
+    call();
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "no FileError";
+}
+
+TEST_F(PictureFile, EveryLosslessFormatGivesBackTheSamples) {
+  for (const char* ending : {".png", ".tif", ".TIFF", ".ppm", ".pgm", ".pnm", ".bmp"}) {
+    for (const int channels : {1, 3}) {
+      for (const int bits : {8, 16}) {
+        const std::string name = "p" + std::to_string(channels) + std::to_string(bits) + ending;
+        SCOPED_TRACE(name);
+        const std::string_view end(ending);
+        const bool holds = !(bits == 16 && end == ".bmp") && !(channels == 1 && end == ".ppm") &&
+                           !(channels == 3 && end == ".pgm");
+        const auto picture = noise(13, 5, channels, bits);
+        if (!holds) {
+          EXPECT_THAT(refusal([&] { writePicture(path(name), picture); }),
+                      AllOf(HasSubstr(name), HasSubstr("can't hold")));
+          EXPECT_FALSE(std::filesystem::exists(path(name)));
+          continue;
+        }
+        writePicture(path(name), picture);
+        const auto back = readPicture(path(name));
+        EXPECT_EQ(back.width, 13);
+        EXPECT_EQ(back.channels, channels);
+        EXPECT_EQ(back.bits, bits);
+        EXPECT_EQ(back.samples, picture.samples);
+      }
+    }
+  }
+}
+
+// The order R, G, B, not only its round trip: a binary PPM is text and bytes in that order.
+TEST_F(PictureFile, ChannelsAreRedGreenBlue) {
+  const auto picture = decodePicture("P6 2 1 255 \x01\x02\x03\x0A\x0B\x0C", "bytes");
+  EXPECT_THAT(picture.samples, testing::ElementsAre(1, 2, 3, 10, 11, 12));
+  writePicture(path("out.ppm"), picture);
+  EXPECT_TRUE(readWholeFile(path("out.ppm")).ends_with("\x01\x02\x03\x0A\x0B\x0C"));
+}
+
+TEST_F(PictureFile, AlphaIsDroppedAndLossyFormatsStayClose) {
+  std::vector<unsigned char> bytes;
+  cv::imencode(".png", cv::Mat(4, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4)), bytes);
+  const auto picture =
+      decodePicture({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, "bytes");
+  EXPECT_EQ(picture.channels, 3);
+  EXPECT_EQ(picture.pixel(5, 3)[0], 3);
+
+  Picture grey(64, 48, 3, 8);
+  std::fill(grey.samples.begin(), grey.samples.end(), std::uint16_t{120});
+  for (const char* name : {"a.jpg", "a.webp"}) {
+    writePicture(path(name), grey);
+    EXPECT_NEAR(readPicture(path(name)).pixel(30, 20)[1], 120, 2) << name;
+  }
+}
+
+TEST_F(PictureFile, RefusesToReadWithAReason) {
+  const auto encoded = [](const char* ending, const cv::Mat& image) {
+    std::vector<unsigned char> bytes;
+    cv::imencode(ending, image, bytes);
+    return std::string(bytes.begin(), bytes.end());
+  };
+  const cv::Mat ramp = toMat(noise(40, 30, 3, 8));
+  const auto png = encoded(".png", ramp), jpg = encoded(".jpg", ramp), tif = encoded(".tif", ramp);
+  auto damaged = png;
+  for (std::size_t i = 60; i < 90; ++i) damaged[i] = static_cast<char>(damaged[i] ^ 0x55);
+  const struct {
+    const char* name;
+    std::string bytes;
+    const char* reason;
+  } cases[] = {
+      {"empty", "", "empty"},
+      {"text", "hello world, no picture here", "known format"},
+      {"cut png", png.substr(0, png.size() / 2), "cut short"},
+      {"cut jpg", jpg.substr(0, jpg.size() - 2), "cut short"},
+      {"cut bmp", encoded(".bmp", ramp).substr(0, 500), "cut short"},
+      {"cut ppm", encoded(".ppm", ramp).substr(0, 500), "cut short"},
+      {"cut webp", encoded(".webp", ramp).substr(0, 300), "cut short"},
+      {"cut tif", tif.substr(0, tif.size() / 2), "damaged"},
+      {"damaged png", damaged, "damaged"},
+      {"too wide", "P5 2000000 1 255 " + std::string(2000000, 'x'), "beyond what can be read"},
+      {"float tif", encoded(".tif", cv::Mat(9, 9, CV_32FC3, cv::Scalar(1, 2, 3))), "8 or 16 bits"},
+      {"radiance", encoded(".hdr", ramp), "known format"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_THAT(refusal([&] { decodePicture(c.bytes, c.name); }),
+                AllOf(HasSubstr(c.name), HasSubstr(c.reason)));
+  }
+  EXPECT_THAT(refusal([&] { readPicture(path("missing.png")); }), HasSubstr("missing.png"));
+  EXPECT_THAT(refusal([&] { readPicture(path("")); }), HasSubstr("folder"));
+}
+
+TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
+  const auto good = noise(4, 3, 3, 8);
+  writePicture(path("old.png"), good);
+  auto broken = good;
+  broken.samples.pop_back();
+  Picture strange = good;
+  strange.bits = 12;
+  for (const auto& picture : {Picture(), broken, strange}) {
+    EXPECT_THAT(refusal([&] { writePicture(path("old.png"), picture); }), HasSubstr("disagree"));
+    EXPECT_THAT(refusal([&] { encodePng(picture); }), HasSubstr("disagree"));
+  }
+  EXPECT_EQ(readPicture(path("old.png")).samples, good.samples);
+
+  for (const char* name : {"a.gif", "a", "a.exr"})
+    EXPECT_THAT(refusal([&] { writePicture(path(name), good); }), HasSubstr("ending"));
+  EXPECT_THAT(refusal([&] { writePicture(path("wide.jpg"), Picture(70000, 1, 3, 8)); }),
+              HasSubstr("can hold"));
+  EXPECT_THAT(refusal([&] { writePicture(path("no/such/folder/a.png"), good); }),
+              HasSubstr("a.png"));
+}
+
+}  // namespace
+}  // namespace greycard
