@@ -58,19 +58,15 @@ std::size_t splineSegment(std::span<const double> xa, double x) {
   return klo;
 }
 
-double splintOnSegment(std::span<const double> xa, std::span<const double> ya,
-                       std::span<const double> y2a, std::size_t klo, double x) {
-  const double h = xa[klo + 1] - xa[klo];
-  if (h == 0.0) nrerror("Bad xa input to routine splint");
-  const double a = (xa[klo + 1] - x) / h;
-  const double b = (x - xa[klo]) / h;
-  return a * ya[klo] + b * ya[klo + 1] +
-         ((a * a * a - a) * y2a[klo] + (b * b * b - b) * y2a[klo + 1]) * (h * h) / 6.0;
+SplineCubic splineCubic(std::span<const double> xa, std::span<const double> ya,
+                        std::span<const double> y2a, std::size_t klo) {
+  if (xa[klo + 1] - xa[klo] == 0.0) nrerror("Bad xa input to routine splint");
+  return {xa[klo], xa[klo + 1], ya[klo], ya[klo + 1], y2a[klo], y2a[klo + 1]};
 }
 
 double splint(std::span<const double> xa, std::span<const double> ya, std::span<const double> y2a,
               double x) {
-  return splintOnSegment(xa, ya, y2a, splineSegment(xa, x), x);
+  return splineCubic(xa, ya, y2a, splineSegment(xa, x))(x);
 }
 
 }  // namespace greycard

@@ -24,10 +24,23 @@ void spline(std::span<const double> x, std::span<const double> y, double yp1, do
 /// not above x, within 0..n-2 (the end segments extrapolate). Found by bisection.
 std::size_t splineSegment(std::span<const double> xa, double x);
 
-/// The spline's value at x on the segment that starts at xa[klo].
+/// The cubic of one segment, which runs from (x0, y0) to (x1, y1) with second derivatives m0 and
+/// m1.
+struct SplineCubic {
+  double x0, x1, y0, y1, m0, m1;
+
+  double operator()(double x) const {
+    const double h = x1 - x0;
+    const double a = (x1 - x) / h;
+    const double b = (x - x0) / h;
+    return a * y0 + b * y1 + ((a * a * a - a) * m0 + (b * b * b - b) * m1) * (h * h) / 6.0;
+  }
+};
+
+/// The cubic of the segment that starts at xa[klo].
 /// \throws NumericError("Bad xa input to routine splint") when the segment has no width
-double splintOnSegment(std::span<const double> xa, std::span<const double> ya,
-                       std::span<const double> y2a, std::size_t klo, double x);
+SplineCubic splineCubic(std::span<const double> xa, std::span<const double> ya,
+                        std::span<const double> y2a, std::size_t klo);
 
 /// The spline's value at x; outside the points the end cubic is extrapolated.
 /// \throws NumericError("Bad xa input to routine splint") when the segment has no width
