@@ -1,0 +1,255 @@
+#include "greycard/mcc_detector.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+#include <opencv2/core.hpp>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "chart_renderer.h"
+#include "greycard/chart_regions.h"
+#include "greycard/diagnostics.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+
+// The remarks of a search, kept off the test's own output.
+class Detector : public testing::Test {
+ protected:
+  void SetUp() override {
+    setErrorChannel([this](std::string_view text) { remarks_ += text; });
+  }
+  void TearDown() override { setErrorChannel({}); }
+
+  MCCDetector detector_;
+  std::string remarks_;
+};
+
+struct PoseCase {
+  double turn, tiltX, tiltY;
+};
+
+TEST_F(Detector, FindsTheChartAtEveryTurn) {
+  const PoseCase cases[] = {
+      {0, 0, 0},          {90, 0, 0},      {180, 0, 0},         {270, 0, 0},      {7, 0.004, 0.003},
+      {45, 0.001, 0.001}, {133, 0.003, 0}, {200, 0.002, 0.004}, {301, 0, -0.004}, {0, 0.003, 0.003},
+      {90, -0.003, 0},    {89.99, 0, 0},   {0.01, 0, 0},        {359.99, 0, 0},   {180.01, 0, 0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.turn << " degrees, tilt " << c.tiltX << " " << c.tiltY);
+    ChartPose pose;
+    pose.turnDegrees = c.turn;
+    pose.tiltX = c.tiltX;
+    pose.tiltY = c.tiltY;
+    const auto detection = detector_.detect(renderChart(pose));
+    ASSERT_TRUE(detection.found()) << detection.reason;
+    EXPECT_THAT(detection.doubts, testing::IsEmpty());
+    // The grid is a parallelogram and its points whole pixels; a slight tilt bends the true
+    // lattice.
+    const bool flat = c.tiltX == 0 && c.tiltY == 0;
+    EXPECT_GE(detection.quads, flat ? 24 : 20);
+    EXPECT_LT(worstDistance(detection.points, trueCentres(pose)), flat ? 2.0 : pose.pitch / 10.0);
+  }
+}
+
+// The grid is turned, not the colours: the same squares, listed from the other end.
+TEST_F(Detector, ChartTurnedByHalfATurnGivesTheSameSquaresInChartOrder) {
+  ChartPose upright, turned;
+  turned.reversedColours = true;
+  const auto a = detector_.detect(renderChart(upright)), b = detector_.detect(renderChart(turned));
+  ASSERT_TRUE(a.trustworthy() && b.trustworthy());
+  auto reversed = b.points;
+  std::reverse(reversed.begin(), reversed.end());
+  EXPECT_LE(worstDistance(a.points, reversed), 1.5);
+  EXPECT_LT(a.error, 500.0);
+  EXPECT_LT(b.error, 500.0);
+}
+
+TEST_F(Detector, DepthAndColourOfThePictureDoNotMatter) {
+  const ChartPose pose;
+  const auto picture = renderChart(pose);
+  const auto expected = detector_.detect(picture).points;
+  const auto wide = [&](auto convert) {
+    Picture result(pose.width, pose.height, 3, 16);
+    for (std::size_t i = 0; i < result.samples.size(); ++i)
+      result.samples[i] = static_cast<std::uint16_t>(std::lround(convert(picture.samples[i])));
+    return result;
+  };
+  const auto sixteen = wide([](double s) { return s * 257.0; });
+  EXPECT_EQ(detector_.detect(sixteen).points, expected);
+  const auto twelve = wide([](double s) { return 256.0 + s * (3840.0 - 256.0) / 255.0; });
+  EXPECT_EQ(detector_.detect(twelve, {256.0, 3840.0, false}).points, expected);
+  EXPECT_TRUE(detector_.detect(twelve).trustworthy());
+  const auto linear = wide([](double s) { return 65535.0 * std::pow(s / 255.0, 2.2); });
+  EXPECT_EQ(detector_.detect(linear, {0.0, 0.0, true}).points, expected);
+
+  Picture grey(pose.width, pose.height, 1, 8);
+  for (std::size_t i = 0; i < grey.samples.size(); ++i)
+    grey.samples[i] = picture.samples[3 * i + 1];
+  EXPECT_LT(worstDistance(detector_.detect(grey).points, expected), 3.0);
+}
+
+TEST_F(Detector, TwentyFiveQuadsAreTakenForTwoCharts) {
+  ChartPose left;
+  left.width = 1400;
+  left.x = 350;
+  auto picture = renderChart(left);
+  EXPECT_EQ(detector_.detect(picture).quads, 24);
+  EXPECT_THAT(remarks_, HasSubstr("24 initial quads found\n"));
+
+  ChartPose right = left;
+  right.x = 1050;
+  right.turnDegrees = 180;
+  drawChart(picture, right);
+  cv::theRNG() = cv::RNG(99);
+  const auto detection = detector_.detect(picture);
+  EXPECT_THAT(remarks_, HasSubstr("48 initial quads found (probably a Passport)\n"));
+  EXPECT_EQ(detection.quadsUsed, 24);
+  EXPECT_LT(std::min(worstDistance(detection.points, trueCentres(left)),
+                     worstDistance(detection.points, trueCentres(right))),
+            2.0);
+  EXPECT_EQ(cv::theRNG(), cv::RNG(99)) << "the library's generator is somebody else's";
+
+  // One more patch, in a small frame of its own.
+  picture = renderChart(left);
+  for (int y = 250; y < 350; ++y)
+    for (int x = 1000; x < 1100; ++x)
+      for (int c = 0; c < 3; ++c)
+        picture.pixel(x, y)[c] = x >= 1010 && x < 1090 && y >= 260 && y < 340 ? 140 : 12;
+  EXPECT_EQ(detector_.detect(picture).quads, 25);
+  EXPECT_THAT(remarks_, HasSubstr("25 initial quads found (probably a Passport)\n"));
+}
+
+TEST_F(Detector, NamesTheStageThatFailed) {
+  const auto noise = [](int width, int height) {
+    Picture picture(width, height, 3, 8);
+    std::mt19937 random(3);
+    for (auto& sample : picture.samples) sample = static_cast<std::uint16_t>(random() % 256);
+    return picture;
+  };
+  auto inconsistent = backdrop(20, 20);
+  inconsistent.samples.pop_back();
+  // A single framed patch: a quad, but no area between patches.
+  auto lonely = backdrop(300, 200);
+  for (int y = 50; y < 150; ++y)
+    for (int x = 50; x < 150; ++x)
+      for (int c = 0; c < 3; ++c)
+        lonely.pixel(x, y)[c] = x >= 60 && x < 140 && y >= 60 && y < 140 ? 140 : 12;
+  // A framed patch twice as wide as high is enclosed, but no square.
+  auto oblong = backdrop(300, 200);
+  for (int y = 50; y < 110; ++y)
+    for (int x = 50; x < 150; ++x)
+      for (int c = 0; c < 3; ++c)
+        oblong.pixel(x, y)[c] = x >= 60 && x < 140 && y >= 60 && y < 100 ? 140 : 12;
+  const struct {
+    const char* name;
+    Picture picture;
+    ChartStage stage;
+  } cases[] = {{"empty", Picture(), ChartStage::Picture},
+               {"samples missing", inconsistent, ChartStage::Picture},
+               {"one pixel", Picture(1, 1, 3, 8), ChartStage::Contours},
+               {"one column", backdrop(1, 5000), ChartStage::Contours},
+               {"plain", backdrop(300, 200), ChartStage::Contours},
+               {"oblong", oblong, ChartStage::Quads},
+               {"one patch", lonely, ChartStage::Grid}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto detection = detector_.detect(c.picture);
+    EXPECT_STREQ(chartStageName(detection.stage), chartStageName(c.stage));
+    EXPECT_FALSE(detection.found() || detection.trustworthy());
+    EXPECT_FALSE(detection.reason.empty());
+  }
+  for (const auto& [width, height] : {std::pair{1, 1}, {3, 2000}, {60, 40}, {74, 900}, {400, 300}})
+    EXPECT_FALSE(detector_.detect(noise(width, height)).trustworthy()) << width << " x " << height;
+}
+
+TEST_F(Detector, FitsOffTheChartAreNotTrusted) {
+  // Outer columns and rows painted over: the grid hangs on what is left and is wrong.
+  const struct {
+    const char* name;
+    int left, top, right, bottom;
+  } hidden[] = {{"first column", 0, 0, 260, 600},
+                {"last column", 540, 0, 800, 600},
+                {"natural colours", 0, 0, 800, 230},
+                {"neutral row", 0, 370, 800, 600}};
+  for (const auto& h : hidden) {
+    SCOPED_TRACE(h.name);
+    auto picture = renderChart({});
+    for (int y = h.top; y < h.bottom; ++y)
+      for (int x = h.left; x < h.right; ++x)
+        for (int c = 0; c < 3; ++c) picture.pixel(x, y)[c] = 12;
+    const auto detection = detector_.detect(picture);
+    ASSERT_TRUE(detection.found());
+    EXPECT_FALSE(detection.trustworthy());
+  }
+
+  // The right lattice with the wrong colours: a mirrored picture.
+  auto mirrored = renderChart({});
+  for (int y = 0; y < mirrored.height; ++y)
+    for (int x = 0; x < mirrored.width / 2; ++x)
+      std::swap_ranges(mirrored.pixel(x, y), mirrored.pixel(x, y) + 3,
+                       mirrored.pixel(mirrored.width - 1 - x, y));
+  EXPECT_FALSE(detector_.detect(mirrored).trustworthy());
+}
+
+TEST_F(Detector, RefusesLevelsThatAreNoRange) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (const auto& encoding : {SampleEncoding{200.0, 100.0, false}, SampleEncoding{0.0, nan, false},
+                               SampleEncoding{nan, 255.0, false}})
+    EXPECT_THROW(detector_.detect(backdrop(9, 9), encoding), std::invalid_argument);
+}
+
+TEST_F(Detector, RunDetectorKeepsItsContract) {
+  const auto folder = std::filesystem::path(testing::TempDir()) / "greycard detector ü";
+  std::filesystem::create_directories(folder);
+  const auto photo = folder / "photo.png", regions = folder / "regions.txt";
+  const ChartPose pose;
+  writePicture(photo, renderChart(pose));
+  const char* const null = nullptr;
+  EXPECT_FALSE(detector_.runDetector("", regions.c_str()));
+  EXPECT_FALSE(detector_.runDetector(null, regions.c_str()));
+  EXPECT_TRUE(remarks_.empty()) << "nothing else is done";
+
+  EXPECT_TRUE(detector_.runDetector(folder / "missing.png", regions));
+  writePicture(folder / "plain.png", backdrop(90, 60));
+  EXPECT_TRUE(detector_.runDetector(folder / "plain.png", regions));
+  EXPECT_TRUE(detector_.runDetector(photo.c_str(), null));
+  EXPECT_TRUE(detector_.runDetector(photo, folder / "no such folder" / "regions.txt"));
+  EXPECT_FALSE(std::filesystem::exists(regions));
+
+  EXPECT_TRUE(detector_.runDetector(photo, regions));
+  const auto read = readRegions(regions);
+  const auto detection = detector_.detectFile(photo);
+  EXPECT_EQ(formatRegions(read), formatRegions(detection.regions));
+  EXPECT_EQ(read[0].width, std::nearbyint(1.5 * detection.size));
+  const auto centres = trueCentres(pose);
+  EXPECT_NEAR(read[5].left + read[5].width / 2, centres[5].x, 2.0);
+  EXPECT_NEAR(read[18].top + read[18].height / 2, centres[18].y, 2.0);
+  EXPECT_EQ(detector_.detectFile(folder / "missing.png").stage, ChartStage::Picture);
+  std::filesystem::remove_all(folder);
+}
+
+TEST(DetectorTwoThreads, FindTheSameAsOneAfterTheOther) {
+  setErrorChannel({});
+  ChartPose poses[2];
+  poses[1].turnDegrees = 33;
+  std::array<Point2, kPatchCount> alone[2], together[2];
+  for (int i = 0; i < 2; ++i) alone[i] = MCCDetector().detect(renderChart(poses[i])).points;
+  {
+    std::jthread threads[2];
+    for (int i = 0; i < 2; ++i)
+      threads[i] = std::jthread(
+          [&, i] { together[i] = MCCDetector().detect(renderChart(poses[i])).points; });
+  }
+  EXPECT_EQ(alone[0], together[0]);
+  EXPECT_EQ(alone[1], together[1]);
+}
+
+}  // namespace
+}  // namespace greycard
