@@ -1,0 +1,163 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "greycard/export.h"
+#include "greycard/gamma_curve.h"
+
+namespace greycard {
+
+/// One value per built-in curve, in catalogue order.
+enum class GammaCurveID : std::int32_t {
+  ID_GAMMA_NORMAL = 0,
+  ID_GAMMA_LOWLIGHT,
+  ID_GAMMA_OUTDOOR,
+  ID_GAMMA_OUTDOOR_HIGH_CONTRAST,
+  ID_GAMMA_OUTDOOR_MORE_DETAIL,
+  ID_GAMMA_BACKLIGHT,
+  ID_GAMMA_NORMAL_MEDIUM_DETAIL,
+  ID_GAMMA_OUTDOOR_MEDIUM_DETAIL,
+  ID_GAMMA_SRGB,
+  ID_GAMMA_NEXUS5,
+  ID_GAMMA_HDR,
+};
+
+class GammaCurveCollection;
+
+/// The catalogue of named tone curves and the settings that give every curve its scale.
+///
+/// Names are unique, exact and case-sensitive. Operations refuse silently, by an absent curve
+/// (null) or false. A curve stays valid for whoever holds it, also after its deletion or the
+/// model's end. A moved-from model may only be destroyed or assigned to.
+class GREYCARD_EXPORT GammaCurveModel {
+ public:
+  /// The settings at their defaults; the catalogue holds the eleven built-in curves or nothing.
+  explicit GammaCurveModel(bool bAutoPopulate);
+  GammaCurveModel(const GammaCurveModel&) = delete;
+  GammaCurveModel& operator=(const GammaCurveModel&) = delete;
+  GammaCurveModel(GammaCurveModel&&) noexcept;
+  GammaCurveModel& operator=(GammaCurveModel&&) noexcept;
+  ~GammaCurveModel();
+
+  /// Bit depth of table values. MakeGammaTable works at 0..31.
+  std::int32_t GammaBitSize() const;
+  void SetGammaBitSize(std::int32_t bits);
+  /// Whether curves may be split into one table per channel.
+  bool RGBGamma() const;
+  void SetRGBGamma(bool perChannel);
+  /// Table index per unit of a control point's X.
+  std::int32_t XScale() const;
+  void SetXScale(std::int32_t scale);
+  /// Table value per unit of a control point's Y.
+  std::int32_t YScale() const;
+  void SetYScale(std::int32_t scale);
+  /// Highest table value. The spline's ceiling stays what it was at construction (deliberate).
+  std::int32_t MaxY() const;
+  void SetMaxY(std::int32_t maxY);
+
+  /// The curve at a catalogue position; absent outside 0..count - 1.
+  GammaCurvePtr GetGammaCurveByIndex(std::int32_t index) const;
+  GammaCurvePtr GetGammaCurveByName(std::string_view name) const;
+  /// The names in catalogue order.
+  std::vector<std::string> GetNames() const;
+  /// Always absent: no light level has a name of its own.
+  std::optional<std::string> GetCurrent(std::string_view lightLevel) const;
+  /// The light level is used as a curve's name.
+  GammaCurvePtr GetCurrentCurve(std::optional<std::string_view> lightLevel) const;
+
+  /// Appends a mutable, dirty curve of zeros. Absent when the name is taken.
+  GammaCurvePtr AddGammaCurve(std::string_view name);
+  /// Appends a mutable, dirty power-law curve (GetReferenceCurve), editable once it has control
+  /// points.
+  GammaCurvePtr AddGammaCurve(std::string_view name, double denominator, std::int32_t maxY);
+  /// Appends an editable copy of the curve named `source`. Absent when there is none or the name is
+  /// taken.
+  GammaCurvePtr AddGammaCurve(std::string_view name, std::string_view source);
+  /// False when there is no such curve or it is immutable.
+  bool DeleteGammaCurve(std::string_view name);
+  /// Names deleted since the last commit.
+  const std::vector<std::string>& DeletedNames() const { return m_DeletedNames; }
+
+  /// Forgets the deleted names and makes every curve clean. Nothing is stored.
+  void CommitSession();
+  bool SaveGammaCurve(std::string_view name) const { return SaveGammaCurveAs(name, name); }
+  /// Whether the curve exists and has a table that could be written; sectionName is not used.
+  bool SaveGammaCurveAs(std::string_view name, std::string_view sectionName) const;
+  /// Absent: the session store is empty.
+  GammaCurvePtr LoadGammaCurve(std::string_view name);
+
+  /// Hooks of a session store that isn't there: deliberately empty.
+  std::optional<std::vector<std::string>> GetSectionNames() const;
+  std::optional<std::string> GetFromSession(std::string_view sectionName,
+                                            std::string_view itemName) const;
+  void SaveToSession(std::string_view sectionName, std::string_view itemName,
+                     std::string_view data);
+  void DeleteFromSession(std::string_view sectionName);
+
+  /// A mutable, dirty curve that is not in the catalogue, holding the caller's tables and lists
+  /// themselves. Per-channel when green and blue are there (then points only when all three lists
+  /// are), else unified. Absent without a red table.
+  ///
+  /// While RGBGamma is false all three tables go to the one slot and blue wins (deliberate).
+  GammaCurvePtr CreateCurve(std::string_view name, const GammaTablePtr& gammaR,
+                            const GammaTablePtr& gammaG, const GammaTablePtr& gammaB,
+                            const ControlPointListPtr& cpR, const ControlPointListPtr& cpG,
+                            const ControlPointListPtr& cpB);
+  /// The same from lists of numbers: tables by CreateGammaTable, points by CreatePointArray. An
+  /// empty list counts as absent.
+  GammaCurvePtr CreateCurve(std::string_view name, std::span<const std::int32_t> listR,
+                            std::span<const std::int32_t> listG,
+                            std::span<const std::int32_t> listB, std::span<const std::int32_t> cpR,
+                            std::span<const std::int32_t> cpG, std::span<const std::int32_t> cpB);
+  /// The same from texts.
+  GammaCurvePtr CreateCurve(std::string_view name, std::optional<std::string_view> table,
+                            std::optional<std::string_view> tableG,
+                            std::optional<std::string_view> tableB,
+                            std::optional<std::string_view> cp, std::optional<std::string_view> cpG,
+                            std::optional<std::string_view> cpB);
+
+  /// A new table of 1024 entries by MakeGammaTable, which may rescale aSrc in place; absent when it
+  /// fails.
+  GammaTablePtr CreateGammaTable(const GammaTablePtr& aSrc) const;
+  /// The same from a copy of the numbers.
+  GammaTablePtr CreateGammaTable(std::span<const std::int32_t> list) const;
+  /// The same from the numbers of a text (GammaCurve::StringToIntArray).
+  GammaTablePtr CreateGammaTable(std::optional<std::string_view> sGamma) const;
+
+  /// Converts a table of 64, 256, 512 or 1024 entries of 8, 10, 12 or 14 bits into 1024 entries of
+  /// GammaBitSize bits, joined by straight lines, the last with full scale. The depth is inferred
+  /// from the last entry, and aSrc itself is rescaled in place when it differs (both deliberate).
+  /// \return false, with nothing written, for any other length, or a GammaBitSize outside 0..31
+  bool MakeGammaTable(std::span<std::int32_t> aSrc, std::span<std::int32_t> aDest) const;
+
+  /// aDest[i] = trunc((i / (n - 1))^(1 / denominator) * maxY), n its length. What does not fit 32
+  /// bits saturates, not-a-number gives 0, a single entry is that of i / (n - 1) = 0.
+  void GetReferenceCurve(double denominator, std::span<std::int32_t> aDest,
+                         std::int32_t maxY) const;
+
+  /// Reduces control points to a subset whose spline stays within 4 units of the full set's at the
+  /// abscissae 0 .. ninterp - 1. Outputs may be the inputs; with 5 or fewer points nothing is
+  /// written, not even nout. \param ninterp samples compared, 0..number of points \throws
+  /// std::invalid_argument for arrays too short, more than 512 points, or ninterp out of range
+  /// \throws NumericError where the spline is evaluated between two points of equal x
+  void FindMinimumControlPoints(int ninterp, std::span<const double> pinx,
+                                std::span<const double> piny, std::span<double> poutx,
+                                std::span<double> pouty, int& nout);
+
+ private:
+  friend class GammaCurve;  // keeps the state
+
+  GammaCurvePtr append(GammaCurvePtr curve);
+
+  std::shared_ptr<GammaModelState> m_state;
+  std::unique_ptr<GammaCurveCollection> m_Curves;
+  std::vector<std::string> m_DeletedNames;
+};
+
+}  // namespace greycard
