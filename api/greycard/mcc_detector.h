@@ -2,10 +2,12 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "greycard/export.h"
+#include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
 #include "greycard/types.h"
 
@@ -22,18 +24,6 @@ enum class ChartStage {
 
 /// "picture", "contours", "quads", "grid" or "done".
 GREYCARD_EXPORT const char* chartStageName(ChartStage stage);
-
-/// What is known about a picture's samples. The search itself works on 8-bit encoded values.
-struct SampleEncoding {
-  /// Sample of black, in the picture's units.
-  double blackLevel = 0.0;
-  /// Sample of full scale, above blackLevel. 0: 255 for an 8-bit picture; for a 16-bit one the
-  /// smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
-  double whiteLevel = 0.0;
-  /// Samples are proportional to light; they are searched in a gamma-encoded copy, as the dark
-  /// patches would otherwise sink into the frame.
-  bool linear = false;
-};
 
 /// Outcome of a search for the chart.
 struct ChartDetection {
@@ -76,11 +66,17 @@ class GREYCARD_EXPORT MCCDetector {
   bool runDetector(const char* imagePath, const char* SavePath) const;
 
   /// Finds the chart and says how it went. Never throws for what a picture holds.
-  ChartDetection detect(const Picture& picture, const SampleEncoding& encoding = {}) const;
+  ///
+  /// The search works on 8-bit encoded values; linear samples are searched in a gamma-encoded copy,
+  /// as the dark patches would otherwise sink into the frame. \param levels  what the samples mean
+  /// (its scale is not used). Absent: encoded, from 0 to 255 or,
+  ///        for 16 bits, to the smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
+  ChartDetection detect(const Picture& picture,
+                        const std::optional<SampleLevels>& levels = {}) const;
 
   /// The same for a picture file; one that can't be read ends at ChartStage::Picture.
   ChartDetection detectFile(const std::filesystem::path& path,
-                            const SampleEncoding& encoding = {}) const;
+                            const std::optional<SampleLevels>& levels = {}) const;
 };
 
 }  // namespace greycard

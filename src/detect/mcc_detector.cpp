@@ -75,9 +75,10 @@ bool MCCDetector::runDetector(const char* imagePath, const char* SavePath) const
   return runDetector(path(imagePath), path(SavePath));
 }
 
-ChartDetection MCCDetector::detect(const Picture& picture, const SampleEncoding& encoding) const {
+ChartDetection MCCDetector::detect(const Picture& picture,
+                                   const std::optional<SampleLevels>& levels) const {
   if (!isWellFormed(picture)) return failure(ChartStage::Picture, reasonOf(ChartStage::Picture, 0));
-  const auto image = searchImage(picture, encoding);
+  const auto image = searchImage(picture, levels);
   const auto search = search_macbeth(image);
   auto detection = failure(search.stage, reasonOf(search.stage, search.quads));
   detection.quads = search.quads;
@@ -90,9 +91,9 @@ ChartDetection MCCDetector::detect(const Picture& picture, const SampleEncoding&
 }
 
 ChartDetection MCCDetector::detectFile(const std::filesystem::path& path,
-                                       const SampleEncoding& encoding) const {
+                                       const std::optional<SampleLevels>& levels) const {
   try {
-    return detect(readPicture(path), encoding);
+    return detect(readPicture(path), levels);
   } catch (const FileError& error) {
     return failure(ChartStage::Picture, error.what());
   }

@@ -84,10 +84,13 @@ TEST_F(Detector, DepthAndColourOfThePictureDoNotMatter) {
   const auto sixteen = wide([](double s) { return s * 257.0; });
   EXPECT_EQ(detector_.detect(sixteen).points, expected);
   const auto twelve = wide([](double s) { return 256.0 + s * (3840.0 - 256.0) / 255.0; });
-  EXPECT_EQ(detector_.detect(twelve, {256.0, 3840.0, false}).points, expected);
+  EXPECT_EQ(detector_.detect(twelve, SampleLevels{256.0, 3840.0, 1.0, SampleEncoding::sRGB}).points,
+            expected);
   EXPECT_TRUE(detector_.detect(twelve).trustworthy());
   const auto linear = wide([](double s) { return 65535.0 * std::pow(s / 255.0, 2.2); });
-  EXPECT_EQ(detector_.detect(linear, {0.0, 0.0, true}).points, expected);
+  EXPECT_EQ(
+      detector_.detect(linear, SampleLevels{0.0, 65535.0, 1.0, SampleEncoding::linear}).points,
+      expected);
 
   Picture grey(pose.width, pose.height, 1, 8);
   for (std::size_t i = 0; i < grey.samples.size(); ++i)
@@ -200,9 +203,9 @@ TEST_F(Detector, FitsOffTheChartAreNotTrusted) {
 
 TEST_F(Detector, RefusesLevelsThatAreNoRange) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  for (const auto& encoding : {SampleEncoding{200.0, 100.0, false}, SampleEncoding{0.0, nan, false},
-                               SampleEncoding{nan, 255.0, false}})
-    EXPECT_THROW(detector_.detect(backdrop(9, 9), encoding), std::invalid_argument);
+  for (const auto& levels :
+       {SampleLevels{200.0, 100.0}, SampleLevels{0.0, nan}, SampleLevels{nan, 255.0}})
+    EXPECT_THROW(detector_.detect(backdrop(9, 9), levels), std::invalid_argument);
 }
 
 TEST_F(Detector, RunDetectorKeepsItsContract) {
