@@ -1,0 +1,21 @@
+#pragma once
+
+#include "greycard/export.h"
+#include "greycard/types.h"
+
+namespace greycard {
+
+// Colour differences between two colours in L*a*b* (L* 0..100). Not-a-number in, not-a-number out.
+
+/// CIE 1976: the Euclidean distance. Source: ISO/CIE 11664-4.
+GREYCARD_EXPORT double deltaE76(const Vector3& labA, const Vector3& labB);
+
+/// CIE 1994 with the graphic-arts weights kL = kC = kH = 1, K1 = 0.045, K2 = 0.015. Not symmetric:
+/// the weights follow the chroma of the reference. Source: CIE 116-1995.
+GREYCARD_EXPORT double deltaE94(const Vector3& referenceLab, const Vector3& sampleLab);
+
+/// CIEDE2000 with kL = kC = kH = 1. Source: ISO/CIE 11664-6; Sharma, Wu, Dalal, Color Res. Appl. 30
+/// (2005) 21, whose 33 unambiguous test pairs it meets to the four printed decimals.
+GREYCARD_EXPORT double deltaE2000(const Vector3& labA, const Vector3& labB);
+
+}  // namespace greycard

@@ -1,0 +1,59 @@
+#include "delta_e_color_calc.h"
+
+#include <exception>
+
+#include "color_calc.h"
+#include "colour_space.h"
+#include "delta_e_color_matrix_opt.h"
+#include "matrix_functions.h"
+#include "spectral_tables.h"
+#include "table_conversion.h"
+
+namespace greycard {
+namespace {
+
+constexpr Matrix3 kLumaDifference{{{0.299, 0.587, 0.114}, {0.0, -1.0, 1.0}, {1.0, -1.0, 0.0}}};
+
+}  // namespace
+
+DeltaEColorCalc::DeltaEColorCalc()
+    : wavelengthNm(wavelengthGrid()),
+      xyzToRgb(toMatrix(kXyzToRgb)),
+      rgbToXyz(toMatrix(kRgbToXyz)),
+      rgbToYCbCr(toMatrix(kRgbToYCbCr)),
+      lumaDifference(toMatrix(kLumaDifference)),
+      white(MatrixMultiply(mmABt(mones(1, 3), rgbToXyz), 100.0)) {
+  wavelengthCount = wavelengthNm.rows();
+  colordatabase();
+  Macbeth_XYZ_Lab();
+}
+
+void DeltaEColorCalc::colordatabase() {
+  observer = observerFunctions(wavelengthNm);
+  reflectances = chartReflectances(wavelengthNm);
+  illuminants.Init(wavelengthCount, static_cast<std::int32_t>(kLights.size()));
+  for (std::size_t light = 0; light < kLights.size(); ++light) {
+    const auto spectrum = illuminantSpectrum(kLights[light], wavelengthNm);
+    for (std::int32_t i = 0; i < wavelengthCount; ++i) illuminants[i][light] = spectrum[i][0];
+  }
+}
+
+void DeltaEColorCalc::Macbeth_XYZ_Lab() {
+  for (std::size_t light = 0; light < kLights.size(); ++light)
+    referenceLab[light] = ColorCalc(kLights[light], 0).targetLab();
+}
+
+PatchTable evaluateMeasuredChart(const MacbethChartData& chart) {
+  try {
+    DeltaEColorMatrixOpt setUp;
+    setUp.SetChart(chart);
+  } catch (const std::exception&) {
+    // Deliberate: the set-up is a pass whose only effect is work, so a chart that it can't be made
+    // for is evaluated all the same.
+  }
+  const DeltaEColorCalc reference;
+  const auto xyz = MatrixMultiply(mmABt(toMatrix(chart.m_RGB), reference.rgbToXyz), 100.0);
+  return toPatchTable(XYZ2Lab(xyz, reference.white));
+}
+
+}  // namespace greycard

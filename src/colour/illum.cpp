@@ -1,0 +1,52 @@
+#include "greycard/illum.h"
+
+#include <algorithm>
+#include <array>
+
+namespace greycard {
+namespace {
+
+struct NamedLight {
+  Illum light;
+  const char* name;
+};
+
+constexpr std::array kNames{
+    NamedLight{illum_A, "A"},
+    NamedLight{illum_D65, "D65"},
+    NamedLight{illum_TL84, "TL84"},
+    NamedLight{illum_Outdoor, "Outdoor"},
+    NamedLight{illum_Lowlight, "Lowlight"},
+    NamedLight{illum_LED, "LED"},
+    NamedLight{illum_Strobe, "Strobe"},
+    NamedLight{illum_D50, "D50"},
+    NamedLight{illum_Horizon, "Horizon"},
+    NamedLight{illum_CoolWhite, "CoolWhite"},
+    NamedLight{illum_D75, "D75"},
+    NamedLight{illum_LED1, "LED1"},
+    NamedLight{illum_LED2, "LED2"},
+};
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+}  // namespace
+
+std::optional<Illum> illumFromName(std::string_view name) {
+  for (const auto& entry : kNames)
+    if (equalIgnoringCase(entry.name, name)) return entry.light;
+  return std::nullopt;
+}
+
+const char* illumName(Illum light) {
+  for (const auto& entry : kNames)
+    if (entry.light == light) return entry.name;
+  return "unknown";
+}
+
+}  // namespace greycard

@@ -1,0 +1,111 @@
+#include "colour_space.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "greycard/delta_e.h"
+#include "matrix_functions.h"
+
+namespace greycard {
+namespace {
+
+struct PrimaryCase {
+  const char* name;
+  Vector3 sRGB, lab;
+};
+
+// Widely published L*a*b* (D65) of the sRGB primaries and of middle grey, two decimals; the usual
+// tables are made with whites that differ from ours in the fifth digit.
+const PrimaryCase kPrimaries[] = {
+    {"red", {1, 0, 0}, {53.24, 80.09, 67.20}},    {"green", {0, 1, 0}, {87.73, -86.18, 83.18}},
+    {"blue", {0, 0, 1}, {32.30, 79.19, -107.86}}, {"yellow", {1, 1, 0}, {97.14, -21.55, 94.48}},
+    {"grey", {0.5, 0.5, 0.5}, {53.39, 0.0, 0.0}}, {"black", {0, 0, 0}, {0.0, 0.0, 0.0}}};
+
+TEST(ColourSpace, PrimariesHaveTheirPublishedLab) {
+  for (const auto& c : kPrimaries) {
+    SCOPED_TRACE(c.name);
+    EXPECT_LT(deltaE76(sRGB_to_CIELab(c.sRGB), c.lab), 0.05);
+    const auto back = CIELab_to_sRGB(c.lab);
+    for (std::size_t i = 0; i < 3; ++i)
+      // 0.005 of L* near black is worth 0.0006; the two matrices are inverse to four decimals.
+      EXPECT_NEAR(back[i], c.sRGB[i], 0.004);
+  }
+}
+
+TEST(ColourSpace, WhiteIsSlightlyOffNeutral) {
+  const auto white = sRGB_to_CIELab({1, 1, 1});
+  EXPECT_NEAR(white[0], 100.0, 1e-9);
+  for (const double v : {white[1], white[2]}) {
+    EXPECT_NE(v, 0.0);
+    EXPECT_LT(std::fabs(v), 0.03);
+  }
+}
+
+TEST(SRgbTransfer, OddMonotoneAndNearlyInverse) {
+  double previous = -INFINITY, worst = 0.0;
+  for (int i = -1500; i <= 1500; ++i) {
+    const double v = i / 1000.0;
+    EXPECT_EQ(sRGBEncode(-v), -sRGBEncode(v)) << v;
+    EXPECT_EQ(sRGBDecode(-v), -sRGBDecode(v)) << v;
+    EXPECT_GT(sRGBEncode(v), previous) << v;
+    previous = sRGBEncode(v);
+    worst = std::max(worst, std::fabs(sRGBDecode(sRGBEncode(v)) - v));
+  }
+  EXPECT_GT(worst, 1e-9) << "the shortened exponent should show";
+  // Branch points of the two directions differ by 4e-8, the exponents by 3.3e-8.
+  EXPECT_LT(worst, 1e-6);
+  EXPECT_NEAR(sRGBDecode(0.5), 0.21404114, 5e-9);  // IEC 61966-2-1 at half scale
+  EXPECT_TRUE(std::isnan(sRGBEncode(NAN)) && std::isnan(sRGBDecode(NAN)));
+}
+
+TEST(ColourSpace, TablesFollowTheFormulaOnBothBranches) {
+  // Worked by hand: cube roots of 1 and 1/8; the straight line at t = 0.001 and at 0.
+  const auto xyz = mLoadMem(
+      4, 3, std::vector<double>{100, 100, 100, 12.5, 12.5, 100, 0.1, 0.1, 0.1, 0, 0, 0}.data());
+  const auto lab = XYZ2Lab(xyz, mones(1, 3) + 99.0);
+  const double expected[4][3] = {{100, 0, 0}, {42, 0, -100}, {116 * 0.007787, 0, 0}, {0, 0, 0}};
+  for (std::int32_t i = 0; i < 4; ++i)
+    for (std::int32_t j = 0; j < 3; ++j) EXPECT_NEAR(lab[i][j], expected[i][j], 1e-12) << i;
+  EXPECT_THROW(XYZ2Lab(meye(2), mones(1, 3)), std::invalid_argument);
+}
+
+TEST(ColourSpace, JacobianIsTheSlopeOfTheFormula) {
+  const Vector3 white{95.05, 100.0, 108.9};
+  for (const Vector3& xyz : {Vector3{41.0, 21.0, 2.0}, Vector3{80.0, 90.0, 100.0},
+                             Vector3{0.3, 0.2, 0.1}, Vector3{0.0, 0.0, 0.0}}) {
+    const auto jacobian = labJacobian(xyz, white);
+    for (std::size_t j = 0; j < 3; ++j) {
+      Vector3 up = xyz, down = xyz;
+      const double h = 1e-5;
+      up[j] += h;
+      down[j] -= h;
+      const auto labUp = XYZ_to_CIELab(up, white), labDown = XYZ_to_CIELab(down, white);
+      for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(jacobian[i][j], (labUp[i] - labDown[i]) / (2 * h), 1e-5) << i << j;
+    }
+  }
+}
+
+TEST(ColourSpace, CameraPipelineAppliesGammaMatrixAndClip) {
+  // Curves that square red and leave green and blue; a matrix that swaps red and green.
+  const auto grid = CDoubleMatrix(0.0, 1.0 / 255.0, 1.0 + 1e-9);
+  CDoubleMatrix curves(256, 3);
+  for (std::int32_t i = 0; i < 256; ++i) {
+    curves[i][0] = grid[i][0] * grid[i][0];
+    curves[i][1] = curves[i][2] = grid[i][0];
+  }
+  CDoubleMatrix swap(3, 3);
+  swap.Init3x3(0, 2, 0, 1, 0, 0, 0, 0, 1);
+  const double rgb[] = {0.5, 0.3, 0.2, 0.4, 0.9, 0.1};
+  CDoubleMatrix lab;
+  RGB_to_CIELAB(lab, mLoadMem(2, 3, rgb), grid, curves, swap);
+  const Vector3 expected[] = {sRGB_to_CIELab({0.6, 0.25, 0.2}), sRGB_to_CIELab({1.0, 0.16, 0.1})};
+  for (std::int32_t i = 0; i < 2; ++i)
+    for (std::int32_t j = 0; j < 3; ++j)
+      EXPECT_NEAR(lab[i][j], expected[i][static_cast<std::size_t>(j)], 1e-6);
+}
+
+}  // namespace
+}  // namespace greycard
