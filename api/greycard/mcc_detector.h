@@ -68,9 +68,10 @@ class GREYCARD_EXPORT MCCDetector {
   /// Finds the chart and says how it went. Never throws for what a picture holds.
   ///
   /// The search works on 8-bit encoded values; linear samples are searched in a gamma-encoded copy,
-  /// as the dark patches would otherwise sink into the frame. \param levels  what the samples mean
-  /// (its scale is not used). Absent: encoded, from 0 to 255 or,
+  /// as the dark patches would otherwise sink into the frame.
+  /// \param levels  what the samples mean (its scale is not used). Absent: encoded, from 0 to 255 or,
   ///        for 16 bits, to the smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
+  /// \throws std::invalid_argument when the levels are not finite or not in order.
   ChartDetection detect(const Picture& picture,
                         const std::optional<SampleLevels>& levels = {}) const;
 

@@ -2,45 +2,29 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <opencv2/imgproc.hpp>
 
 namespace greycard {
 namespace {
 
-// Both kinds of picture keep the channels of a pixel side by side; only the order of colours
-// differs.
-template <int Channels, typename To, typename From>
-void copyRow(To* to, const From* from, int width) {
-  const auto sample = [](From value) {
-    if constexpr (sizeof(To) < sizeof(From))
-      return static_cast<To>(std::min<From>(value, 255));
-    else
-      return static_cast<To>(value);
-  };
-  if constexpr (Channels == 1) {
-    for (int x = 0; x < width; ++x) to[x] = sample(from[x]);
-  } else {
-    for (int x = 0; x < width; ++x, to += 3, from += 3) {
-      to[0] = sample(from[2]);
-      to[1] = sample(from[1]);
-      to[2] = sample(from[0]);
-    }
+// Rows converted at a time: few enough to stay in the cache between depth and channel order.
+constexpr int kStrip = 16;
+
+// The picture's own samples as a matrix, not copied.
+cv::Mat samplesAsMat(int width, int height, int channels, const std::uint16_t* samples) {
+  return {height, width, CV_16UC(channels), const_cast<std::uint16_t*>(samples)};
+}
+
+// Depth of `to`, colours in the opposite order. `to` has its size and type already.
+void convert(const cv::Mat& from, cv::Mat& to) {
+  if (from.channels() == 1) return from.convertTo(to, to.depth());
+  cv::Mat strip;
+  for (int y = 0; y < from.rows; y += kStrip) {
+    const cv::Range rows(y, std::min(y + kStrip, from.rows));
+    from.rowRange(rows).convertTo(strip, to.depth());
+    cv::Mat target = to.rowRange(rows);
+    cv::cvtColor(strip, target, cv::COLOR_RGB2BGR);
   }
-}
-
-template <typename Sample>
-void fillMat(cv::Mat& image, const Picture& picture) {
-  const auto copy =
-      picture.channels == 3 ? copyRow<3, Sample, std::uint16_t> : copyRow<1, Sample, std::uint16_t>;
-  for (int y = 0; y < picture.height; ++y)
-    copy(image.ptr<Sample>(y), picture.pixel(0, y), picture.width);
-}
-
-template <typename Sample>
-void fillPicture(Picture& picture, const cv::Mat& image) {
-  const auto copy =
-      picture.channels == 3 ? copyRow<3, std::uint16_t, Sample> : copyRow<1, std::uint16_t, Sample>;
-  for (int y = 0; y < picture.height; ++y)
-    copy(picture.pixel(0, y), image.ptr<Sample>(y), picture.width);
 }
 
 }  // namespace
@@ -56,23 +40,18 @@ bool isWellFormed(const Picture& picture) {
 }
 
 cv::Mat toMat(const Picture& picture) {
-  const bool wide = picture.bits == 16;
   cv::Mat image(picture.height, picture.width,
-                CV_MAKETYPE(wide ? CV_16U : CV_8U, picture.channels));
-  if (wide)
-    fillMat<std::uint16_t>(image, picture);
-  else
-    fillMat<std::uint8_t>(image, picture);
+                CV_MAKETYPE(picture.bits == 16 ? CV_16U : CV_8U, picture.channels));
+  convert(samplesAsMat(picture.width, picture.height, picture.channels, picture.samples.data()),
+          image);
   return image;
 }
 
 Picture fromMat(const cv::Mat& image) {
-  const bool wide = image.depth() == CV_16U;
-  Picture picture(image.cols, image.rows, image.channels(), wide ? 16 : 8);
-  if (wide)
-    fillPicture<std::uint16_t>(picture, image);
-  else
-    fillPicture<std::uint8_t>(picture, image);
+  Picture picture(image.cols, image.rows, image.channels(), image.depth() == CV_16U ? 16 : 8);
+  auto samples =
+      samplesAsMat(picture.width, picture.height, picture.channels, picture.samples.data());
+  convert(image, samples);
   return picture;
 }
 

@@ -1,0 +1,40 @@
+// Any bytes may be refused, with a sentence; none may crash or read out of bounds. What is accepted
+// is finite with an area, and whole numbers survive a write and a second read.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "greycard/chart_regions.h"
+#include "greycard/errors.h"
+
+namespace {
+
+greycard::PatchRegions rounded(greycard::PatchRegions regions) {
+  for (auto& region : regions)
+    region = {std::nearbyint(region.left), std::nearbyint(region.top), std::nearbyint(region.width),
+              std::nearbyint(region.height)};
+  return regions;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size > 16 * 1024) return 0;  // a region file is a few hundred bytes
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  try {
+    const auto regions = greycard::parseRegions(text, "bytes");
+    for (const auto& region : regions) {
+      if (!std::isfinite(region.left + region.top)) std::abort();
+      if (!(region.width > 0.0 && region.height > 0.0)) std::abort();
+      if (region.width <= 0.5 || region.height <= 0.5) return 0;  // rounds to no area
+    }
+    if (greycard::parseRegions(greycard::formatRegions(regions), "again") != rounded(regions))
+      std::abort();
+    greycard::annotateRegions(greycard::Picture(24, 16, 3, 8), regions);
+  } catch (const greycard::FileError&) {
+  }
+  return 0;
+}
