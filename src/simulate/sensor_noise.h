@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <span>
+
+namespace greycard {
+
+/// Normally distributed noise whose variance grows with the light, as that of counted photons does:
+/// sigma(x)^2 = shot^2 x + read^2, all as shares of full scale.
+class SensorNoise {
+ public:
+  SensorNoise(double shot, double read, std::uint64_t seed);
+
+  double sigma(double value) const;
+  /// Adds noise to each value; none at all when both parts are 0.
+  void addTo(std::span<double> values);
+
+ private:
+  double nextNormal();
+
+  double m_shot2, m_read2;
+  std::mt19937_64 m_random;
+  double m_spare = 0.0;
+  bool m_hasSpare = false;
+};
+
+}  // namespace greycard
