@@ -8,7 +8,6 @@
 #include <fstream>
 #include <string>
 
-#include "colour_space.h"
 #include "greycard/errors.h"
 
 namespace greycard {
@@ -26,7 +25,6 @@ class ChartFile {
     std::ofstream(path, std::ios::binary) << text;
   }
   ChartFile(const ChartFile&) = delete;
-  ChartFile& operator=(const ChartFile&) = delete;
   ~ChartFile() { std::filesystem::remove(path); }
   const std::filesystem::path path;
 };
@@ -37,14 +35,12 @@ std::string lines(int count, const std::string& line = "50 1.5 -2\n") {
   return text;
 }
 
-struct TextCase {
+const struct {
   const char* name;
   std::string text;
   int rowsRead;           // by the forgiving call; 24 makes it true
   const char* complaint;  // of the strict call; null when it accepts
-};
-
-const TextCase kTexts[] = {
+} kTexts[] = {
     {"plain", lines(24), 24, nullptr},
     {"dos, tabs, signs, exponents", lines(24, " +5e1\t15E-1 -2.0 \r\n"), 24, nullptr},
     {"byte order mark, no last newline", "\xEF\xBB\xBF" + lines(23) + "50 1.5 -2", 24, nullptr},
@@ -52,7 +48,6 @@ const TextCase kTexts[] = {
     {"23 lines", lines(23), 23, "line 24: the file has ended"},
     {"empty", "", 0, "line 1: the file has ended"},
     {"two numbers", lines(6) + "50 1.5\n" + lines(17), 6, "line 7: holds 2 values"},
-    {"blank line inside", lines(6) + "\n" + lines(18), 6, "line 7: holds 0 values"},
     {"a word", lines(2) + "50 red 3\n" + lines(21), 2, "line 3: \"red\" is not a number"},
     {"commas", lines(24, "50,0 1,5 -2,0\n"), 0, "line 1: \"50,0\" is not a number"},
     {"comment at the end of a line", lines(24, "50 1.5 -2 x\n"), 24, "line 1: holds 4 values"},
@@ -97,17 +92,13 @@ TEST(ChartFiles, MissingFilesAreRefused) {
 }
 
 TEST(ChartFiles, EightBitRgbBecomesLab) {
-  const ChartFile file(lines(23, "255 255 255\n") + "255 0 0\n");
+  const ChartFile file(lines(23, "255 255 255\n") + "255 256 255\n");
   MacbethChartData chart;
   ASSERT_TRUE(chart.LoadMCCsRGB(file.path));
   EXPECT_NEAR(chart.m_RefLab[0][0], 100.0, 1e-9);
   EXPECT_LT(std::hypot(chart.m_RefLab[0][1], chart.m_RefLab[0][2]), 0.03);
-  EXPECT_NEAR(chart.m_RefLab[23][0], 53.24, 0.01);  // sRGB red
   EXPECT_EQ(chart.m_RGB, PatchTable{});
-
-  const ChartFile outside(lines(24, "255 256 255\n"));
-  EXPECT_TRUE(chart.LoadMCCsRGB(outside.path));
-  EXPECT_THROW(chart.readReferenceSRgb(outside.path), FileError);
+  EXPECT_THROW(chart.readReferenceSRgb(file.path), FileError);
 }
 
 TEST(ChartFiles, WrittenChartsReadBackToSixDigits) {
@@ -118,19 +109,16 @@ TEST(ChartFiles, WrittenChartsReadBackToSixDigits) {
   again.readReferenceLab(file.path);
   for (std::size_t i = 0; i < kPatchCount; ++i)
     for (std::size_t j = 0; j < 3; ++j)
-      EXPECT_NEAR(again.m_RefLab[i][j], chart.m_RefLab[i][j],
-                  5.1e-6 * std::fabs(chart.m_RefLab[i][j]));
+      EXPECT_NEAR(again.m_RefLab[i][j] / chart.m_RefLab[i][j], 1.0, 5.1e-6);
 }
 
-TEST(ChartData, ReferenceFromMeasuredRgbAndNames) {
+TEST(ChartData, ReferenceFromMeasuredRgb) {
   MacbethChartData chart;
   chart.m_RGB[5] = {0, 1, 0};
   chart.RefLabFromRGB();
   EXPECT_NEAR(chart.m_RefLab[5][0], 87.73, 0.01);  // sRGB green
-  EXPECT_EQ(chart.m_RefLab[6][0], sRGB_to_CIELab({0, 0, 0})[0]);
   EXPECT_STREQ(patchName(5), "bluish green");
   EXPECT_THROW(patchName(24), std::out_of_range);
-  EXPECT_THROW(patchName(-1), std::out_of_range);
 }
 
 }  // namespace

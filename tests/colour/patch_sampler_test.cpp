@@ -2,20 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
-#include <limits>
+#include <string>
 
 #include "greycard/macbeth_chart_data.h"
-#include "srgb_transfer.h"
 
 namespace greycard {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr int kSide = 10;  // pixels of a square patch
+constexpr auto kLinear = SampleEncoding::linear;
 
 // 6 x 4 patches side by side, without gaps.
 PatchRegions chartRegions() {
@@ -26,8 +24,8 @@ PatchRegions chartRegions() {
   return regions;
 }
 
-using CodeAt = std::function<int(int x, int y, int channel)>;
-Picture pictureOf(int bits, int channels, const CodeAt& code) {
+template <typename CodeAt>
+Picture pictureOf(int bits, int channels, CodeAt code) {
   Picture picture(6 * kSide, 4 * kSide, channels, bits);
   for (int y = 0; y < picture.height; ++y)
     for (int x = 0; x < picture.width; ++x)
@@ -36,36 +34,23 @@ Picture pictureOf(int bits, int channels, const CodeAt& code) {
   return picture;
 }
 
-constexpr auto kLinear = SampleEncoding::linear;
-
-struct DepthCase {
-  const char* name;
-  int bits;
-  SampleLevels levels;
-};
-
 TEST(PatchSampler, MeanAndDeviationOfAKnownPattern) {
-  const DepthCase cases[] = {{"8 bit", 8, SampleLevels::eightBit(kLinear)},
-                             {"12 bit", 16, SampleLevels::twelveBit(kLinear)},
-                             {"16 bit", 16, SampleLevels::sixteenBit(kLinear)},
-                             {"12 bit, black level and scale", 16, {256, 4095, 0.5, kLinear}}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& levels :
+       {SampleLevels::eightBit(kLinear), SampleLevels::twelveBit(kLinear),
+        SampleLevels::sixteenBit(kLinear), SampleLevels{256, 4095, 0.5, kLinear}}) {
     // Half of the pixels 6 codes above the middle of the scale, half below; red 30 codes brighter.
-    const int middle = static_cast<int>(c.levels.whiteLevel / 2);
-    const auto picture = pictureOf(c.bits, 3, [&](int x, int y, int channel) {
-      return middle + ((x + y) % 2 == 0 ? 6 : -6) + (channel == 0 ? 30 : 0);
-    });
+    const int middle = static_cast<int>(levels.whiteLevel / 2);
+    const auto picture =
+        pictureOf(levels.whiteLevel > 255 ? 16 : 8, 3, [&](int x, int y, int channel) {
+          return middle + ((x + y) % 2 == 0 ? 6 : -6) + (channel == 0 ? 30 : 0);
+        });
     MacbethChartData chart;
-    const auto report = chart.CollectRGBData(picture, chartRegions(), c.levels);
-    const double perCode = c.levels.scale / (c.levels.whiteLevel - c.levels.blackLevel);
-    for (const std::size_t patch : {0, 7, 23}) {
-      EXPECT_EQ(report.pixels[patch], 100u);
-      EXPECT_NEAR(chart.m_RGB[patch][0], (middle + 30 - c.levels.blackLevel) * perCode, 1e-14);
-      EXPECT_NEAR(chart.m_RGB[patch][2], (middle - c.levels.blackLevel) * perCode, 1e-14);
-      EXPECT_NEAR(chart.m_Noise[patch][1], 6.0 * std::sqrt(100.0 / 99.0) * perCode, 1e-13);
-    }
-    EXPECT_THAT(report.clippedPatches(), IsEmpty());
+    const auto report = chart.CollectRGBData(picture, chartRegions(), levels);
+    const double perCode = levels.scale / (levels.whiteLevel - levels.blackLevel);
+    EXPECT_NEAR(chart.m_RGB[23][0], (middle + 30 - levels.blackLevel) * perCode, 1e-14);
+    EXPECT_NEAR(chart.m_RGB[7][2], (middle - levels.blackLevel) * perCode, 1e-14);
+    EXPECT_NEAR(chart.m_Noise[0][1], 6.0 * std::sqrt(100.0 / 99.0) * perCode, 1e-13);
+    EXPECT_EQ(report.clippedPatches().size(), 0u);
   }
 }
 
@@ -74,8 +59,8 @@ TEST(PatchSampler, EncodedPixelsAreDecodedBeforeAveraging) {
   MacbethChartData chart;
   chart.CollectRGBData(picture, chartRegions(), SampleLevels::eightBit(SampleEncoding::sRGB));
   const double dark = std::pow((0.2 + 0.055) / 1.055, 2.4);
-  for (std::size_t c = 0; c < 3; ++c)  // one channel stands for all three
-    EXPECT_NEAR(chart.m_RGB[3][c], 0.5 * (1.0 + dark), 1e-14);
+  for (const double v : chart.m_RGB[3])  // one channel stands for all three
+    EXPECT_NEAR(v, 0.5 * (1.0 + dark), 1e-14);
 }
 
 TEST(PatchSampler, RegionsHoldThePixelsWhoseCentresTheyCover) {
@@ -94,9 +79,7 @@ TEST(PatchSampler, RegionsHoldThePixelsWhoseCentresTheyCover) {
     const auto report = chart.CollectRGBData(picture, regions, SampleLevels::eightBit(kLinear));
     EXPECT_EQ(report.pixels[11], c.pixels);
     EXPECT_NEAR(chart.m_RGB[11][0] * 255.0, c.mean, 1e-12);
-    if (c.pixels == 1) {
-      EXPECT_EQ(chart.m_Noise[11][0], 0.0);
-    }
+    EXPECT_EQ(chart.m_Noise[11][0] == 0.0, c.pixels == 1);
   }
 }
 
@@ -118,57 +101,42 @@ TEST(PatchSampler, ClippingIsReportedPerPatchAndChannel) {
   EXPECT_NEAR(chart.m_RGB[23][2], (50.0 * 936.0 - 25.0 * 54.0) / 4031.0 / 100.0, 1e-14);
 }
 
-TEST(PatchSampler, RefusalsLeaveTheTablesAlone) {
-  const double nan = std::nan(""), huge = std::numeric_limits<double>::max();
-  const auto good = pictureOf(8, 3, [](int, int, int) { return 100; });
-  struct Case {
-    const char* complaint;
-    std::function<void(Picture&, PatchRegions&, SampleLevels&)> spoil;
-  };
-  using P = Picture&;
-  using R = PatchRegions&;
-  using L = SampleLevels&;
-  const Case cases[] = {
-      {"patch 24: its region (left 60, top 0, 5 x 5) has no pixel inside the picture of 60 x 40",
-       [](P, R r, L) {
-         r[23] = {60, 0, 5, 5};
-       }},
-      {"patch 2",
-       [](P, R r, L) {
-         r[1] = {-9, 0, 9, 5};
-       }},
-      {"patch 1",
-       [](P, R r, L) {
-         r[0] = {5, 5, -3, 3};
-       }},
-      {"patch 5: its region (left nan", [&](P, R r, L) { r[4].left = nan; }},
-      {"patch 6", [](P, R r, L) { r[5].height = HUGE_VAL; }},
-      {"white level (10) must be above the black level (10)",
-       [](P, R, L l) { l.blackLevel = l.whiteLevel = 10; }},
-      {"white level", [&](P, R, L l) { l.whiteLevel = nan; }},
-      {"white level", [&](P, R, L l) { l.blackLevel = -huge, l.whiteLevel = huge; }},
-      {"scale", [](P, R, L l) { l.scale = 0.0; }},
-      {"scale", [&](P, R, L l) { l.scale = nan; }},
-      {"samples", [](P p, R, L) { p.samples.pop_back(); }},
-      {"samples", [](P p, R, L) { p.width = -60; }},
-      {"samples", [](P p, R, L) { p.channels = 2; }},
-      {"samples", [](P p, R, L) { p = Picture(); }},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.complaint);
-    Picture picture = good;
-    PatchRegions regions = chartRegions();
-    auto levels = SampleLevels::eightBit(kLinear);
-    c.spoil(picture, regions, levels);
-    MacbethChartData chart;
-    try {
-      chart.CollectRGBData(picture, regions, levels);
-      ADD_FAILURE() << "accepted";
-    } catch (const std::invalid_argument& error) {
-      EXPECT_THAT(error.what(), HasSubstr(c.complaint));
-    }
-    EXPECT_EQ(chart.m_RGB, PatchTable{});
+void expectRefused(const std::string& complaint, const Picture& picture,
+                   const PatchRegion& lastRegion, const SampleLevels& levels) {
+  auto regions = chartRegions();
+  regions[23] = lastRegion;
+  MacbethChartData chart;
+  try {
+    chart.CollectRGBData(picture, regions, levels);
+    ADD_FAILURE() << "accepted: " << complaint;
+  } catch (const std::invalid_argument& error) {
+    EXPECT_THAT(error.what(), HasSubstr(complaint));
   }
+  EXPECT_EQ(chart.m_RGB, PatchTable{});
+}
+
+TEST(PatchSampler, RefusalsLeaveTheTablesAlone) {
+  const double nan = std::nan("");
+  const Picture good(60, 40, 3, 8);
+  Picture cut = good, negative = good;
+  cut.samples.pop_back();
+  negative.width = -60;
+  const PatchRegion in{50, 30, 5, 5};
+  const auto levels = SampleLevels::eightBit(kLinear);
+  expectRefused(
+      "patch 24: its region (left 60, top 0, 5 x 5) has no pixel inside the picture of "
+      "60 x 40",
+      good, {60, 0, 5, 5}, levels);
+  expectRefused("patch 24", good, {5, 5, -3, 3}, levels);
+  expectRefused("(left nan", good, {nan, 5, 5, 5}, levels);
+  expectRefused("not finite", good, {5, 5, 5, HUGE_VAL}, levels);
+  expectRefused("white level (10) must be above the black level (10)", good, in, {10, 10});
+  expectRefused("white level", good, in, {-1e308, 1e308});
+  expectRefused("white level", good, in, {0, nan});
+  expectRefused("scale", good, in, {0, 255, nan});
+  expectRefused("samples", cut, in, levels);
+  expectRefused("samples", negative, in, levels);
+  expectRefused("samples", Picture(), in, levels);
 }
 
 }  // namespace

@@ -1,22 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "greycard/image_utils_ex.h"
 
 namespace greycard {
 namespace {
 
-struct InverseCase {
-  const char* name;
-  Matrix3 in, out;
-};
-
 TEST(PseudoInverse, KnownMatrices) {
   const double k = 1.0 / 36.0;
-  const InverseCase cases[] = {
-      {"identity", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}},
+  const struct {
+    const char* name;
+    Matrix3 in, out;
+  } cases[] = {
+      // Determinant 1, so the inverse has whole entries.
+      {"regular", {{{2, 3, 1}, {1, 2, 1}, {1, 1, 1}}}, {{{1, -2, 1}, {0, 1, -1}, {-1, 1, 1}}}},
       {"cycle", {{{0, 2, 0}, {0, 0, 4}, {8, 0, 0}}}, {{{0, 0, 0.125}, {0.5, 0, 0}, {0, 0.25, 0}}}},
       {"zero", {}, {}},
       {"all ones",
@@ -45,24 +43,6 @@ TEST(PseudoInverse, KnownMatrices) {
       for (std::size_t j = 0; j < 3; ++j)
         // A few units of single precision, relative to what the singular case can amplify.
         EXPECT_NEAR(found[i][j], c.out[i][j], 1e-6 * (1.0 + 4.0 * std::fabs(c.out[i][j])));
-  }
-}
-
-TEST(PseudoInverse, RandomMatricesAreInverted) {
-  std::mt19937 random(1);
-  std::uniform_real_distribution<double> entry(-1.0, 1.0);
-  for (int n = 0; n < 200; ++n) {
-    Matrix3 m, inverse;
-    for (auto& row : m)
-      for (auto& v : row) v = entry(random);
-    for (std::size_t i = 0; i < 3; ++i) m[i][i] += m[i][i] < 0 ? -2.0 : 2.0;  // well conditioned
-    ASSERT_TRUE(ImageUtilsEx::compute_pseudo_inverse(m, inverse));
-    for (std::size_t i = 0; i < 3; ++i)
-      for (std::size_t j = 0; j < 3; ++j) {
-        double product = 0.0;
-        for (std::size_t k = 0; k < 3; ++k) product += m[i][k] * inverse[k][j];
-        EXPECT_NEAR(product, i == j ? 1.0 : 0.0, 2e-5);
-      }
   }
 }
 

@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "color_calc.h"
-#include "colour_space.h"
 #include "greycard/delta_e.h"
+#include "greycard/errors.h"
 #include "greycard/macbeth_chart_data.h"
 #include "spectral_tables.h"
 #include "white_adaptation.h"
@@ -15,24 +14,20 @@
 namespace greycard {
 namespace {
 
-struct WhiteCase {
-  const char* name;
+// data/README.md, "Sanity figures".
+const struct {
   Illum light;
   Vector3 narrow;     // sums over 400-700 nm, three decimals, computed apart from this library
   Vector3 published;  // CIE 15:2004, sums over 380-780 nm; horizon: the same sums
-};
-// data/README.md, "Sanity figures".
-const WhiteCase kWhites[] = {
-    {"A", illum_A, {109.680, 100.0, 35.575}, {109.85, 100.0, 35.58}},
-    {"D50", illum_D50, {96.320, 100.0, 82.429}, {96.42, 100.0, 82.51}},
-    {"D65", illum_D65, {94.939, 100.0, 108.706}, {95.04, 100.0, 108.88}},
-    {"F11", illum_TL84, {100.941, 100.0, 64.345}, {100.96, 100.0, 64.35}},
-    {"horizon", illum_Horizon, {119.148, 100.0, 21.477}, {119.384, 100.0, 21.461}},
-};
+} kWhites[] = {{illum_A, {109.680, 100.0, 35.575}, {109.85, 100.0, 35.58}},
+               {illum_D50, {96.320, 100.0, 82.429}, {96.42, 100.0, 82.51}},
+               {illum_D65, {94.939, 100.0, 108.706}, {95.04, 100.0, 108.88}},
+               {illum_TL84, {100.941, 100.0, 64.345}, {100.96, 100.0, 64.35}},
+               {illum_Horizon, {119.148, 100.0, 21.477}, {119.384, 100.0, 21.461}}};
 
 TEST(Lights, WhitesAgreeWithThePublishedOnes) {
   for (const auto& c : kWhites) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(illumName(c.light));
     const auto white = whitePoint(c.light);
     for (std::size_t i = 0; i < 3; ++i) {
       EXPECT_NEAR(white[i], c.narrow[i], 0.00051);  // three printed decimals
@@ -54,12 +49,11 @@ TEST(SpectralTables, TheGridLandsOnTheTablesOwnValues) {
   const auto grid = wavelengthGrid();
   ASSERT_EQ(grid.rows(), 61);
   const auto reflectances = chartReflectances(grid);
-  for (std::int32_t i = 0; i < grid.rows(); ++i) {
+  for (std::int32_t i = 0; i < 61; ++i) {
     const auto row = static_cast<std::size_t>(i) + 4;  // the table begins four steps before 400 nm
-    ASSERT_EQ(kChartReflectanceTable.wavelengthNm[row], grid[i][0]);
-    for (std::int32_t patch = 0; patch < kPatchCount; ++patch)
-      EXPECT_EQ(reflectances[i][patch],
-                kChartReflectanceTable.values[row * 24 + static_cast<std::size_t>(patch)]);
+    EXPECT_EQ(kChartReflectanceTable.wavelengthNm[row], grid[i][0]);
+    for (std::size_t patch = 0; patch < kPatchCount; ++patch)
+      EXPECT_EQ(reflectances[i][patch], kChartReflectanceTable.values[row * 24 + patch]);
   }
 }
 
@@ -87,73 +81,51 @@ TEST(ReferenceSet, LightsWithoutASpectrumAreD65ToTheBit) {
   EXPECT_EQ(ColorCalc(illum_Lowlight, 0).targetLab(), ColorCalc(illum_TL84, 0).targetLab());
 }
 
-TEST(ReferenceSet, AdaptedGreysStayGreyAndColoursStayClose) {
-  const auto d65 = ColorCalc(illum_D65, 0).targetLab();
+TEST(ReferenceSet, AdaptedGreysStayGrey) {
   for (const Illum light : {illum_A, illum_D50, illum_Horizon, illum_TL84}) {
     const auto lab = ColorCalc(light, 0).targetLab();
-    double furthest = 0.0;
-    for (std::int32_t i = 0; i < kPatchCount; ++i) {
-      const double* p = lab[i];
-      const double* q = d65[i];
-      // The neutral patches' reflectances are flat to 3 %, so their chroma is small in any light.
-      if (i >= 18) {
-        EXPECT_LT(std::hypot(p[1], p[2]), 2.0) << illumName(light) << " " << i;
-      }
-      furthest = std::max(furthest, deltaE76({p[0], p[1], p[2]}, {q[0], q[1], q[2]}));
-    }
-    EXPECT_GT(furthest, 1.0) << "metamerism should show under " << illumName(light);
-    EXPECT_LT(furthest, 30.0) << illumName(light);
+    for (std::int32_t i = 18; i < kPatchCount; ++i)
+      // The neutral reflectances are flat to 3 %, so their chroma is small in any light.
+      EXPECT_LT(std::hypot(lab[i][1], lab[i][2]), 2.0) << illumName(light) << " " << i;
+    EXPECT_NE(lab, ColorCalc(illum_D65, 0).targetLab()) << "metamerism should show";
   }
 }
 
 TEST(ReferenceSet, MatricesFollowTheRgbType) {
-  const Matrix3 custom{{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
+  const Matrix3 m{{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
   const struct {
     std::int32_t type;
     std::optional<Matrix3> toXyz, fromXyz;
-    double t00, tinv00;
-    Vector3 white;
-  } cases[] = {{0, {}, {}, 0.4124, 3.241, {95.05, 100.0, 108.9}},
-               {2, custom, custom, 0.4124, 3.241, {95.05, 100.0, 108.9}},
-               {1, {}, {}, 0.57667, 2.04159, {95.046, 99.999, 108.906}},
-               {3, {}, {}, 0.433506, 2.785111, {93.75, 100.0, 118.75}},
-               {3, custom, {}, 0.433506, 2.785111, {93.75, 100.0, 118.75}},
-               {3, custom, custom, 1.0, 1.0, {600.0, 1500.0, 2400.0}},
-               {4, custom, custom, 0.0, 0.0, {0.0, 0.0, 0.0}}};
+    double t00, tinv00, whiteX;
+  } cases[] = {{0, {}, {}, 0.4124, 3.241, 95.05},
+               {2, m, m, 0.4124, 3.241, 95.05},
+               {1, {}, {}, 0.57667, 2.04159, 95.046},
+               {3, m, {}, 0.433506, 2.785111, 93.75},
+               {3, m, m, 1.0, 1.0, 600.0},
+               {4, m, m, 0.0, 0.0, 0.0}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.type);
     const ColorCalc set(illum_D65, c.type, c.toXyz, c.fromXyz);
-    EXPECT_EQ(set.rgbToXyz()[0][0], c.t00);
-    EXPECT_EQ(set.xyzToRgb()[0][0], c.tinv00);
-    for (std::int32_t i = 0; i < 3; ++i)
-      EXPECT_NEAR(set.whitePoint()[0][i], c.white[static_cast<std::size_t>(i)], 1e-9);
+    EXPECT_EQ(set.rgbToXyz()[0][0], c.t00) << c.type;
+    EXPECT_EQ(set.xyzToRgb()[0][0], c.tinv00) << c.type;
+    EXPECT_NEAR(set.whitePoint()[0][0], c.whiteX, 1e-9) << c.type;
   }
 }
 
-TEST(WhiteAdaptation, ScalesConeResponsesByTheWhites) {
+TEST(WhiteAdaptation, WhiteGoesToWhiteAndBack) {
   const auto a = whitePoint(illum_A), d65 = whitePoint(illum_D65);
   const Vector3 colour{30.0, 20.0, 10.0};
-  const auto near = [](const Vector3& x, const Vector3& y) {
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(x[i], y[i], 1e-12 * 100.0);
-  };
-  Vector3 out, back;
+  Vector3 white, there, back, untouched;
   const DeltaECWhiteAdapt full(a, d65, 1.0);
-  full.AdaptXYZ(out, a);
-  near(out, d65);
-  full.AdaptXYZ(out, colour);
-  DeltaECWhiteAdapt(d65, a, 1.0).AdaptXYZ(back, out);
-  near(back, colour);
-  DeltaECWhiteAdapt(a, d65, 0.0).AdaptXYZ(out, colour);
-  near(out, colour);
-
-  Vector3 coneBefore, coneAfter, coneA, coneD65;
-  full.AdaptXYZ(out, colour);
-  DeltaECWhiteAdapt::XYZ2BFD(coneBefore, colour);
-  DeltaECWhiteAdapt::XYZ2BFD(coneAfter, out);
-  DeltaECWhiteAdapt::XYZ2BFD(coneA, a);
-  DeltaECWhiteAdapt::XYZ2BFD(coneD65, d65);
-  for (std::size_t i = 0; i < 3; ++i)
-    EXPECT_NEAR(coneAfter[i] / coneBefore[i], coneD65[i] / coneA[i], 1e-12);
+  full.AdaptXYZ(white, a);
+  full.AdaptXYZ(there, colour);
+  DeltaECWhiteAdapt(d65, a, 1.0).AdaptXYZ(back, there);
+  DeltaECWhiteAdapt(a, d65, 0.0).AdaptXYZ(untouched, colour);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(white[i], d65[i], 1e-10);
+    EXPECT_NEAR(back[i], colour[i], 1e-10);
+    EXPECT_NEAR(untouched[i], colour[i], 1e-10);
+  }
+  EXPECT_THROW(DeltaECWhiteAdapt({0, 0, 0}, d65, 1.0), NumericError);
 }
 
 }  // namespace
