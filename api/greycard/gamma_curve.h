@@ -65,7 +65,7 @@ class GREYCARD_EXPORT GammaCurve {
   bool IsDirty() const { return m_isDirty; }
   void SetIsDirty(bool dirty) { m_isDirty = dirty; }
 
-  /// Mutable, and made by copying a curve or holding at least one (red) control point.
+  /// Mutable, and made by AddGammaCurve(name, source) or holding at least one (red) control point.
   bool IsEditable() const;
 
   const GammaTablePtr& Data() const { return m_slots[0].data; }

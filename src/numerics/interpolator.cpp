@@ -61,7 +61,10 @@ void Interpolator::sample(std::span<std::int32_t> out) const {
     const SplineCubic cubic = splineCubic(xa, m_y, m_y2, klo);
     std::int32_t* const row = out.data();
     if (fitsIntegers(cubic, i, end)) {
-      for (; i < end; ++i) row[i] = std::min(m_nMaxY, static_cast<std::int32_t>(cubic(i) + 0.5));
+      for (; i < end; ++i) {
+        const double raised = cubic(i) + 0.5;
+        row[i] = std::min(m_nMaxY, static_cast<std::int32_t>(raised));
+      }
     } else {
       for (; i < end; ++i) row[i] = toSample(cubic(i), m_nMaxY);
     }
@@ -91,8 +94,9 @@ bool Interpolator::InterpolateCurve(std::span<const std::int32_t> aSrc,
     std::copy(aSrc.begin(), aSrc.end(), aDest.begin());
     return true;
   }
+  const std::size_t step = kCurveEntries / n;
   for (std::size_t i = 0; i < n; ++i) {
-    m_x[i] = static_cast<double>(i * (kCurveEntries / n));
+    m_x[i] = static_cast<double>(i * step);
     m_y[i] = aSrc[i];
   }
   fit(n);
