@@ -17,7 +17,8 @@ namespace greycard {
 /// The 24 regions of a region file. Empty lines at the end and spaces round a number are accepted.
 ///
 /// \throws FileError whose text names the file, the line and the word that is wrong: not 24 lines,
-///         not four numbers in a line, not a finite number, width or height not above zero.
+///         not four numbers in a line, not a number between -1e9 and 1e9, width or height not
+///         above zero.
 GREYCARD_EXPORT PatchRegions readRegions(const std::filesystem::path& path);
 
 /// The same for the text of a region file; `name` stands for the file in messages.

@@ -12,6 +12,7 @@ namespace greycard {
 namespace {
 
 constexpr std::size_t kNumbersPerLine = 4;
+constexpr double kFarthest = 1e9;  // pixels; beyond any picture, and safe to compute with
 constexpr std::array<const char*, kNumbersPerLine> kNumberNames{"left", "top", "width", "height"};
 
 [[noreturn]] void refuse(const std::string& name, std::size_t line, const std::string& why) {
@@ -46,10 +47,11 @@ PatchRegion parseRegion(std::string_view line, const std::string& name, std::siz
   for (std::size_t i = 0; i < kNumbersPerLine; ++i) {
     const auto piece = std::string(pieces[i].substr(0, 80));
     const auto value = parseDouble(pieces[i]);
-    if (!value || !std::isfinite(*value))
+    // Written so that NaN is refused too: every comparison with it is false.
+    if (!value || !(std::fabs(*value) <= kFarthest))
       refuse(name, number,
              std::string(kNumberNames[i]) + " \"" + piece +
-                 "\" is not a finite number; write pixels such as 120");
+                 "\" is not a number of pixels in a picture; write one such as 120");
     if (i >= 2 && *value <= 0.0)
       refuse(name, number,
              std::string(kNumberNames[i]) + " \"" + piece +
