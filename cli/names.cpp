@@ -34,8 +34,8 @@ std::string unknownName(const std::string& kind, const std::string& name,
                         std::span<const std::string> known) {
   std::string list;
   const std::string* closest = nullptr;
-  std::size_t closestDistance =
-      std::max<std::size_t>(4, name.size());  // half the letters may differ
+  // Half the letters may differ.
+  std::size_t closestDistance = 1 + std::max<std::size_t>(4, name.size());
   for (const auto& candidate : known) {
     list += (list.empty() ? "" : ", ") + candidate;
     if (const auto d = distance(name, candidate); d < closestDistance) {

@@ -20,8 +20,8 @@ double roundStep(double range) {
 std::vector<double> ticksWithin(double low, double high, double step) {
   std::vector<double> ticks;
   const double slack = step * 1e-6;
-  // A multiple of the step, not a sum of steps, so that 0 is 0.
-  for (double k = std::ceil((low - slack) / step); k * step <= high + slack; ++k)
+  // A multiple of the step, not a sum of steps, so that 0 is 0; and + 0.0 makes -0 to 0.
+  for (double k = std::ceil((low - slack) / step) + 0.0; k * step <= high + slack; ++k)
     ticks.push_back(k * step);
   return ticks;
 }

@@ -1,0 +1,93 @@
+// greycard gamma: the catalogue of tone curves.
+
+#include <iostream>
+#include <memory>
+
+#include "command.h"
+#include "gamma_commands.h"
+#include "greycard/gamma_curve_model.h"
+#include "job_files.h"
+#include "json_output.h"
+#include "names.h"
+#include "sub_commands.h"
+#include "text_table.h"
+
+namespace greycard::cli {
+namespace {
+
+void list(const CommonOptions& options) {
+  JobFiles().output("--json", options.json);
+  const GammaCurveModel catalogue(true);
+  TextTable table({{"curve", TextTable::Align::Left},
+                   {"entries"},
+                   {"first"},
+                   {"quarter"},
+                   {"half"},
+                   {"last"},
+                   {"channels", TextTable::Align::Left}});
+  Json curves = Json::array();
+  for (const std::string& name : catalogue.GetNames()) {
+    const GammaCurvePtr curve = catalogue.GetGammaCurveByName(name);
+    const GammaTable& data = *curve->Data();
+    const auto at = [&data](std::size_t quarters) {
+      return data[std::min(quarters * data.size() / 4, data.size() - 1)];
+    };
+    const std::string channels = curve->IsUnified() ? "together" : "separate";
+    table.addRow({name, std::to_string(data.size()), std::to_string(at(0)), std::to_string(at(1)),
+                  std::to_string(at(2)), std::to_string(at(4)), channels});
+    curves.push_back({{"name", name},
+                      {"entries", data.size()},
+                      {"bits", kCurveBits},
+                      {"unified", curve->IsUnified()},
+                      {"immutable", curve->IsImmutable()}});
+  }
+  writeJson(options.json, {{"curves", curves}});
+  if (options.printsText())
+    std::cout << table.text() << "Outputs are " << kCurveBits << "-bit codes, 0.." << kCurveMax
+              << ".\n";
+}
+
+}  // namespace
+
+void CurveChoice::addTo(CLI::App& app) {
+  app.add_option("name", name, "A curve of the catalogue (greycard gamma list)")->required();
+  app.add_option("--channel", channel, "Of the curve; all is the same as red")
+      ->capture_default_str()
+      ->type_name("NAME")
+      ->check(CLI::IsMember({"all", "red", "green", "blue"}));
+}
+
+GammaCurvePtr CurveChoice::curve() const {
+  const GammaCurveModel catalogue(true);
+  GammaCurvePtr curve = catalogue.GetGammaCurveByName(name);
+  if (!curve) throw JobError(unknownName("curve", name, catalogue.GetNames()));
+  return curve;
+}
+
+ColorChannel CurveChoice::colorChannel() const {
+  if (channel == "green") return ColorChannel::Green;
+  return channel == "blue" ? ColorChannel::Blue : ColorChannel::All;
+}
+
+std::span<const std::int32_t> CurveChoice::table(const GammaCurve& curve) const {
+  if (channel == "green") return *curve.DataG();
+  return channel == "blue" ? *curve.DataB() : *curve.Data();
+}
+
+void addGammaList(CLI::App& gamma) {
+  const auto options = std::make_shared<CommonOptions>();
+  addSubCommand(gamma, "list", "The names of the catalogue, with a few outputs of each curve",
+                "greycard gamma list", *options)
+      .callback([options] { list(*options); });
+}
+
+void addGamma(CLI::App& parent) {
+  CLI::App& gamma = *parent.add_subcommand("gamma", "Look at tone curves and make tables of them");
+  gamma.footer("Example:\n  greycard gamma show VGammaSRGB --plot curve.svg");
+  gamma.require_subcommand(1);
+  addGammaList(gamma);
+  addGammaShow(gamma);
+  addGammaLut(gamma);
+}
+
+}  // namespace greycard::cli
