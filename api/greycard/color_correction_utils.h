@@ -39,8 +39,8 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   ColorCorrectionUtils(const ColorCorrectionUtils&) = delete;
   ColorCorrectionUtils& operator=(const ColorCorrectionUtils&) = delete;
 
-  /// Copies the camera's gamma tables: 256 entries each, 14-bit values that may not fall short of
-  /// 256 when Optimize is called. More entries are kept but not read.
+  /// Copies the camera's gamma tables: 14-bit values at 256 equal steps of linear input. Other
+  /// lengths are kept too; Optimize refuses fewer entries and doesn't read more.
   void SetGammaTable(std::span<const std::int32_t> GammaTableR,
                      std::span<const std::int32_t> GammaTableG,
                      std::span<const std::int32_t> GammaTableB);

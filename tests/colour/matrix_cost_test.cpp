@@ -1,30 +1,13 @@
 #include "matrix_cost.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <new>
 #include <optional>
 #include <random>
 
+#include "allocation_count.h"
 #include "chart_fixture.h"
 #include "greycard/delta_e.h"
 #include "gtest/gtest.h"
-
-namespace {
-thread_local long allocations = 0;
-}
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace greycard {
 namespace {
@@ -153,9 +136,9 @@ TEST_F(Cost, EvaluationDoesNotAllocate) {
     setup_.mode = mode;
     MatrixCost cost(*model_, setup_);
     cost.saturationPressure = 1.0;
-    const long before = allocations;
+    const long before = allocationCount();
     const double value = cost(matrices_[0]) + cost.chromaChange(matrices_[0]);
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(allocationCount(), before);
     EXPECT_TRUE(std::isfinite(value));
   }
 }
