@@ -39,8 +39,8 @@ struct ChartDetection {
   double size = 0.0;  ///< half the mean patch side, whole pixels
   double error =
       0.0;  ///< sum over 24 patches of squared differences to the chart's 8-bit sRGB colours
-  /// Signs that the grid is not on the chart, each one sentence; a fit is never wrong for the
-  /// method itself, which writes the best grid that it has.
+  /// Signs that the grid is not on the chart, each one sentence: centres outside the picture, a
+  /// neutral row that does not darken, uneven regions, colours unlike the chart's, tiny patches.
   std::vector<std::string> doubts;
 
   bool found() const { return stage == ChartStage::Done; }
@@ -69,7 +69,8 @@ class GREYCARD_EXPORT MCCDetector {
   ///
   /// The search works on 8-bit encoded values; linear samples are searched in a gamma-encoded copy,
   /// as the dark patches would otherwise sink into the frame.
-  /// \param levels  what the samples mean (its scale is not used). Absent: encoded, from 0 to 255 or,
+  /// \param levels  what the samples mean (its scale is not used). Absent: encoded, from 0 to 255
+  /// or,
   ///        for 16 bits, to the smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
   /// \throws std::invalid_argument when the levels are not finite or not in order.
   ChartDetection detect(const Picture& picture,

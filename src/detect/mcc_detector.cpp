@@ -1,5 +1,7 @@
 #include "greycard/mcc_detector.h"
 
+#include <utility>
+
 #include "fit_doubts.h"
 #include "greycard/errors.h"
 #include "macbeth.h"

@@ -19,7 +19,6 @@ struct ChartPose {
   double turnDegrees = 0.0;         // clockwise
   double tiltX = 0.0, tiltY = 0.0;  // perspective: relative shrinking per pitch
   double x = 400.0, y = 300.0;      // where the chart's centre goes
-  bool reversedColours = false;     // patch 24's colour on patch 1 and so on
 };
 
 inline Point2 project(const ChartPose& pose, double u, double v) {
@@ -57,7 +56,7 @@ inline void drawChart(Picture& picture, const ChartPose& pose) {
                        inX < 1.0 - kGap && inY > kGap && inY < 1.0 - kGap;
     if (!patch) return kFrame[channel];
     const auto index = static_cast<std::size_t>(row * 6.0 + column);
-    return colorchecker_srgb[pose.reversedColours ? kPatchCount - 1 - index : index][2 - channel];
+    return colorchecker_srgb[index][2 - channel];
   };
   for (int y = 0; y < picture.height; ++y) {
     for (int x = 0; x < picture.width; ++x) {
@@ -75,9 +74,16 @@ inline void drawChart(Picture& picture, const ChartPose& pose) {
   }
 }
 
+// Fills the rectangle from (left, top) up to (right, bottom) with a grey.
+inline void paint(Picture& picture, int left, int top, int right, int bottom, int grey) {
+  for (int y = top; y < bottom; ++y)
+    std::fill(picture.pixel(left, y), picture.pixel(left, y) + 3 * (right - left),
+              static_cast<std::uint16_t>(grey));
+}
+
 inline Picture backdrop(int width, int height) {
   Picture picture(width, height, 3, 8);
-  std::fill(picture.samples.begin(), picture.samples.end(), std::uint16_t{175});
+  paint(picture, 0, 0, width, height, 175);
   return picture;
 }
 

@@ -50,54 +50,34 @@ std::string refusal(Call call) {
 }
 
 TEST_F(PictureFile, EveryLosslessFormatGivesBackTheSamples) {
-  for (const char* ending : {".png", ".tif", ".TIFF", ".ppm", ".pgm", ".pnm", ".bmp"}) {
-    for (const int channels : {1, 3}) {
-      for (const int bits : {8, 16}) {
-        const std::string name = "p" + std::to_string(channels) + std::to_string(bits) + ending;
-        SCOPED_TRACE(name);
-        const std::string_view end(ending);
-        const bool holds = !(bits == 16 && end == ".bmp") && !(channels == 1 && end == ".ppm") &&
-                           !(channels == 3 && end == ".pgm");
-        const auto picture = noise(13, 5, channels, bits);
-        if (!holds) {
-          EXPECT_THAT(refusal([&] { writePicture(path(name), picture); }),
-                      AllOf(HasSubstr(name), HasSubstr("can't hold")));
-          EXPECT_FALSE(std::filesystem::exists(path(name)));
-          continue;
-        }
-        writePicture(path(name), picture);
-        const auto back = readPicture(path(name));
-        EXPECT_EQ(back.width, 13);
-        EXPECT_EQ(back.channels, channels);
-        EXPECT_EQ(back.bits, bits);
-        EXPECT_EQ(back.samples, picture.samples);
-      }
-    }
+  const struct {
+    const char* name;
+    int channels, bits;
+  } cases[] = {{"a.png", 1, 8},  {"a.png", 3, 16}, {"a.tif", 1, 16}, {"a.TIFF", 3, 8},
+               {"a.ppm", 3, 16}, {"a.pgm", 1, 16}, {"a.pnm", 3, 8},  {"a.bmp", 3, 8}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto picture = noise(13, 5, c.channels, c.bits);
+    writePicture(path(c.name), picture);
+    const auto back = readPicture(path(c.name));
+    EXPECT_EQ(back.width, 13);
+    EXPECT_EQ(back.channels, c.channels);
+    EXPECT_EQ(back.bits, c.bits);
+    EXPECT_EQ(back.samples, picture.samples);
   }
 }
 
 // The order R, G, B, not only its round trip: a binary PPM is text and bytes in that order.
-TEST_F(PictureFile, ChannelsAreRedGreenBlue) {
+TEST_F(PictureFile, ChannelsAreRedGreenBlueWithoutAlpha) {
   const auto picture = decodePicture("P6 2 1 255 \x01\x02\x03\x0A\x0B\x0C", "bytes");
   EXPECT_THAT(picture.samples, testing::ElementsAre(1, 2, 3, 10, 11, 12));
   writePicture(path("out.ppm"), picture);
   EXPECT_TRUE(readWholeFile(path("out.ppm")).ends_with("\x01\x02\x03\x0A\x0B\x0C"));
-}
 
-TEST_F(PictureFile, AlphaIsDroppedAndLossyFormatsStayClose) {
-  std::vector<unsigned char> bytes;
-  cv::imencode(".png", cv::Mat(4, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4)), bytes);
-  const auto picture =
-      decodePicture({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, "bytes");
-  EXPECT_EQ(picture.channels, 3);
-  EXPECT_EQ(picture.pixel(5, 3)[0], 3);
-
-  Picture grey(64, 48, 3, 8);
-  std::fill(grey.samples.begin(), grey.samples.end(), std::uint16_t{120});
-  for (const char* name : {"a.jpg", "a.webp"}) {
-    writePicture(path(name), grey);
-    EXPECT_NEAR(readPicture(path(name)).pixel(30, 20)[1], 120, 2) << name;
-  }
+  cv::imwrite(path("alpha.png").string(), cv::Mat(4, 6, CV_8UC4, cv::Scalar(1, 2, 3, 4)));
+  const auto opaque = readPicture(path("alpha.png"));
+  EXPECT_EQ(opaque.channels, 3);
+  EXPECT_EQ(opaque.pixel(5, 3)[0], 3);
 }
 
 TEST_F(PictureFile, RefusesToReadWithAReason) {
@@ -119,9 +99,6 @@ TEST_F(PictureFile, RefusesToReadWithAReason) {
       {"text", "hello world, no picture here", "known format"},
       {"cut png", png.substr(0, png.size() / 2), "cut short"},
       {"cut jpg", jpg.substr(0, jpg.size() - 2), "cut short"},
-      {"cut bmp", encoded(".bmp", ramp).substr(0, 500), "cut short"},
-      {"cut ppm", encoded(".ppm", ramp).substr(0, 500), "cut short"},
-      {"cut webp", encoded(".webp", ramp).substr(0, 300), "cut short"},
       {"cut tif", tif.substr(0, tif.size() / 2), "damaged"},
       {"damaged png", damaged, "damaged"},
       {"too wide", "P5 2000000 1 255 " + std::string(2000000, 'x'), "beyond what can be read"},
@@ -150,12 +127,21 @@ TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
   }
   EXPECT_EQ(readPicture(path("old.png")).samples, good.samples);
 
-  for (const char* name : {"a.gif", "a", "a.exr"})
-    EXPECT_THAT(refusal([&] { writePicture(path(name), good); }), HasSubstr("ending"));
-  EXPECT_THAT(refusal([&] { writePicture(path("wide.jpg"), Picture(70000, 1, 3, 8)); }),
-              HasSubstr("can hold"));
-  EXPECT_THAT(refusal([&] { writePicture(path("no/such/folder/a.png"), good); }),
-              HasSubstr("a.png"));
+  const struct {
+    const char* name;
+    Picture picture;
+    const char* reason;
+  } cases[] = {{"a.gif", good, "ending"},
+               {"a", good, "ending"},
+               {"a.jpg", noise(4, 3, 3, 16), "can't hold 16 bits"},
+               {"a.ppm", noise(4, 3, 1, 8), "can't hold a grey"},
+               {"a.pgm", good, "can't hold colours"},
+               {"wide.jpg", Picture(70000, 1, 3, 8), "more than .jpg can hold"},
+               {"no/such/folder/a.png", good, "a.png"}};
+  for (const auto& c : cases) {
+    EXPECT_THAT(refusal([&] { writePicture(path(c.name), c.picture); }), HasSubstr(c.reason));
+    EXPECT_FALSE(std::filesystem::exists(path(c.name))) << c.name;
+  }
 }
 
 }  // namespace
