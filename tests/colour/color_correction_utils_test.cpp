@@ -202,7 +202,7 @@ TEST_F(ColorCorrection, NoWhitePatchesOrDarkOnesGiveUnitGains) {
   S none = measuredBy({}), dark = none;
   none.m_advanced.m_bWhitePatch20 = none.m_advanced.m_bWhitePatch21 =
       none.m_advanced.m_bWhitePatch22 = false;
-  for (const std::size_t patch : {19, 20, 21}) dark.m_macbethData.m_RGB[patch][0] = 0;
+  for (const std::size_t patch : {19U, 20U, 21U}) dark.m_macbethData.m_RGB[patch][0] = 0;
   for (const S* settings : {&none, &dark}) {
     ASSERT_TRUE(utils.Optimize(*settings, 0));
     EXPECT_EQ(utils.m_wbGain, (Vector3{1, 1, 1}));
