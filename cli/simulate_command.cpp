@@ -58,7 +58,8 @@ SimulationSettings settingsOf(const SimulateOptions& options) {
     settings.offsetX = options.offset[0];
     settings.offsetY = options.offset[1];
   }
-  // One number is a grey; CLI11 lets one or three through.
+  if (options.surround.size() == 2)
+    throw UsageError("--surround takes one number for a grey or three for R,G,B, not two");
   for (std::size_t c = 0; !options.surround.empty() && c < 3; ++c)
     settings.surround[c] = options.surround[options.surround.size() == 3 ? c : 0];
   const bool linear = options.encoding.empty() ? settings.bits == 16 : options.encoding == "linear";

@@ -12,7 +12,7 @@ constexpr int kSubsamples = 8;  // per direction, at edges: 64 levels
 // Whether the interval centre +- half lies between the patches of a direction with `cells` cells.
 bool misses(double centre, double half, int cells) {
   if (centre + half < kHalfGap || centre - half > cells - kHalfGap) return true;
-  return std::abs(centre - std::round(centre)) + half < kHalfGap;
+  return std::abs(centre - static_cast<int>(centre + 0.5)) + half < kHalfGap;
 }
 
 }  // namespace
@@ -22,8 +22,9 @@ SceneRows::SceneRows(const ChartGeometry& geometry, const SceneColours& colours)
 
 SceneRows::ChartPoint SceneRows::at(double x, double y) const {
   const Matrix3& m = m_toChart;
-  const double w = m[2][0] * x + m[2][1] * y + m[2][2];
-  return {(m[0][0] * x + m[0][1] * y + m[0][2]) / w, (m[1][0] * x + m[1][1] * y + m[1][2]) / w, w};
+  const double perW = 1.0 / (m[2][0] * x + m[2][1] * y + m[2][2]);
+  return {(m[0][0] * x + m[0][1] * y + m[0][2]) * perW,
+          (m[1][0] * x + m[1][1] * y + m[1][2]) * perW, perW};
 }
 
 const Vector3& SceneRows::colourAt(double u, double v) const {
@@ -42,7 +43,7 @@ const Vector3& SceneRows::colourAt(double u, double v) const {
 // change across it.
 const Vector3* SceneRows::flatColour(const ChartPoint& p) const {
   const Matrix3& m = m_toChart;
-  const double half = 0.51 / std::abs(p.w);
+  const double half = 0.51 * std::abs(p.perW);
   const double du = half * (std::abs(m[0][0] - p.u * m[2][0]) + std::abs(m[0][1] - p.u * m[2][1]));
   const double dv = half * (std::abs(m[1][0] - p.v * m[2][0]) + std::abs(m[1][1] - p.v * m[2][1]));
   // Of the chart's outline, and then of the frame inside it.
@@ -51,8 +52,8 @@ const Vector3* SceneRows::flatColour(const ChartPoint& p) const {
   if (outU > du || outV > dv) return &m_colours.surround;
   if (outU > -du || outV > -dv) return nullptr;
   if (misses(p.u, du, kChartColumns) || misses(p.v, dv, kChartRows)) return &m_colours.frame;
-  const double inU = kHalfPatch - std::abs(p.u - std::floor(p.u) - 0.5);
-  const double inV = kHalfPatch - std::abs(p.v - std::floor(p.v) - 0.5);
+  const double inU = kHalfPatch - std::abs(p.u - static_cast<int>(p.u) - 0.5);
+  const double inV = kHalfPatch - std::abs(p.v - static_cast<int>(p.v) - 0.5);
   return inU > du && inV > dv ? &colourAt(p.u, p.v) : nullptr;
 }
 

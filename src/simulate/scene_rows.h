@@ -18,7 +18,8 @@ class SceneRows {
 
  private:
   struct ChartPoint {
-    double u, v, w;
+    double u, v;
+    double perW;  // 1 / w
   };
   ChartPoint at(double x, double y) const;
   const Vector3& colourAt(double u, double v) const;

@@ -1,0 +1,93 @@
+// The frame of the command: help, exit statuses, messages, and what happens to files.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "file.h"
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST_F(CommandTest, HelpHasAnExampleEverywhere) {
+  const std::vector<std::vector<std::string>> commands{
+      {},        {"simulate"},      {"chart"},         {"ccm"},         {"evaluate"},
+      {"gamma"}, {"gamma", "list"}, {"gamma", "show"}, {"gamma", "lut"}};
+  for (auto words : commands) {
+    SCOPED_TRACE(testing::PrintToString(words));
+    words.push_back("--help");
+    const auto outcome = run(words);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("Example:\n  greycard "));
+    EXPECT_EQ(outcome.err, "");
+  }
+  EXPECT_THAT(run({"--version"}).out, testing::MatchesRegex("greycard [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+struct Failure {
+  std::vector<std::string> words;
+  int status;
+  const char* says;
+};
+
+TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
+  writeWholeFile(folder / "text.png", "not a picture");
+  const Failure failures[] = {
+      {{}, 2, "required"},
+      {{"simulat"}, 2, "did you mean \"simulate\"?"},
+      {{"--bogus"}, 2, "--bogus"},
+      {{"gamma"}, 2, "required"},
+      {{"gamma", "shwo", "VNormal"}, 2, "did you mean \"show\"?"},
+      {{"gamma", "show"}, 2, "name is required"},
+      {{"gamma", "show", "vnormal"}, 1, "did you mean \"VNormal\"? Known: VNormal, VLowlight"},
+      {{"gamma", "lut", "VNormal", "--kind", "13bit"}, 2, "--kind"},
+      {{"simulate"}, 2, "--output is required"},
+      {{"simulate", "-o", "a.png", "--rotat", "3"}, 2, "--rotat"},
+      {{"simulate", "-o", "a.png", "--rotate", "x"}, 2, "--rotate"},
+      {{"simulate", "-o", "a.png", "--rotate", "nan"}, 2, "rotation"},
+      {{"simulate", "-o", "a.png", "--size", "1600*1200"}, 2, "1600*1200"},
+      {{"simulate", "-o", "a.png", "--size", "99999999999x2"}, 2, "--size"},
+      {{"simulate", "-o", "a.png", "--light", "D66"}, 2, "did you mean \"D65\"?"},
+      {{"simulate", "-o", "a.png", "--light", "LED"}, 2, "no spectrum"},
+      {{"simulate", "-o", "a.png", "--truth", "./a.png"}, 2, "same file"},
+      {{"simulate", "-o", "a.png", "--truth", "-", "--json", "-"}, 2, "same file"},
+      {{"simulate", "-o", "no/where/a.png"}, 1, "there is no folder"},
+      {{"simulate", "-o", "."}, 1, "it is a folder"},
+      {{"simulate", "-o", "a.doc"}, 1, "a.doc"},
+      {{"chart", "missing.png"}, 1, "missing.png"},
+      {{"chart", "text.png"}, 1, "text.png"},
+      {{"chart", "text.png", "--annotate", "text.png"}, 2, "same file"},
+  };
+  for (const auto& [words, status, says] : failures) {
+    SCOPED_TRACE(testing::PrintToString(words));
+    const auto outcome = run(words);
+    EXPECT_EQ(outcome.status, status);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr(says));
+    EXPECT_THAT(outcome.err, StartsWith("greycard"));
+    EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+  }
+  EXPECT_EQ(read("text.png"), "not a picture");
+}
+
+TEST_F(CommandTest, AFailedRunLeavesOldFilesAndNoNewOnes) {
+  writeWholeFile(folder / "old.png", "an older picture");
+  std::filesystem::create_directory(folder / "taken");
+  EXPECT_EQ(run({"simulate", "-o", "old.png", "--truth", "taken"}).status, 1);
+  EXPECT_EQ(run({"simulate", "-o", "old.png", "--noise", "2"}).status, 2);
+  EXPECT_EQ(read("old.png"), "an older picture");
+  // The disk is full for one output: the picture stands, whole, and nothing half-written is left.
+  EXPECT_EQ(run({"simulate", "-o", "new.png", "--size", "64x48", "--truth", "/dev/full"}).status,
+            1);
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    names.push_back(entry.path().filename().string());
+  EXPECT_THAT(names, testing::UnorderedElementsAre("new.png", "old.png", "taken"));
+}
+
+}  // namespace
+}  // namespace greycard

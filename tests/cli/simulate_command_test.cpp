@@ -1,0 +1,52 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+TEST_F(CommandTest, SimulateWritesThePictureAndItsTruth) {
+  const auto outcome = run({"simulate", "-o", "chart.png", "--truth", "truth.json", "--json", "-",
+                            "--size", "320x240", "--rotate", "-90", "--light", "a", "--sensor",
+                            "Colorimetric", "--noise", "0.01", "--seed", "7"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(read("chart.png").substr(0, 4), "\x89PNG");
+  EXPECT_EQ(outcome.out, read("truth.json"));
+  const auto truth = nlohmann::json::parse(outcome.out);
+  EXPECT_EQ(truth["file"], "chart.png");
+  EXPECT_EQ(truth["synthetic"], true);
+  EXPECT_EQ(truth["width"], 320);
+  EXPECT_EQ(truth["light"], "A");
+  EXPECT_EQ(truth["sensor"], "colorimetric");
+  EXPECT_NEAR(truth["turn_deg"].get<double>(), 270.0, 1e-9);
+  ASSERT_EQ(truth["centres"].size(), 24u);
+  // A quarter turn anticlockwise: the first row runs upward on the left.
+  EXPECT_LT(truth["centres"][0][0], truth["centres"][18][0]);
+  EXPECT_GT(truth["centres"][0][1], truth["centres"][5][1]);
+  EXPECT_EQ(truth["corners"][23].size(), 4u);
+  EXPECT_EQ(truth["rgb_linear"].size(), 24u);
+
+  const auto first = read("chart.png");
+  const auto again =
+      run({"simulate", "-o", "chart.png", "--size", "320x240", "--rotate", "-90", "--light", "A",
+           "--sensor", "colorimetric", "--noise", "0.01", "--seed", "7"});
+  EXPECT_THAT(again.out, testing::HasSubstr("Rendered \"chart.png\""));
+  EXPECT_EQ(read("chart.png"), first);
+}
+
+TEST_F(CommandTest, SimulateTakesListsAndLevels) {
+  const auto outcome =
+      run({"simulate", "-o", "raw.tif", "--json", "-", "--bits", "16", "--black", "64", "--white",
+           "4095", "--surround", "0.1,0.2,0.3", "--offset", "-0.1,0.05", "--size", "64x48"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const auto truth = nlohmann::json::parse(outcome.out);
+  EXPECT_EQ(truth["encoding"], "linear");
+  EXPECT_EQ(truth["white_level"], 4095.0);
+  EXPECT_EQ(run({"simulate", "-o", "raw.tif", "--surround", "0.1,0.2"}).status, 2);
+}
+
+}  // namespace
+}  // namespace greycard
