@@ -9,6 +9,7 @@
 
 #include "greycard/diagnostics.h"
 #include "names.h"
+#include "sub_commands.h"
 
 namespace greycard::cli {
 namespace {
@@ -44,9 +45,11 @@ std::vector<const CLI::App*> parsedChain(const CLI::App& app) {
 std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   const auto& deepest = *parsedChain(app).back();
   const auto words = app.remaining(true);
-  const auto choices = deepest.get_subcommands([](const CLI::App*) { return true; });
-  if (choices.empty() || words.empty()) return error.what();
-  if (words.front().starts_with('-')) return "there is no option " + words.front() + " here";
+  const auto choices =
+      deepest.get_subcommands([](const CLI::App* choice) { return !choice->get_name().empty(); });
+  if (words.empty()) return error.what();
+  if (words.front().starts_with('-')) return "there is no option " + words.front();
+  if (choices.empty()) return error.what();
   std::vector<std::string> names;
   for (const auto* choice : choices) names.push_back(choice->get_name());
   return unknownName("sub-command", words.front(), names);
@@ -107,6 +110,11 @@ int runGreycard(int argc, char** argv) {
       "greycard SUB-COMMAND --help tells more about each. Exit status: 0 done, 1 the job could\n"
       "not be done, 2 wrong usage.");
   app.require_subcommand(1);
+  addSimulate(app);
+  addChart(app);
+  addCcm(app);
+  addEvaluate(app);
+  addGamma(app);
   return parseAndRun(app, argc, argv);
 }
 

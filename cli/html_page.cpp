@@ -25,7 +25,7 @@ constexpr std::string_view kStyle = R"(
 body { font: 15px/1.45 system-ui, sans-serif; color: #222; background: #fff; margin: 2em auto;
        max-width: 62em; padding: 0 1em; }
 h1 { font-size: 1.5em; } h2 { font-size: 1.15em; margin-top: 2em; }
-table { border-collapse: collapse; margin: .6em 0; }
+table { border-collapse: collapse; margin: .6em 0; display: block; overflow-x: auto; }
 th, td { padding: .15em .7em; text-align: right; border-bottom: 1px solid #ddd; white-space: nowrap; }
 th { background: #f3f3f3; } td:first-child, th:first-child { text-align: left; }
 img, svg { max-width: 100%; height: auto; }
@@ -40,11 +40,20 @@ std::string htmlEscape(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
     switch (c) {
-      case '&': escaped += "&amp;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '>': escaped += "&gt;"; break;
-      case '"': escaped += "&quot;"; break;
-      default: escaped += c;
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      default:
+        escaped += c;
     }
   }
   return escaped;
@@ -60,8 +69,7 @@ std::string htmlTable(const std::vector<std::vector<std::string>>& rows) {
   const char* cell = "th";
   for (const auto& row : rows) {
     html += "<tr>";
-    for (const auto& text : row)
-      html += std::string("<") + cell + ">" + text + "</" + cell + ">";
+    for (const auto& text : row) html += std::string("<") + cell + ">" + text + "</" + cell + ">";
     html += "</tr>\n";
     cell = "td";
   }

@@ -1,0 +1,72 @@
+#include "camera_gamma.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "command.h"
+#include "greycard/files.h"
+#include "greycard/gamma_curve_model.h"
+#include "names.h"
+
+namespace greycard::cli {
+namespace {
+
+constexpr std::size_t kEntries = 256;
+
+std::vector<std::int32_t> everyFourth(const GammaTable& table) {
+  std::vector<std::int32_t> entries;
+  for (std::size_t i = 0; i < table.size(); i += table.size() / kEntries)
+    entries.push_back(table[i]);
+  return entries;
+}
+
+int bitDepth(std::int32_t last) {
+  if (last < 256) return 8;
+  if (last < 1024) return 10;
+  return last < 4096 ? 12 : 14;
+}
+
+std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
+  const std::string text = readWholeFile(path);
+  constexpr std::string_view kSeparators = " ,\t\r\n";
+  std::vector<std::int32_t> entries;
+  for (std::size_t at = text.find_first_not_of(kSeparators); at != std::string::npos;
+       at = text.find_first_not_of(kSeparators, at)) {
+    const std::size_t end = std::min(text.find_first_of(kSeparators, at), text.size());
+    const std::string word = text.substr(at, end - at);
+    std::int32_t value = 0;
+    const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc{} || stop != word.data() + word.size() || value < 0 || value > 16383)
+      throw JobError("entry " + std::to_string(entries.size() + 1) + " of the tone curve " +
+                     quoted(path) + " is \"" + word.substr(0, 20) +
+                     "\"; whole numbers from 0 to 16383 are wanted");
+    entries.push_back(value);
+    at = end;
+  }
+  if (entries.size() != kEntries)
+    throw JobError("the tone curve " + quoted(path) + " holds " + std::to_string(entries.size()) +
+                   " numbers; 256 are wanted");
+  const int shift = 14 - bitDepth(entries.back());
+  for (std::int32_t& entry : entries) entry *= 1 << shift;
+  return entries;
+}
+
+}  // namespace
+
+CameraGamma cameraGamma(const std::string& nameOrFile) {
+  const GammaCurveModel catalogue(true);
+  if (const GammaCurvePtr curve = catalogue.GetGammaCurveByName(nameOrFile))
+    return {
+        nameOrFile,
+        {everyFourth(*curve->DataR()), everyFourth(*curve->DataG()), everyFourth(*curve->DataB())}};
+  if (!std::filesystem::exists(nameOrFile))
+    throw JobError(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
+  const std::vector<std::int32_t> table = readTable(nameOrFile);
+  return {nameOrFile, {table, table, table}};
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace greycard::cli {
+
+/// The camera's tone curve as three tables of 256 entries in 14-bit units: R, G, B.
+struct CameraGamma {
+  std::string name;  ///< as the user gave it
+  std::array<std::vector<std::int32_t>, 3> tables;
+};
+
+/// A curve of the catalogue by its name, or else a file of 256 whole numbers separated by blanks,
+/// commas or line ends, of 8, 10, 12 or 14 bits as its last number tells (below 256, 1024, 4096).
+/// \throws JobError when it is neither
+CameraGamma cameraGamma(const std::string& nameOrFile);
+
+}  // namespace greycard::cli

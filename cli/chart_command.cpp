@@ -1,0 +1,72 @@
+// greycard chart: finds the chart in a photograph and says where its patches are.
+
+#include <iostream>
+#include <memory>
+
+#include "chart_source.h"
+#include "command.h"
+#include "greycard/chart_regions.h"
+#include "greycard/files.h"
+#include "json_output.h"
+#include "sub_commands.h"
+#include "text_table.h"
+
+namespace greycard::cli {
+namespace {
+
+struct ChartOptions : CommonOptions {
+  ChartSource source;
+  std::filesystem::path regionFile, annotated;
+};
+
+void printSummary(const ChartOptions& options, const LocatedChart& chart) {
+  const ChartDetection& detection = *chart.detection;
+  std::cout << "Chart found in " << quoted(options.source.photo) << "\n"
+            << "  patch squares found " << detection.quads << ", used " << detection.quadsUsed
+            << "; half patch side " << fixed(detection.size, 0) << " pixels\n"
+            << "  colour distance to the nominal chart " << fixed(detection.error, 0) << "\n";
+  for (const std::string& warning : chartWarnings(chart))
+    std::cout << "Warning: " << warning << "\n";
+}
+
+void run(const ChartOptions& options) {
+  JobFiles files;
+  options.source.nameFiles(files);
+  files.output("-o", options.regionFile);
+  files.output("--annotate", options.annotated);
+  files.output("--json", options.json);
+
+  const Picture picture = readPicture(options.source.photo);
+  const LocatedChart chart = locateChart(options.source, picture);
+
+  if (!options.annotated.empty())
+    writePicture(options.annotated, annotateRegions(picture, chart.regions));
+  if (!options.regionFile.empty()) writeRegions(options.regionFile, chart.regions);
+  Json json = {{"photo", options.source.photo.string()},
+               {"width", picture.width},
+               {"height", picture.height}};
+  json.update(chartJson(chart));
+  writeJson(options.json, json);
+  if (!options.printsText()) return;
+  printSummary(options, chart);
+  if (options.regionFile.empty()) std::cout << formatRegions(chart.regions);
+}
+
+}  // namespace
+
+void addChart(CLI::App& parent) {
+  const auto options = std::make_shared<ChartOptions>();
+  CLI::App& app =
+      addSubCommand(parent, "chart", "Find the 24-patch chart in a photograph",
+                    "greycard chart photo.jpg -o regions.txt --annotate annotated.png", *options);
+  options->source.addTo(app, false);
+  app.add_option("-o,--output", options->regionFile,
+                 "Region file: 24 lines left,top,width,height in chart order")
+      ->type_name("FILE");
+  app.add_option("--annotate", options->annotated,
+                 "Picture with the regions and patch numbers drawn")
+      ->type_name("FILE");
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace greycard::cli {
+
+// One per sub-command, each in the file named after it.
+void addSimulate(CLI::App& parent);
+void addChart(CLI::App& parent);
+void addCcm(CLI::App& parent);
+void addEvaluate(CLI::App& parent);
+void addGamma(CLI::App& parent);
+
+}  // namespace greycard::cli
