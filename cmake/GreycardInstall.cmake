@@ -6,6 +6,8 @@ install(TARGETS greycard greycard_api EXPORT greycardTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(TARGET greycard_command)
+  # The installed command finds the library beside it, wherever the tree is put.
+  set_target_properties(greycard_command PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS greycard_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/api/greycard ${PROJECT_BINARY_DIR}/api/greycard
