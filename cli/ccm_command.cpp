@@ -1,10 +1,9 @@
 // greycard ccm: from a photographed chart to white-balance gains and a colour-correction matrix.
 
-#include <array>
+#include <cmath>
 #include <cstddef>
 #include <iostream>
 #include <memory>
-#include <span>
 
 #include "ccm_options.h"
 #include "ccm_result.h"
@@ -17,6 +16,9 @@
 
 namespace greycard::cli {
 namespace {
+
+constexpr double kGreenLiftWorthTelling = 1.01;   // about 0.4 units of L* at the white patch
+constexpr double kChromaMissWorthTelling = 0.05;  // what the search itself takes as reached
 
 std::string patchList(const std::vector<int>& patches) {
   std::string list;
@@ -38,6 +40,19 @@ std::vector<std::string> fitWarnings(const CcmResult& result) {
   if (!beyond.empty())
     warnings.push_back("the balanced picture exceeds full scale and is clipped there: patches " +
                        patchList(beyond));
+  if (result.whiteBalance[1] > kGreenLiftWorthTelling)
+    warnings.push_back(
+        "white balance raises green by " + fixed(100.0 * (result.whiteBalance[1] - 1.0), 1) +
+        " % after the exposure gain was set, so the whole chart comes out lighter than "
+        "its reference; an exposure gain of " +
+        fixed(result.exposure / result.whiteBalance[1], 4) + " meets it");
+  const ColorFitReport& fit = result.fit;
+  if (fit.m_chromaChangeWanted && fit.m_chromaChange &&
+      std::abs(*fit.m_chromaChange - *fit.m_chromaChangeWanted) > kChromaMissWorthTelling)
+    warnings.push_back("the saturation search ended at " + fixed(100.0 * *fit.m_chromaChange, 1) +
+                       " % chroma against the target where " +
+                       fixed(100.0 * *fit.m_chromaChangeWanted, 1) +
+                       " % was wanted; try the other --delta-e");
   return warnings;
 }
 

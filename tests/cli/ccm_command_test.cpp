@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+
+class ChartCommands : public CommandTest {
+ protected:
+  json fit(const std::string& photo, std::vector<std::string> options = {}) const {
+    std::vector<std::string> words = {"ccm", photo, "--json", "-"};
+    words.insert(words.end(), options.begin(), options.end());
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return json::parse(outcome.out);
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder / name) << text;
+  }
+};
+
+TEST_F(ChartCommands, AnOrdinarySensorIsCorrectedUnderThreeLights) {
+  for (const std::string light : {"D65", "D50", "TL84"}) {
+    SCOPED_TRACE(light);
+    run({"simulate", "-o", "chart.png", "--truth", "truth.json", "--light", light, "--noise",
+         "0.01", "--size", "800x600", "--rotate", "100"});
+    const json result = fit("chart.png", {"--light", light});
+    EXPECT_LT(result["delta_e"]["cie76"]["mean"], 1.5);
+    EXPECT_GT(result["delta_e_before"]["cie76"]["mean"], 5.0);
+    for (const json& row : result["matrix"])
+      EXPECT_NEAR(row[0].get<double>() + row[1].get<double>() + row[2].get<double>(), 1.0, 1e-12);
+    const json truth = json::parse(read("truth.json"));
+    for (std::size_t i = 0; i < 24; ++i) {
+      const json &found = result["chart"]["centres"][i], &real = truth["centres"][i];
+      EXPECT_LT(std::hypot(found[0].get<double>() - real[0].get<double>(),
+                           found[1].get<double>() - real[1].get<double>()),
+                truth["pitch_px"].get<double>() / 3.0);
+    }
+  }
+}
+
+// The corrected photograph, judged as it is, shows the colours that the fit promised.
+TEST_F(ChartCommands, TheCorrectedPhotographHasTheCorrectedColours) {
+  run({"simulate", "-o", "raw.tif", "--bits", "16", "--black", "64", "--white", "4095", "--light",
+       "A", "--size", "800x600"});
+  const json result = fit("raw.tif", {"--black", "64", "--white", "4095", "--light", "A",
+                                      "--corrected", "fixed.png", "--report", "report.html"});
+  ASSERT_EQ(run({"chart", "fixed.png", "-o", "regions.txt"}).status, 0);
+  const json judged =
+      json::parse(run({"evaluate", "fixed.png", "--regions", "regions.txt", "--json", "-"}).out);
+  for (std::size_t i = 0; i < 24; ++i)
+    for (std::size_t c = 0; c < 3; ++c)  // an 8-bit step is up to 0.7 units of a*, b* in the dark
+      EXPECT_NEAR(judged["patches"][i]["measured_lab"][c].get<double>(),
+                  result["patches"][i]["corrected_lab"][c].get<double>(), 0.8)
+          << "patch " << i + 1;
+
+  const std::string report = read("report.html");
+  EXPECT_THAT(report, HasSubstr("data:image/png;base64,"));
+  for (const char* outside : {"<script", "<link", "src=\"http", "url("})
+    EXPECT_THAT(report, Not(HasSubstr(outside)));
+}
+
+TEST_F(ChartCommands, OtherAimsChangeTheFit) {
+  run({"simulate", "-o", "chart.png", "--size", "800x600"});
+  const json plain = fit("chart.png"),
+             vivid = fit("chart.png", {"--delta-e", "cie76", "--saturation", "1.1"});
+  EXPECT_NEAR(vivid["fit"]["chroma_change"], 0.1, 0.05);
+  EXPECT_NE(plain["white_balance_gains"],
+            fit("chart.png", {"--white-patches", "19"})["white_balance_gains"]);
+  write("linear.txt", [] {
+    std::string numbers;
+    for (int i = 0; i < 256; ++i) numbers += std::to_string(i) + (i % 16 == 15 ? "\n" : ", ");
+    return numbers;
+  }());
+  EXPECT_NE(plain["matrix"], fit("chart.png", {"--gamma", "linear.txt"})["matrix"]);
+}
+
+TEST_F(ChartCommands, AFitInDoubtIsRefusedUntilForced) {
+  run({"simulate", "-o", "steep.png", "--rotate", "33", "--tilt", "15", "--yaw", "10", "--size",
+       "800x600"});
+  const Outcome refused = run({"ccm", "steep.png", "--report", "report.html"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("can't be right"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "report.html"));
+  const Outcome forced = run({"ccm", "steep.png", "--force"});
+  EXPECT_EQ(forced.status, 0) << forced.err;
+  EXPECT_THAT(forced.out, HasSubstr("Warning: the chart may not be where it was found"));
+}
+
+TEST_F(ChartCommands, BadInputGetsOneSentence) {
+  run({"simulate", "-o", "chart.png", "--size", "400x300"});
+  run({"simulate", "-o", "far.png", "--size", "400x300", "--share", "0.05"});
+  write("short.txt", "1 2 3");
+  write("odd.txt", "1 2x 3");
+  const struct {
+    std::vector<std::string> words;
+    int status;
+    const char* says;
+  } cases[] = {
+      {{"ccm", "chart.png", "--gamma", "short.txt"}, 1, "holds 3 numbers; 256 are wanted"},
+      {{"ccm", "chart.png", "--gamma", "odd.txt"}, 1, "entry 2"},
+      {{"ccm", "chart.png", "--gamma", "vnormal"}, 1, "did you mean \"VNormal\""},
+      {{"ccm", "chart.png", "--regions", "odd.txt"}, 1, "odd.txt"},
+      {{"ccm", "chart.png", "--reference-lab", "odd.txt"}, 1, "line 1"},
+      {{"ccm", "chart.png", "--light", "D66"}, 2, "no light \"D66\""},
+      {{"ccm", "chart.png", "--white", "0"}, 2, "above --black"},
+      {{"ccm", "chart.png", "--json", "chart.png"}, 2, "same file"},
+      {{"chart", "short.txt"}, 1, "not a picture"},
+      {{"evaluate", "far.png"}, 1, "no chart found"},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = run(c.words);
+    EXPECT_EQ(outcome.status, c.status) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr(c.says));
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    EXPECT_EQ(outcome.out, "");
+  }
+}
+
+}  // namespace
+}  // namespace greycard
