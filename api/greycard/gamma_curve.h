@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
@@ -123,6 +124,18 @@ class GREYCARD_EXPORT GammaCurve {
   std::optional<std::string> GetDataAsString(ColorChannel color) const;
   /// Every point as " X,Y"; absent for an absent or empty list.
   std::optional<std::string> GetControlPointsAsString(ColorChannel color) const;
+
+  /// The curve as the text of a curve file: its table (or the three of a per-channel curve) as
+  /// GetDataAsString gives it, each after its keyword, then the control points if every channel
+  /// written has some. A per-channel curve with a table that can't be written counts as unified.
+  /// Lines end in CR LF, those inside a table in LF.
+  /// \return absent where GetDataAsString refuses the red table, and for a table of one entry
+  std::optional<std::string> GetFileText(std::int32_t tableSize, std::int32_t bitSize) const;
+  /// Writes that text to a file, which GammaCurveModel::ImportFromFile reads. On any failure an
+  /// earlier file of that name is left as it was.
+  /// \return false, without a message, where GetFileText refuses or the file can't be written
+  bool ExportToFile(const std::filesystem::path& fileName, std::int32_t tableSize,
+                    std::int32_t bitSize) const;
 
   /// Recomputes the tables from the control points, when editable and points have been set since.
   /// More than 512 points, or a table of other than 1024 entries, leave the table as it was.

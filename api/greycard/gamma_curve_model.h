@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
@@ -10,6 +11,7 @@
 
 #include "greycard/export.h"
 #include "greycard/gamma_curve.h"
+#include "greycard/gamma_import.h"
 
 namespace greycard {
 
@@ -29,6 +31,7 @@ enum class GammaCurveID : std::int32_t {
 };
 
 class GammaCurveCollection;
+class TokenStream;
 
 /// The catalogue of named tone curves and the settings that give every curve its scale.
 ///
@@ -122,6 +125,31 @@ class GREYCARD_EXPORT GammaCurveModel {
                             std::optional<std::string_view> cp, std::optional<std::string_view> cpG,
                             std::optional<std::string_view> cpB);
 
+  /// Reads a curve file (GammaCurve::GetFileText, or the older one-table form) into a new curve of
+  /// the catalogue, named as the file without folder and extension, or with 1, 2, ... 998 behind
+  /// when that name is taken. The curve is mutable and dirty, its tables are those of the file and
+  /// the next CalculateCurve recomputes them from its control points, if it has any.
+  ///
+  /// The file is a sequence of words between blanks, commas and line ends: keywords, whole numbers,
+  /// which belong to the keyword before them (to the red table before any keyword), and anything
+  /// else, which is skipped.
+  /// \return absent, with the catalogue as it was, when no name is free or the file gives no red
+  ///         table (CreateCurve)
+  /// \throws FileError when the file can't be read
+  GammaCurvePtr ImportFromFile(const std::filesystem::path& fileName);
+  /// The same, telling why there is no curve and what was left out.
+  GammaImport ImportWithReport(const std::filesystem::path& fileName);
+  /// The same from a text in memory; `name` is what the file name would be.
+  GammaImport ImportText(std::string_view name, std::string text);
+
+  /// The perceptual quantiser of SMPTE ST 2084 up to a peak luminance, as a clean unified curve
+  /// "HDR10" that is not in the catalogue: 257 codes of 10 bits (not converted to 1024 entries of
+  /// GammaBitSize bits, deliberately) for the linear inputs 0, 16, ... 4080, 4095 of 12 bits.
+  /// \param MN  peak luminance in cd/m2, 1..10000; 10000 is taken for any other
+  GammaCurvePtr GenerateHDRCurve(std::int32_t MN);
+  /// The hybrid log-gamma curve of ITU-R BT.2100 (ARIB STD-B67) in the same form, named "HLG".
+  GammaCurvePtr GenerateHLGCurve();
+
   /// A new table of 1024 entries by MakeGammaTable, which may rescale aSrc in place; absent when it
   /// fails.
   GammaTablePtr CreateGammaTable(const GammaTablePtr& aSrc) const;
@@ -154,6 +182,8 @@ class GREYCARD_EXPORT GammaCurveModel {
   friend class GammaCurve;  // keeps the state
 
   GammaCurvePtr append(GammaCurvePtr curve);
+  std::optional<std::string> freeName(const std::string& base) const;
+  GammaImport importCurve(const std::string& name, TokenStream& tokens);
 
   std::shared_ptr<GammaModelState> m_state;
   std::unique_ptr<GammaCurveCollection> m_Curves;

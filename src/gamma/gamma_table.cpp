@@ -7,15 +7,12 @@
 #include "interpolator.h"
 
 namespace greycard {
-namespace {
 
 std::int32_t inferredDepth(std::int32_t lastEntry) {
   if (lastEntry < 256) return 8;
   if (lastEntry < 1024) return 10;
   return lastEntry < 4096 ? 12 : 14;
 }
-
-}  // namespace
 
 bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
                     std::span<std::int32_t> dest) {

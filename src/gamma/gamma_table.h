@@ -5,13 +5,16 @@
 
 namespace greycard {
 
+/// The bits that a table is taken for by its last entry: below 256 8, below 1024 10, below 4096 12,
+/// else 14.
+std::int32_t inferredDepth(std::int32_t lastEntry);
+
 /// Converts a table of 64, 256, 512 or 1024 entries into 1024 entries of gammaBitSize bits.
 ///
-/// The source's depth is inferred from its last entry (below 256: 8 bits, 1024: 10, 4096: 12, else
-/// 14) and src itself is rescaled in place when it differs from gammaBitSize (both deliberate: a
-/// curve that ends low is taken for a shallower one). Entries are then joined by straight lines,
-/// the last one with full scale. \return false, with nothing written, for any other length, a dest
-/// that does not hold 1024 entries, or
+/// The source's depth is inferred and src itself is rescaled in place when it differs from
+/// gammaBitSize (both deliberate: a curve that ends low is taken for a shallower one). Entries are
+/// then joined by straight lines, the last one with full scale. \return false, with nothing
+/// written, for any other length, a dest that does not hold 1024 entries, or
 ///         a gammaBitSize outside 0..31
 bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
                     std::span<std::int32_t> dest);

@@ -1,0 +1,80 @@
+#include "token_stream.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "file.h"
+
+namespace greycard {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+  const auto begin = std::min(text.find_first_not_of(kWhiteSpace), text.size());
+  const auto end = text.find_last_not_of(kWhiteSpace) + 1;
+  return text.substr(begin, std::max(begin, end) - begin);
+}
+
+}  // namespace
+
+TokenStream::TokenStream(const std::filesystem::path& filename, std::string_view delimStr)
+    : TokenStream(Text{readWholeFile(filename)}, delimStr) {}
+
+TokenStream TokenStream::ofText(std::string text, std::string_view delimStr) {
+  return {Text{std::move(text)}, delimStr};
+}
+
+TokenStream::TokenStream(Text text, std::string_view delimStr)
+    : m_text(std::move(text.bytes)), m_unread(m_text) {
+  for (const char c : delimStr) m_delimiters[static_cast<unsigned char>(c)] = true;
+  if (m_unread.starts_with(kByteOrderMark)) m_unread.remove_prefix(kByteOrderMark.size());
+}
+
+void TokenStream::readLine() {
+  const auto length = std::min(m_unread.find_first_of("\r\n"), m_unread.size());
+  m_line = m_unread.substr(0, length);
+  m_unread.remove_prefix(length);
+  m_unread.remove_prefix(m_unread.starts_with("\r\n") ? 2 : m_unread.empty() ? 0 : 1);
+  ++m_lineNumber;
+}
+
+std::string_view TokenStream::withoutDelimiters(std::string_view line) const {
+  while (!line.empty() && isDelimiter(line.front())) line.remove_prefix(1);
+  while (!line.empty() && isDelimiter(line.back())) line.remove_suffix(1);
+  return line;
+}
+
+std::optional<std::string> TokenStream::ReadToken(bool& bBlankLine) {
+  bBlankLine = false;
+  if (!m_stack.empty()) {
+    std::string token = std::move(m_stack.back());
+    m_stack.pop_back();
+    return token;
+  }
+  while (m_line.empty()) {
+    if (m_unread.empty()) return std::nullopt;
+    readLine();
+    m_line = trimmed(withoutDelimiters(trimmed(m_line)));
+    bBlankLine = bBlankLine || m_line.empty();
+  }
+  const auto isDelim = [this](char c) { return isDelimiter(c); };
+  const auto begin = std::find_if_not(m_line.begin(), m_line.end(), isDelim);
+  const auto end = std::find_if(begin, m_line.end(), isDelim);
+  const auto next = std::find_if_not(end, m_line.end(), isDelim);
+  const std::string_view token = trimmed({begin, end});
+  m_line = {next, m_line.end()};
+  return std::string(token);
+}
+
+std::optional<std::string> TokenStream::ReadToken() {
+  bool bBlankLine = false;
+  return ReadToken(bBlankLine);
+}
+
+void TokenStream::PushBack(std::string token) {
+  m_stack.push_back(std::move(token));
+}
+
+}  // namespace greycard
