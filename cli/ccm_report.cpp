@@ -11,19 +11,59 @@
 namespace greycard::cli {
 namespace {
 
-constexpr int kPhotoSide = 900;  // pixels of the longer side in the page
+constexpr int kPhotoSide = 900;       // pixels of the longer side in the page
+constexpr double kCloserBelow = 0.7;  // share of the picture below which the chart is shown again
 constexpr std::size_t kFirstGrey = 18;
 
 const char* const kReferenceColour = "#444444";
 
-std::string photoSection(const CcmResult& result, const Picture& picture) {
-  const Picture small = shrinkPicture(picture, kPhotoSide);
-  const double scale = static_cast<double>(small.width) / picture.width;
-  PatchRegions regions = result.chart.regions;
+struct Window {
+  int left, top, width, height;
+};
+
+// The chart with half its size around it, as far as the picture goes.
+Window aroundChart(const PatchRegions& regions, const Picture& picture) {
+  double left = picture.width, top = picture.height, right = 0.0, bottom = 0.0;
+  for (const PatchRegion& region : regions) {
+    left = std::min(left, region.left);
+    top = std::min(top, region.top);
+    right = std::max(right, region.left + region.width);
+    bottom = std::max(bottom, region.top + region.height);
+  }
+  const double margin = 0.5 * std::max(right - left, bottom - top);
+  const auto inside = [](double value, int end) {
+    return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(end)));
+  };
+  const int x0 = inside(left - margin, picture.width - 1),
+            y0 = inside(top - margin, picture.height - 1);
+  return {x0, y0, inside(right + margin, picture.width - 1) - x0 + 1,
+          inside(bottom + margin, picture.height - 1) - y0 + 1};
+}
+
+// The part of the picture in the window, brought to the page's size, with the regions drawn.
+std::string annotatedPart(const Picture& picture, const Window& window, PatchRegions regions,
+                          const char* description) {
+  Picture part(window.width, window.height, picture.channels, picture.bits);
+  for (int y = 0; y < window.height; ++y)
+    std::copy_n(picture.pixel(window.left, window.top + y), window.width * picture.channels,
+                part.pixel(0, y));
+  const Picture small = shrinkPicture(part, kPhotoSide);
+  const double scale = static_cast<double>(small.width) / window.width;
   for (PatchRegion& region : regions)
-    region = {region.left * scale, region.top * scale, region.width * scale, region.height * scale};
-  return "<h2>Where the patches were sampled</h2>\n" +
-         htmlImage(annotateRegions(small, regions), "The photograph with the sampled regions");
+    region = {(region.left - window.left) * scale, (region.top - window.top) * scale,
+              region.width * scale, region.height * scale};
+  return htmlImage(annotateRegions(small, regions), description);
+}
+
+std::string photoSection(const CcmResult& result, const Picture& picture) {
+  const PatchRegions& regions = result.chart.regions;
+  const Window whole{0, 0, picture.width, picture.height}, chart = aroundChart(regions, picture);
+  std::string html =
+      "<h2>Where the patches were sampled</h2>\n" +
+      annotatedPart(picture, whole, regions, "The photograph with the sampled regions");
+  if (std::max(chart.width, chart.height) < kCloserBelow * std::max(whole.width, whole.height))
+    html += "<h3>Closer</h3>\n" + annotatedPart(picture, chart, regions, "The chart");
+  return html;
 }
 
 std::string swatchSection(const CcmResult& result) {
