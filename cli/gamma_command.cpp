@@ -4,11 +4,11 @@
 #include <memory>
 
 #include "command.h"
+#include "curve_source.h"
 #include "gamma_commands.h"
 #include "greycard/gamma_curve_model.h"
 #include "job_files.h"
 #include "json_output.h"
-#include "names.h"
 #include "sub_commands.h"
 #include "text_table.h"
 
@@ -50,18 +50,21 @@ void list(const CommonOptions& options) {
 }  // namespace
 
 void CurveChoice::addTo(CLI::App& app) {
-  app.add_option("name", name, "A curve of the catalogue (greycard gamma list)")->required();
+  app.add_option("name", name, "A curve of the catalogue (greycard gamma list), or a curve file")
+      ->required()
+      ->type_name("NAME|FILE");
   app.add_option("--channel", channel, "Of the curve; all is the same as red")
       ->capture_default_str()
       ->type_name("NAME")
       ->check(CLI::IsMember({"all", "red", "green", "blue"}));
 }
 
+void CurveChoice::nameFile(JobFiles& files) const {
+  nameCurveFile(files, "the curve file", name);
+}
+
 GammaCurvePtr CurveChoice::curve() const {
-  const GammaCurveModel catalogue(true);
-  GammaCurvePtr curve = catalogue.GetGammaCurveByName(name);
-  if (!curve) throw JobError(unknownName("curve", name, catalogue.GetNames()));
-  return curve;
+  return curveByNameOrFile(name);
 }
 
 ColorChannel CurveChoice::colorChannel() const {
@@ -82,12 +85,19 @@ void addGammaList(CLI::App& gamma) {
 }
 
 void addGamma(CLI::App& parent) {
-  CLI::App& gamma = *parent.add_subcommand("gamma", "Look at tone curves and make tables of them");
+  CLI::App& gamma =
+      *parent.add_subcommand("gamma", "Look at tone curves, convert them, and make tables of them");
   gamma.footer("Example:\n  greycard gamma show VGammaSRGB --plot curve.svg");
   gamma.require_subcommand(1);
   addGammaList(gamma);
   addGammaShow(gamma);
   addGammaLut(gamma);
+  addGammaExport(gamma);
+  addGammaImport(gamma);
+  addGammaHdr10(gamma);
+  addGammaHlg(gamma);
+  addGammaPoints(gamma);
+  addGammaDegamma(gamma);
 }
 
 }  // namespace greycard::cli

@@ -47,6 +47,7 @@ Lut build(const std::string& kind, std::span<const std::int32_t> curve) {
 
 void run(const LutOptions& options) {
   JobFiles files;
+  options.choice.nameFile(files);
   files.output("--output", options.output);
   files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();

@@ -1,18 +1,14 @@
 // greycard gamma show: one curve with its control points, as text, JSON and plot.
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <vector>
 
 #include "command.h"
+#include "curve_plot.h"
 #include "gamma_commands.h"
-#include "greycard/files.h"
-#include "greycard/gamma_curve_model.h"
 #include "job_files.h"
 #include "json_output.h"
-#include "sub_commands.h"
-#include "svg_plot.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -20,7 +16,7 @@ namespace {
 
 struct ShowOptions : CommonOptions {
   CurveChoice choice;
-  std::filesystem::path plot;
+  CurvePlotOptions plot;
   int points = 17;
 };
 
@@ -41,25 +37,15 @@ ShownPoints pointsOf(const GammaCurve& curve, const ShowOptions& options) {
   return shown;
 }
 
-std::string plotOf(const ShowOptions& options, std::span<const std::int32_t> table,
-                   const ShownPoints& shown) {
-  // A control point's units are this many table indices and codes wide.
-  const GammaCurveModel scales(false);
-  const double lastIndex = static_cast<double>(table.size()) - 1.0;
-  std::vector<Point2> line, points;
-  for (std::size_t i = 0; i < table.size(); ++i)
-    line.push_back({static_cast<double>(i), static_cast<double>(table[i])});
-  for (const auto& point : shown.points)
-    points.push_back({std::min<double>(1.0 * point.X * scales.XScale(), lastIndex),
-                      1.0 * point.Y * scales.YScale()});
-  SvgPlot plot("Tone curve " + options.choice.name,
-               {"Input (table index, 0.." + std::to_string(table.size() - 1) + ")", 0.0, lastIndex},
-               {"Output (14-bit code)", 0.0, kCurveMax});
-  plot.addLine("proportional", {{0.0, 0.0}, {lastIndex, kCurveMax}}, "#888",
-               SvgPlot::Stroke::Dashed);
-  plot.addLine(options.choice.name, line, plotColour(0));
-  plot.addMarkers(shown.areSamples ? "samples" : "control points", points, plotColour(1));
-  return plot.svg();
+void draw(const ShowOptions& options, const std::string& name, std::span<const std::int32_t> table,
+          const ShownPoints& shown) {
+  const GammaTable proportional{0, kCurveMax};
+  CurvePlot plot("Tone curve " + name, table.size());
+  plot.addTable("proportional", proportional, "#888", SvgPlot::Stroke::Dashed);
+  plot.addTable(name, table, plotColour(0));
+  plot.addControlPoints(shown.areSamples ? "samples" : "control points", shown.points,
+                        plotColour(1));
+  plot.write(options.plot);
 }
 
 void printTable(std::span<const std::int32_t> table) {
@@ -89,12 +75,13 @@ void printText(const ShowOptions& options, std::span<const std::int32_t> table,
 
 void run(const ShowOptions& options) {
   JobFiles files;
-  files.output("--plot", options.plot);
+  options.choice.nameFile(files);
+  options.plot.nameFiles(files);
   files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const auto table = options.choice.table(*curve);
   const ShownPoints shown = pointsOf(*curve, options);
-  if (!options.plot.empty()) writeWholeFile(options.plot, plotOf(options, table, shown));
+  draw(options, curve->Name(), table, shown);
   Json points = Json::array();
   for (const auto& point : shown.points) points.push_back({point.X, point.Y});
   writeJson(options.json, {{"name", curve->Name()},
@@ -120,7 +107,7 @@ void addGammaShow(CLI::App& gamma) {
                  "How many samples to show of a curve without control points")
       ->capture_default_str()
       ->check(CLI::Range(2, 256));
-  app.add_option("--plot", options->plot, "Plot to write, as SVG")->type_name("FILE");
+  options->plot.addTo(app);
   app.callback([options] { run(*options); });
 }
 
