@@ -2,6 +2,7 @@
 
 #include "ccm_result.h"
 #include "greycard/files.h"
+#include "patch_table.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -14,37 +15,6 @@ std::string matrixText(const Matrix3& matrix) {
   const char* const rows[] = {"  R", "  G", "  B"};
   for (std::size_t r = 0; r < 3; ++r)
     table.addRow({rows[r], fixed(matrix[r][0], 5), fixed(matrix[r][1], 5), fixed(matrix[r][2], 5)});
-  return table.text();
-}
-
-std::string patchText(const CcmResult& result) {
-  TextTable table({{""},
-                   {"patch", Align::Left},
-                   {"measured L*"},
-                   {"a*"},
-                   {"b*"},
-                   {"corrected L*"},
-                   {"a*"},
-                   {"b*"},
-                   {"reference L*"},
-                   {"a*"},
-                   {"b*"},
-                   {"dE76"},
-                   {"dE94"},
-                   {"dE00"},
-                   {"before: dE76"},
-                   {"dE94"},
-                   {"dE00"}});
-  for (std::size_t i = 0; i < kPatchCount; ++i) {
-    std::vector<std::string> row = {std::to_string(i + 1), patchName(static_cast<int>(i))};
-    for (const PatchTable* lab :
-         {&result.fit.m_uncorrectedLab, &result.correctedLab, &result.fit.m_targetLab})
-      for (const double value : (*lab)[i]) row.push_back(fixed(value, 1));
-    for (const ColourErrors* errors : {&result.after, &result.before})
-      for (const ErrorColumn* column : {&errors->cie76, &errors->cie94, &errors->ciede2000})
-        row.push_back(fixed(column->patch[i], 2));
-    table.addRow(std::move(row));
-  }
   return table.text();
 }
 
@@ -75,7 +45,10 @@ std::string ccmText(const CcmResult& result) {
     text += "Chroma against the target: wanted " +
             fixed(100 * *result.fit.m_chromaChangeWanted, 1) + " %, reached " +
             fixed(100 * *result.fit.m_chromaChange, 1) + " %\n";
-  text += "\n" + patchText(result);
+  text += "\n" + patchTableText({{"measured", result.fit.m_uncorrectedLab},
+                                 {"corrected", result.correctedLab},
+                                 {"reference", result.fit.m_targetLab}},
+                                {{"", result.after}, {"before", result.before}});
   text += "Measured: with gains, without the matrix. Cost " + fixed(result.fit.m_firstCost, 4) +
           " to " + fixed(result.fit.m_lastCost, 4) + " (" + result.formula + "), " +
           std::to_string(result.fit.m_evaluations) + " evaluations in " +

@@ -9,13 +9,12 @@
 #include "greycard/color_correction_utils.h"
 #include "greycard/files.h"
 #include "light_option.h"
+#include "patch_table.h"
 #include "sub_commands.h"
 #include "text_table.h"
 
 namespace greycard::cli {
 namespace {
-
-using Align = TextTable::Align;
 
 struct EvaluateOptions : CommonOptions {
   ChartSource source;
@@ -25,28 +24,10 @@ struct EvaluateOptions : CommonOptions {
 
 void print(const EvaluateOptions& options, const LocatedChart& chart, const PatchTable& reference,
            const PatchTable& measured, const ColourErrors& errors) {
-  TextTable table({{""},
-                   {"patch", Align::Left},
-                   {"measured L*"},
-                   {"a*"},
-                   {"b*"},
-                   {"reference L*"},
-                   {"a*"},
-                   {"b*"},
-                   {"dE76"},
-                   {"dE94"},
-                   {"dE00"}});
-  for (std::size_t i = 0; i < kPatchCount; ++i) {
-    std::vector<std::string> row = {std::to_string(i + 1), patchName(static_cast<int>(i))};
-    for (const PatchTable* lab : {&measured, &reference})
-      for (const double value : (*lab)[i]) row.push_back(fixed(value, 1));
-    for (const ErrorColumn* column : {&errors.cie76, &errors.cie94, &errors.ciede2000})
-      row.push_back(fixed(column->patch[i], 2));
-    table.addRow(std::move(row));
-  }
   std::cout << "Chart in " << quoted(options.source.photo)
             << " as linear sRGB, against the reference under " << options.light << "\n\n"
-            << table.text() << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
+            << patchTableText({{"measured", measured}, {"reference", reference}}, {{"", errors}})
+            << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
             << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2)
             << "; worst dE76 " << fixed(errors.cie76.worst, 2) << " at patch "
             << errors.cie76.worstPatch + 1 << "\n";
