@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "greycard/export.h"
+#include "greycard/lut2d_cfg.h"
+#include "greycard/lut2d_config.h"
+#include "greycard/types.h"
+
+namespace greycard {
+
+/// Edits and applies a hue/saturation table: a grid of hue rows by saturation columns that says how
+/// far a colour at a node moves in hue and in saturation; in between, changes are interpolated.
+///
+/// SetConfig takes the table, ProcessImage applies it to pictures, CalInverseLut2dCfg turns it into
+/// a table that undoes it. RGBtoHLS and Adjust are for the host that edits a table interactively.
+class GREYCARD_EXPORT TwoDLutHelper {
+ public:
+  using Lut2DConfig = greycard::Lut2DConfig;
+
+  /// A double hexcone colour: hue in degrees, 0 to below 360; saturation and lightness 0..1.
+  struct HueSatLightness {
+    double h = 0.0, s = 0.0, l = 0.0;
+  };
+
+  TwoDLutHelper();
+  ~TwoDLutHelper();
+  TwoDLutHelper(TwoDLutHelper&&) noexcept;
+  TwoDLutHelper& operator=(TwoDLutHelper&&) noexcept;
+
+  /// Fills the processing record; the first call creates it, later ones reuse it.
+  /// \throws std::invalid_argument that names the field and its value when a used number is not
+  ///         finite or out of range: hue coordinates -720..720 degrees, saturation coordinates
+  ///         -4..4, changes of hue -36000..36000 and of saturation -100..100, shifts 0..24,
+  ///         lightness -2..2, y_blend_factor -1.9..1.9, inverse_flag finite. The record stays as it
+  ///         was.
+  void SetConfig(const Lut2DConfig& cfg);
+
+  /// When the configuration's inverse_flag is not zero, replaces the changes by those that undo
+  /// them, node by node (columns 0 to 14; column 15 copies 14). To first order in the changes: see
+  /// UncoveredNodes and try a round trip. It reports to the output channel.
+  /// \return false without a configuration
+  bool CalInverseLut2dCfg();
+
+  /// Nodes that the last inverse since SetConfig found outside every triangle of targets; they got
+  /// no change.
+  int UncoveredNodes() const { return m_uncoveredNodes; }
+
+  /// Applies the table to w * h pixels, in place, bit for bit the same everywhere.
+  ///
+  /// \param r,g,b  one plane each, samples of 10 bits; larger ones count as 1023
+  /// \param w,h    each cut to unsigned 16 bits
+  /// \param bpp    ignored; processing always works on 10 bits
+  /// \return false, the planes untouched, without a configuration or when a plane is shorter than
+  ///         w * h samples; what a longer plane holds beyond stays as it is
+  bool ProcessImage(std::span<std::uint16_t> r, std::span<std::uint16_t> g,
+                    std::span<std::uint16_t> b, std::int32_t w, std::int32_t h, std::int32_t bpp);
+
+  /// From components of 0..1. Black, white and greys have hue and saturation 0.
+  /// Source: A. R. Smith, Color gamut transform pairs, SIGGRAPH 1978, double hexcone form.
+  static HueSatLightness RGBtoHLS(double r, double g, double b);
+
+  /// To components of 0..1 (not clamped). A hue outside [60, 360) counts as of the first sextant.
+  static Vector3 HLStoRGB(double h, double s, double l);
+
+  /// Spreads the drag of one node over its neighbours, in place. Column 0 is never edited; the
+  /// effect falls off with the distance, hue runs round the circle.
+  ///
+  /// \param m_original_s  not used
+  /// \param m_original_h  hue of the colour that is dragged, in degrees
+  /// \param deltaS,deltaH  the drag, in saturation units and degrees
+  /// \param m_nNodeRange_s,m_nNodeRange_h  how many nodes to each side it reaches; the range grows
+  ///        towards the side of the drag
+  /// \param m_nHit_LUT_h,m_nHit_LUT_s  row and column of the dragged node
+  /// \param m_LUT_sat,m_LUT_hue  target saturations 0..1 and target hues in whole degrees 0..359,
+  ///        m_nLUT_h rows of m_nLUT_s columns
+  /// \param bAdjustCenterNode  whether the dragged node moves too
+  /// \throws std::invalid_argument for a drag that is not finite, m_nLUT_h outside 1..360, m_nLUT_s
+  ///         below 1 or tables of another size; std::out_of_range for a node outside the tables.
+  ///         The tables are left as they were.
+  static void Adjust(double m_original_s, std::int32_t m_original_h, double deltaS, double deltaH,
+                     std::int32_t m_nNodeRange_s, std::int32_t m_nNodeRange_h,
+                     std::int32_t m_nHit_LUT_h, std::int32_t m_nHit_LUT_s,
+                     std::span<double> m_LUT_sat, std::span<std::int32_t> m_LUT_hue,
+                     std::int32_t m_nLUT_h, std::int32_t m_nLUT_s, bool bAdjustCenterNode);
+
+  /// Writes the changes and targets to the debugger log (level 0, categories "DebugPrint" and
+  /// "Lut2D"); does nothing without a configuration.
+  void DebugPrint() const;
+
+  /// The processing record; null without a configuration.
+  const lut2d_cfg* record() const { return m_cfg.get(); }
+
+ private:
+  std::unique_ptr<lut2d_cfg> m_cfg;
+  int m_uncoveredNodes = 0;
+};
+
+}  // namespace greycard

@@ -1,0 +1,71 @@
+#pragma once
+
+// The table's nodes arranged so that one 64-bit product interpolates hue and saturation together.
+
+#include <array>
+#include <cstdint>
+
+#include "lut2d_tables.h"
+
+namespace greycard {
+
+/// The value in both halves of a word.
+constexpr std::uint64_t both(std::uint64_t value) {
+  return value | value << 32;
+}
+
+/// A change of hue in the lower and of saturation in the upper 32 bits of a word. Both are kept
+/// above zero by a bias while they are worked on, so that no borrow crosses over.
+class PackedNodes {
+ public:
+  /// \return false when the tables hold numbers for which 32 bits, or 16 for the resulting change,
+  ///         do not suffice, or hues that no row holds: use the plain interpolation then
+  bool build(const LutTables& tables);
+
+  /// The changes for `hue`, `sat` and lightness sum: of hue in the lowest 16 bits, of saturation in
+  /// the lowest 16 bits of the upper half.
+  std::uint64_t change(const LutTables& tables, std::int16_t hue, std::int16_t sat,
+                       std::int16_t lightness) const {
+    const SatCell& cell = m_satCell[static_cast<std::uint16_t>(sat)];
+    const Node* node = &m_node[tables.rowOfHue[static_cast<std::uint16_t>(hue)]][cell.column];
+    const auto h = static_cast<std::uint64_t>(static_cast<std::uint16_t>(hue));
+    // Both without their fractions.
+    const std::uint64_t a = (node[0].start + node[0].slope * h) & kWhole;
+    const std::uint64_t b = (node[1].start + node[1].slope * h) & kWhole;
+    const auto difference =
+        static_cast<std::uint64_t>(static_cast<std::int64_t>(b - a) >> kHueWeightBits);
+    const std::uint64_t value = (a >> (kHueWeightBits - kSatWeightBits)) +
+                                difference * cell.weight + both(1 << (kSatWeightBits - 1));
+    const auto fade =
+        static_cast<std::uint64_t>(tables.fade[static_cast<std::uint16_t>(lightness)]);
+    return (((value >> kSatWeightBits & kFields) - both(kBias)) * fade +
+            both((kBias << kSatWeightBits) + (1 << (kSatWeightBits - 1)))) >>
+           kSatWeightBits;
+  }
+
+ private:
+  static constexpr std::uint64_t kBias = 1 << 17;  // gone in the lowest 16 bits
+  static constexpr std::uint64_t kWhole = ~both((1 << kHueWeightBits) - 1);
+  static constexpr std::uint64_t kFields = both((1 << 18) - 1);
+
+  /// The interpolation across hue is start + slope * hue.
+  struct Node {
+    std::uint64_t start, slope;
+  };
+  struct SatCell {
+    std::uint16_t column, weight;  // left node, weight of the right one
+  };
+  static std::uint64_t pack(std::int64_t hue, std::int64_t sat) {
+    return static_cast<std::uint64_t>(hue) + (static_cast<std::uint64_t>(sat) << 32);
+  }
+  bool buildSatCells(const LutTables& tables);
+  void buildNodes(const LutTables& tables);
+
+  // Columns 16 and 17 are zeros, for saturations below the first node. The length of a row is a
+  // power of two, which makes finding it cheap.
+  static constexpr std::size_t kRowLength = 32;
+  std::array<std::array<Node, kRowLength>, kLut2dHueRows> m_node;
+  std::array<SatCell, kSatMax + 1> m_satCell;
+};
+
+}  // namespace greycard

@@ -1,0 +1,31 @@
+#pragma once
+
+// A run of pixels on its way through the hue/saturation table, stage by stage.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "lut2d_tables.h"
+#include "packed_nodes.h"
+
+namespace greycard {
+
+struct PixelBlock {
+  static constexpr std::size_t kSize = 256;
+  using Lanes = std::array<std::int16_t, kSize>;
+
+  alignas(64) Lanes r, g, b;    ///< samples, 0..1023
+  alignas(64) Lanes lightness;  ///< largest plus smallest sample
+  alignas(64) Lanes hue, sat;
+
+  /// r, g, b -> lightness, hue, sat
+  void toHueSat();
+  /// hue and sat moved by the table. The two give the same results where both can be used.
+  void lookUp(const LutTables& tables, const PackedNodes& nodes);
+  void lookUpPlainly(const LutTables& tables);
+  /// hue, sat, lightness -> r, g, b, with a share of the old luma
+  void toRgb(std::int32_t yBlend);
+};
+
+}  // namespace greycard

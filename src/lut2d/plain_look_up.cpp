@@ -1,0 +1,69 @@
+// The table look-up in 64 bits, for tables whose numbers do not fit the packed one.
+
+#include <algorithm>
+
+#include "pixel_block.h"
+
+namespace greycard {
+namespace {
+
+struct HueSat {
+  std::int64_t h, s;
+};
+
+// Interpolates one of the tables; fh and fs are the weights.
+std::int64_t interpolated(const LutTables& tables, std::size_t i, std::size_t j, std::int64_t fh,
+                          std::int64_t fs, std::int64_t LutTables::Entry::*component) {
+  const auto acrossHue = [&](std::size_t column) {
+    const std::int64_t from = tables.entry[i][column].*component;
+    const std::int64_t to = tables.entry[i + 1][column].*component;
+    return from + (((to - from) * fh + 8192) >> kHueWeightBits);
+  };
+  const std::int64_t a = acrossHue(j), b = acrossHue(j + 1);
+  return a + (((b - a) * fs + 1024) >> kSatWeightBits);
+}
+
+HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int64_t hue,
+                std::int64_t sat, std::int64_t fade) {
+  const std::int64_t fh = (hue - tables.hueNode[i]) * tables.hueRecip[i];
+  const std::int64_t fs = (sat - tables.satNode[j]) * tables.satRecip[j];
+  const auto faded = [&](std::int64_t LutTables::Entry::*component) {
+    const std::int64_t value = interpolated(tables, i, j, fh, fs, component);
+    return (value * fade + 1024) >> kSatWeightBits;
+  };
+  return {faded(&LutTables::Entry::h), faded(&LutTables::Entry::s)};
+}
+
+std::int16_t wrapped(std::int64_t hue) {
+  if (hue >= 2 * kHueCircle) hue -= 2 * kHueCircle;
+  if (hue >= kHueCircle) hue -= kHueCircle;
+  if (hue < -kHueCircle) hue += 2 * kHueCircle;
+  if (hue < 0) hue += kHueCircle;
+  // More turns than that count as red, at the same distance from the nearest primary.
+  if (hue < 0 || hue >= kHueCircle) {
+    hue -= ((hue + kSextant) >> 12) * kThirdOfCircle;
+    if (hue < 0) hue += kHueCircle;
+  }
+  return static_cast<std::int16_t>(hue);
+}
+
+}  // namespace
+
+void PixelBlock::lookUpPlainly(const LutTables& tables) {
+  for (std::size_t k = 0; k < kSize; ++k) {
+    const std::size_t column = tables.columnOfSat[static_cast<std::size_t>(sat[k])];
+    if (column == LutTables::kUntouchedColumn) continue;
+    std::size_t row = tables.rowOfHue[static_cast<std::size_t>(hue[k])];
+    if (row == LutTables::kNoRow) {
+      hue[k] = 0;
+      row = 0;
+    }
+    const HueSat change = changeAt(tables, row, column, hue[k], sat[k],
+                                   tables.fade[static_cast<std::size_t>(lightness[k])]);
+    hue[k] = wrapped(hue[k] + change.h);
+    sat[k] = static_cast<std::int16_t>(
+        std::clamp<std::int64_t>(sat[k] + change.s, 0, std::int64_t{kSatMax}));
+  }
+}
+
+}  // namespace greycard

@@ -1,0 +1,119 @@
+#include "greycard/two_d_lut_helper.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <functional>
+#include <stdexcept>
+
+#include "greycard/diagnostics.h"
+#include "lut_fixtures.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(TwoDLutHelper, TheRecordHoldsTheTable) {
+  const Lut2DConfig config = randomTable(4, 30.0, 0.3);
+  TwoDLutHelper helper;
+  EXPECT_EQ(helper.record(), nullptr);
+  helper.SetConfig(config);
+  const lut2d_cfg* record = helper.record();
+  helper.SetConfig(config);
+  EXPECT_EQ(helper.record(), record);
+  for (std::size_t i = 0; i < 25; ++i)
+    for (std::size_t j = 0; j < 16; ++j) {
+      const auto &node = record->node[i][j], &delta = record->delta[i][j],
+                 &target = record->target[i][j];
+      const std::size_t entry = 16 * (i % 24) + j;
+      EXPECT_EQ(node.h, static_cast<float>(config.lut_1d_h[i]));
+      EXPECT_FLOAT_EQ(node.s, static_cast<float>(config.lut_1d_s[j] * 256.0));
+      EXPECT_EQ(delta.h, static_cast<float>(config.lut_2d_h[entry]));
+      EXPECT_FLOAT_EQ(delta.s, j == 0 ? 0.0F : static_cast<float>(config.lut_2d_s[entry] * 256.0));
+      EXPECT_FLOAT_EQ(target.h, node.h - delta.h);
+      EXPECT_FLOAT_EQ(target.s, node.s - delta.s);
+    }
+}
+
+TEST(TwoDLutHelper, RefusesNumbersWithoutMeaning) {
+  const double nan = std::nan("");
+  const struct {
+    const char* says;
+    std::function<void(Lut2DConfig&)> spoil;
+  } cases[] = {
+      {"lut_1d_h[3] is nan", [=](Lut2DConfig& c) { c.lut_1d_h[3] = nan; }},
+      {"lut_1d_s[15] is inf", [](Lut2DConfig& c) { c.lut_1d_s[15] = HUGE_VAL; }},
+      {"lut_2d_h[383] is 1e+300", [](Lut2DConfig& c) { c.lut_2d_h[383] = 1e300; }},
+      {"lut_2d_s[0] is -101; it must be a number from -100 to 100",
+       [](Lut2DConfig& c) { c.lut_2d_s[0] = -101.0; }},
+      {"h_shift is -1", [](Lut2DConfig& c) { c.h_shift = -1.0F; }},
+      {"s_shift is 25", [](Lut2DConfig& c) { c.s_shift = 25.0F; }},
+      {"l_boundary_start_a",
+       [=](Lut2DConfig& c) { c.l_boundary_start_a = static_cast<float>(nan); }},
+      {"l_boundary_end_b", [](Lut2DConfig& c) { c.l_boundary_end_b = -HUGE_VALF; }},
+      {"y_blend_factor", [](Lut2DConfig& c) { c.y_blend_factor = 2.0F; }},
+      {"inverse_flag", [=](Lut2DConfig& c) { c.inverse_flag = static_cast<float>(nan); }},
+  };
+  for (const auto& [says, spoil] : cases) {
+    TwoDLutHelper helper;
+    Lut2DConfig config = identityTable();
+    spoil(config);
+    try {
+      helper.SetConfig(config);
+      ADD_FAILURE() << says;
+    } catch (const std::invalid_argument& error) {
+      EXPECT_THAT(error.what(), HasSubstr(says));
+    }
+    EXPECT_EQ(helper.record(), nullptr);
+  }
+}
+
+TEST(TwoDLutHelper, ConvertsColours) {
+  const struct {
+    double r, g, b, h, s, l;
+  } cases[] = {{1, 1, 1, 0, 0, 1},        {0.5, 0.5, 0.5, 0, 0, 0.5},
+               {0, 0, 0, 0, 0, 0},        {1, 0, 0, 0, 1, 0.5},
+               {1, 0, 1, 300, 1, 0.5},    {0, 0.5, 0, 120, 1, 0.25},
+               {0.5, 1, 1, 180, 1, 0.75}, {0.4, 0.3, 0.2, 30, 1 / 3.0, 0.3}};
+  for (const auto& c : cases) {
+    const auto hls = TwoDLutHelper::RGBtoHLS(c.r, c.g, c.b);
+    EXPECT_NEAR(hls.h, c.h, 1e-12);
+    EXPECT_NEAR(hls.s, c.s, 1e-12);
+    EXPECT_NEAR(hls.l, c.l, 1e-12);
+    const auto rgb = TwoDLutHelper::HLStoRGB(hls.h, hls.s, hls.l);
+    EXPECT_NEAR(rgb[0], c.r, 1e-12);
+    EXPECT_NEAR(rgb[1], c.g, 1e-12);
+    EXPECT_NEAR(rgb[2], c.b, 1e-12);
+  }
+  EXPECT_EQ(TwoDLutHelper::HLStoRGB(360.0, 0.7, 0.4), TwoDLutHelper::HLStoRGB(0.0, 0.7, 0.4));
+  for (const double odd : {std::nan(""), HUGE_VAL, -1e300, 1e300}) {
+    TwoDLutHelper::HLStoRGB(odd, odd, odd);
+    TwoDLutHelper::RGBtoHLS(odd, 0.5, -odd);
+  }
+}
+
+TEST(TwoDLutHelper, PrintsTheRecordToTheLog) {
+  std::vector<std::string> lines;
+  setDebugLog([&](int level, std::string_view category, std::string_view text) {
+    lines.push_back(std::to_string(level) + std::string(category) + std::string(text));
+  });
+  TwoDLutHelper helper;
+  helper.DebugPrint();
+  EXPECT_TRUE(lines.empty());
+  Lut2DConfig config = identityTable();
+  config.lut_2d_h[0] = 1.5;
+  helper.SetConfig(config);
+  helper.DebugPrint();
+  setDebugLog({});
+  ASSERT_EQ(lines.size(), 2U + 4U * (1U + 25U * 17U));
+  EXPECT_EQ(lines.front(), "0DebugPrintstrart debug printing. \n");
+  EXPECT_EQ(lines[1], "0Lut2D new delta H table \n");
+  EXPECT_EQ(lines[2], "0Lut2D 1.500000,");
+  EXPECT_EQ(lines[18], "0Lut2D\n");
+  EXPECT_EQ(lines[427], "0Lut2D \n new delta S table \n");
+  EXPECT_EQ(lines.back(), "0DebugPrintend debug printing. \n");
+}
+
+}  // namespace
+}  // namespace greycard
