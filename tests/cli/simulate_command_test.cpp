@@ -37,16 +37,5 @@ TEST_F(CommandTest, SimulateWritesThePictureAndItsTruth) {
   EXPECT_EQ(read("chart.png"), first);
 }
 
-TEST_F(CommandTest, SimulateTakesListsAndLevels) {
-  const auto outcome =
-      run({"simulate", "-o", "raw.tif", "--json", "-", "--bits", "16", "--black", "64", "--white",
-           "4095", "--surround", "0.1,0.2,0.3", "--offset", "-0.1,0.05", "--size", "64x48"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  const auto truth = nlohmann::json::parse(outcome.out);
-  EXPECT_EQ(truth["encoding"], "linear");
-  EXPECT_EQ(truth["white_level"], 4095.0);
-  EXPECT_EQ(run({"simulate", "-o", "raw.tif", "--surround", "0.1,0.2"}).status, 2);
-}
-
 }  // namespace
 }  // namespace greycard

@@ -68,26 +68,6 @@ TEST_F(ColorCorrection, RecoversAKnownCamera) {
   }
 }
 
-TEST_F(ColorCorrection, FitsAnOrdinarySensor) {
-  for (const Illum light : {illum_D65, illum_D50, illum_TL84}) {
-    SCOPED_TRACE(illumName(light));
-    S settings = seenBySensor(light);
-    settings.m_nDeltaEMode = 0;
-    const auto amplification = [this, &settings](double noiseRate) {
-      settings.m_fNoiseRate = noiseRate;
-      EXPECT_TRUE(utils.Optimize(settings, 0));
-      double sum = 0;
-      for (const Vector3& row : utils.m_ccm)
-        sum += row[0] * row[0] + row[1] * row[1] + row[2] * row[2];
-      return sum;
-    };
-    const double plain = amplification(0.0);
-    EXPECT_LT(meanError(utils.m_macbethLab, settings.m_macbethData.m_RefLab), 1.5);
-    EXPECT_LT(amplification(0.5), plain);  // the more noise counts, the less it is amplified
-    expectRowsSumToOne(utils.m_ccm);
-  }
-}
-
 TEST_F(ColorCorrection, SaturationSearchReachesItsTarget) {
   for (const double wanted : {1.02, 1.1}) {
     S settings = seenBySensor(illum_TL84);

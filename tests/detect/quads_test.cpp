@@ -62,29 +62,6 @@ TEST(FindQuads, TakesHolesOfTheSmallestSizeOn) {
   EXPECT_NEAR(found.boxes[0].center.y, 69.5, 0.01);
 }
 
-// Whatever the convention of the angle, the same rectangle; in [-90, 0) its width runs up or right.
-TEST(MinAreaRect, AngleRunsFromMinus90ToBelow0) {
-  for (int degrees = 0; degrees < 360; degrees += 15) {
-    SCOPED_TRACE(degrees);
-    const double angle = degrees * CV_PI / 180.0;
-    std::vector<cv::Point2f> corners;
-    for (const auto& [u, v] : {std::pair{-60.0, -20.0}, {60.0, -20.0}, {60.0, 20.0}, {-60.0, 20.0}})
-      corners.emplace_back(static_cast<float>(std::cos(angle) * u - std::sin(angle) * v),
-                           static_cast<float>(std::sin(angle) * u + std::cos(angle) * v));
-    const auto box = min_area_rect(corners);
-    EXPECT_GE(box.angle, -90.0F);
-    EXPECT_LT(box.angle, 0.0F);
-    EXPECT_NEAR(box.size.area(), 120.0 * 40.0, 2.0);
-    cv::Point2f points[4];
-    box.points(points);
-    for (const auto& point : points) {
-      double nearest = 1e9;
-      for (const auto& corner : corners) nearest = std::min(nearest, cv::norm(corner - point));
-      EXPECT_LT(nearest, 0.1);
-    }
-  }
-}
-
 TEST(SearchSizes, FollowThePictureSize) {
   const struct {
     cv::Size image;
