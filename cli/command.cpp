@@ -115,6 +115,7 @@ int runGreycard(int argc, char** argv) {
   addCcm(app);
   addEvaluate(app);
   addGamma(app);
+  addLut2d(app);
   return parseAndRun(app, argc, argv);
 }
 

@@ -10,5 +10,6 @@ void addChart(CLI::App& parent);
 void addCcm(CLI::App& parent);
 void addEvaluate(CLI::App& parent);
 void addGamma(CLI::App& parent);
+void addLut2d(CLI::App& parent);
 
 }  // namespace greycard::cli

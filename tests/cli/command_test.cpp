@@ -14,9 +14,17 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST_F(CommandTest, HelpHasAnExampleEverywhere) {
-  const std::vector<std::vector<std::string>> commands{
-      {},        {"simulate"},      {"chart"},         {"ccm"},         {"evaluate"},
-      {"gamma"}, {"gamma", "list"}, {"gamma", "show"}, {"gamma", "lut"}};
+  const std::vector<std::vector<std::string>> commands{{},
+                                                       {"simulate"},
+                                                       {"chart"},
+                                                       {"ccm"},
+                                                       {"evaluate"},
+                                                       {"gamma"},
+                                                       {"gamma", "list"},
+                                                       {"gamma", "show"},
+                                                       {"gamma", "lut"},
+                                                       {"lut2d"},
+                                                       {"lut2d", "apply"}};
   for (auto words : commands) {
     SCOPED_TRACE(testing::PrintToString(words));
     words.push_back("--help");

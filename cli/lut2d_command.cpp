@@ -1,0 +1,98 @@
+// greycard lut2d: hue/saturation tables; and lut2d new, which makes one.
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include "command.h"
+#include "greycard/files.h"
+#include "job_files.h"
+#include "lut2d_commands.h"
+#include "lut2d_file.h"
+#include "sub_commands.h"
+
+namespace greycard::cli {
+namespace {
+
+struct NewOptions : CommonOptions {
+  std::filesystem::path output;
+  std::vector<float> fade{0.0F, 0.0F, 1.0F, 1.0F};
+  float hShift = 2.0F, sShift = 2.0F, blend = 0.0F;
+};
+
+Lut2DConfig identity(const NewOptions& options) {
+  Lut2DConfig config;
+  config.enabled = 1;
+  for (std::size_t i = 0; i < config.lut_1d_h.size(); ++i)
+    config.lut_1d_h[i] = 360.0 * static_cast<double>(i) / kLut2dHueRows;
+  for (std::size_t j = 0; j < config.lut_1d_s.size(); ++j)
+    config.lut_1d_s[j] = static_cast<double>(j) / (kLut2dSatColumns - 1);
+  config.h_shift = options.hShift;
+  config.s_shift = options.sShift;
+  config.l_boundary_start_a = options.fade[0];
+  config.l_boundary_start_b = options.fade[1];
+  config.l_boundary_end_a = options.fade[2];
+  config.l_boundary_end_b = options.fade[3];
+  config.y_blend_factor = options.blend;
+  return config;
+}
+
+void run(const NewOptions& options) {
+  JobFiles files;
+  files.output("--output", options.output);
+  files.output("--json", options.json);
+  const Json json = lut2dJson(identity(options));
+  writeJson(options.output.string(), json);
+  writeJson(options.json, json);
+  if (options.printsText() && options.output != "-")
+    std::cout << "Wrote " << quoted(options.output) << ": a table that changes nothing\n";
+}
+
+}  // namespace
+
+void addLut2dNew(CLI::App& lut2d) {
+  const auto options = std::make_shared<NewOptions>();
+  CLI::App& app = addSubCommand(
+      lut2d, "new",
+      "Make a table that changes nothing: hue rows every 15 degrees, saturations every 1/15",
+      "greycard lut2d new -o table.json --fade 0.05,0.15,0.85,0.95 --y-blend 1", *options);
+  app.add_option("-o,--output", options->output, "Table to write, as JSON")
+      ->required()
+      ->type_name("FILE");
+  app.add_option("--fade", options->fade,
+                 "Lightness (0 to 1) where the effect begins to fade in, is full, begins to fade "
+                 "out and is gone (default 0,0,1,1)")
+      ->expected(4)
+      ->delimiter(',')
+      ->type_name("A,B,C,D")
+      ->check(CLI::Range(0.0, 1.0));
+  app.add_option("--y-blend", options->blend, "Share of the luma that is restored")
+      ->capture_default_str()
+      ->check(CLI::Range(0.0, 1.0));
+  app.add_option("--h-shift", options->hShift,
+                 "Hue changes reach 15 degrees times 2 to this power, in steps as much coarser")
+      ->capture_default_str()
+      ->check(CLI::Range(0, 6));
+  app.add_option("--s-shift", options->sShift,
+                 "Saturation changes reach 0.25 times 2 to this power")
+      ->capture_default_str()
+      ->check(CLI::Range(0, 6));
+  app.callback([options] { run(*options); });
+}
+
+void addLut2d(CLI::App& parent) {
+  CLI::App& lut2d = *parent.add_subcommand("lut2d", "Edit, apply and invert hue/saturation tables");
+  lut2d.footer(
+      "Example:\n  greycard lut2d new -o table.json\n"
+      "  greycard lut2d adjust table.json --at 20,0.5 --by 15,0 --range 2,4 -o warmer.json\n"
+      "  greycard lut2d apply photo.png --lut warmer.json -o warmer.png");
+  lut2d.require_subcommand(1);
+  addLut2dNew(lut2d);
+  addLut2dShow(lut2d);
+  addLut2dAdjust(lut2d);
+  addLut2dInvert(lut2d);
+  addLut2dApply(lut2d);
+}
+
+}  // namespace greycard::cli

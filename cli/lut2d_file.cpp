@@ -1,0 +1,151 @@
+#include "lut2d_file.h"
+
+#include <charconv>
+#include <limits>
+#include <span>
+#include <stdexcept>
+
+#include "command.h"
+#include "greycard/files.h"
+#include "greycard/two_d_lut_helper.h"
+
+namespace greycard::cli {
+namespace {
+
+// The shortest decimal that reads back to the same float: 0.1, not 0.10000000149011612.
+double shortest(float value) {
+  char text[32];
+  const auto end = std::to_chars(text, text + sizeof text, value).ptr;
+  double number = 0.0;
+  std::from_chars(text, end, number);
+  return number;
+}
+
+Json rowsOf(std::span<const double, kLut2dNodes> table) {
+  Json rows = Json::array();
+  for (std::size_t row = 0; row < kLut2dHueRows; ++row) {
+    Json columns = Json::array();
+    for (const double value : table.subspan(row * kLut2dSatColumns, kLut2dSatColumns))
+      columns.push_back(value);
+    rows.push_back(columns);
+  }
+  return rows;
+}
+
+// Calls visit(name, member) for every field, in the order of the file.
+template <typename Config, typename Visit>
+void visitFields(Config& config, Visit visit) {
+  visit("enabled", config.enabled);
+  visit("hs_lut_bank_sel", config.hs_lut_bank_sel);
+  visit("lut_1d_h", config.lut_1d_h);
+  visit("lut_1d_s", config.lut_1d_s);
+  visit("lut_2d_h", config.lut_2d_h);
+  visit("lut_2d_s", config.lut_2d_s);
+  visit("h_shift", config.h_shift);
+  visit("s_shift", config.s_shift);
+  visit("l_boundary_start_a", config.l_boundary_start_a);
+  visit("l_boundary_start_b", config.l_boundary_start_b);
+  visit("l_boundary_end_a", config.l_boundary_end_a);
+  visit("l_boundary_end_b", config.l_boundary_end_b);
+  visit("y_blend_factor", config.y_blend_factor);
+  visit("K_b_integer", config.K_b_integer);
+  visit("K_r_integer", config.K_r_integer);
+  visit("l_boundary_start_inv", config.l_boundary_start_inv);
+  visit("l_boundary_end_inv", config.l_boundary_end_inv);
+  visit("inverse_flag", config.inverse_flag);
+}
+
+// Throws a plain text; the caller adds the file.
+[[noreturn]] void refuse(const std::string& name, const std::string& must) {
+  throw std::invalid_argument(name + " must be " + must);
+}
+
+double numberFrom(const std::string& name, const Json& json) {
+  if (!json.is_number()) refuse(name, "a number");
+  return json.get<double>();
+}
+
+template <std::integral T>
+void read(const std::string& name, const Json& json, T& value) {
+  const double number = numberFrom(name, json);
+  const double low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
+  if (!json.is_number_integer() || number < low || number > high)
+    refuse(name, "a whole number from " + std::to_string(std::numeric_limits<T>::min()) + " to " +
+                     std::to_string(std::numeric_limits<T>::max()));
+  value = static_cast<T>(number);
+}
+
+void read(const std::string& name, const Json& json, float& value) {
+  const double number = numberFrom(name, json);
+  if (!(number >= -std::numeric_limits<float>::max() &&
+        number <= std::numeric_limits<float>::max()))
+    refuse(name, "a number that fits 32 bits");
+  value = static_cast<float>(number);
+}
+
+void readRow(const std::string& name, const Json& json, std::span<double> values) {
+  if (!json.is_array() || json.size() != values.size())
+    refuse(name, "a list of " + std::to_string(values.size()) + " numbers");
+  for (std::size_t i = 0; i < values.size(); ++i)
+    values[i] = numberFrom(name + "[" + std::to_string(i) + "]", json[i]);
+}
+
+template <std::size_t Size>
+void read(const std::string& name, const Json& json, std::array<double, Size>& values) {
+  if constexpr (Size != kLut2dNodes) {
+    readRow(name, json, values);
+  } else {
+    if (!json.is_array() || json.size() != kLut2dHueRows) refuse(name, "24 lists of 16 numbers");
+    for (std::size_t row = 0; row < kLut2dHueRows; ++row)
+      readRow(name + "[" + std::to_string(row) + "]", json[row],
+              std::span(values).subspan(row * kLut2dSatColumns, kLut2dSatColumns));
+  }
+}
+
+Lut2DConfig configFrom(const Json& json) {
+  if (!json.is_object()) throw std::invalid_argument("it must hold one object");
+  Lut2DConfig config;
+  std::size_t known = 0;
+  visitFields(config, [&](const std::string& name, auto& member) {
+    if (!json.contains(name)) throw std::invalid_argument("there is no field " + name);
+    read(name, json[name], member);
+    ++known;
+  });
+  if (known != json.size()) {
+    const Json all = lut2dJson(config);
+    for (const auto& item : json.items())
+      if (!all.contains(item.key()))
+        throw std::invalid_argument("there is no such field as " + item.key());
+  }
+  TwoDLutHelper().SetConfig(config);  // refuses numbers without meaning
+  return config;
+}
+
+}  // namespace
+
+Json lut2dJson(const Lut2DConfig& config) {
+  Json json;
+  visitFields(config, [&json](const char* name, const auto& member) {
+    using Member = std::remove_cvref_t<decltype(member)>;
+    if constexpr (std::is_same_v<Member, float>)
+      json[name] = shortest(member);
+    else if constexpr (std::is_same_v<Member, std::array<double, kLut2dNodes>>)
+      json[name] = rowsOf(member);
+    else
+      json[name] = member;
+  });
+  return json;
+}
+
+Lut2DConfig readLut2d(const std::filesystem::path& path) {
+  const std::string text = readWholeFile(path);
+  try {
+    return configFrom(Json::parse(text));
+  } catch (const Json::exception&) {
+    throw JobError(quoted(path) + " is not a JSON file; greycard lut2d new makes one");
+  } catch (const std::invalid_argument& error) {
+    throw JobError(quoted(path) + " is no hue/saturation table: " + error.what());
+  }
+}
+
+}  // namespace greycard::cli
