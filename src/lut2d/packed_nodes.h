@@ -22,8 +22,8 @@ class PackedNodes {
   ///         do not suffice, or hues that no row holds: use the plain interpolation then
   bool build(const LutTables& tables);
 
-  /// The changes for `hue`, `sat` and lightness sum: of hue in the lowest 16 bits, of saturation in
-  /// the lowest 16 bits of the upper half.
+  /// The changes for `hue`, `sat` and lightness sum: of saturation in the highest 16 bits, of hue
+  /// in bits 16 to 31, there plus kHueOffset.
   std::uint64_t change(const LutTables& tables, std::int16_t hue, std::int16_t sat,
                        std::int16_t lightness) const {
     const SatCell& cell = m_satCell[static_cast<std::uint16_t>(sat)];
@@ -32,21 +32,21 @@ class PackedNodes {
     // Both without their fractions.
     const std::uint64_t a = (node[0].start + node[0].slope * h) & kWhole;
     const std::uint64_t b = (node[1].start + node[1].slope * h) & kWhole;
-    const auto difference =
-        static_cast<std::uint64_t>(static_cast<std::int64_t>(b - a) >> kHueWeightBits);
-    const std::uint64_t value = (a >> (kHueWeightBits - kSatWeightBits)) +
-                                difference * cell.weight + both(1 << (kSatWeightBits - 1));
+    const auto step =
+        static_cast<std::uint64_t>(static_cast<std::int64_t>(b - a) >> kSatWeightBits);
+    const std::uint64_t value = a + step * cell.weight + both(1 << (kHueWeightBits - 1));
     const auto fade =
         static_cast<std::uint64_t>(tables.fade[static_cast<std::uint16_t>(lightness)]);
-    return (((value >> kSatWeightBits & kFields) - both(kBias)) * fade +
-            both((kBias << kSatWeightBits) + (1 << (kSatWeightBits - 1)))) >>
-           kSatWeightBits;
+    return ((value >> (kHueWeightBits - kUp) & kFields) - both(kBias << kUp)) * fade +
+           (both(1 << (kSatWeightBits - 1 + kUp)) + (std::uint64_t{kHueOffset} << 16));
   }
+  static constexpr std::int32_t kHueOffset = 1 << 15;  // no borrow crosses into the upper half
 
  private:
-  static constexpr std::uint64_t kBias = 1 << 17;  // gone in the lowest 16 bits
+  static constexpr int kUp = 16 - kSatWeightBits;  // brings a faded value to bit 16
+  static constexpr std::uint64_t kBias = 1 << 17;
   static constexpr std::uint64_t kWhole = ~both((1 << kHueWeightBits) - 1);
-  static constexpr std::uint64_t kFields = both((1 << 18) - 1);
+  static constexpr std::uint64_t kFields = both(((1 << 18) - 1) << kUp);
 
   /// The interpolation across hue is start + slope * hue.
   struct Node {

@@ -25,8 +25,9 @@ constexpr std::uint16_t positive(int value) {
 constexpr Int16 ifNegative(Int16 value) {
   return lane(value >> 15);
 }
+// The same when two values, not negative, are equal.
 constexpr Int16 ifEqual(Int16 a, Int16 b) {
-  return lane(a == b ? -1 : 0);
+  return ifNegative(lane((a ^ b) - 1));
 }
 constexpr Int16 select(Int16 mask, Int16 set, Int16 clear) {
   return lane((set & mask) | (clear & ~mask));
@@ -109,7 +110,7 @@ constexpr Int16 wrappedHue(Int16 hue) {
 }  // namespace
 
 void PixelBlock::toHueSat() {
-  alignas(64) Lanes start, sign, chroma, middle, satDivisor, hueDivisor;
+  alignas(16) Lanes start, sign, chroma, middle, satDivisor, hueDivisor;
   for (std::size_t k = 0; k < kSize; ++k) {
     const Int16 red = r[k], green = g[k], blue = b[k];
     const Int16 greenLeads = ifNegative(lane(red - green));
@@ -135,14 +136,21 @@ void PixelBlock::toHueSat() {
 }
 
 void PixelBlock::lookUp(const LutTables& tables, const PackedNodes& nodes) {
-  alignas(64) Lanes hueChange, satChange;
-  for (std::size_t k = 0; k < kSize; ++k) {
-    const std::uint64_t change = nodes.change(tables, hue[k], sat[k], lightness[k]);
-    hueChange[k] = static_cast<Int16>(change);
-    satChange[k] = static_cast<Int16>(change >> 32);
+  alignas(16) Lanes hueChange, satChange;
+  // Which pixel of a pair its lower half holds.
+  constexpr std::size_t kLower = std::endian::native == std::endian::little ? 0 : 1;
+  for (std::size_t k = 0; k < kSize; k += 2) {
+    const auto changeOf = [&](std::size_t i) {
+      return nodes.change(tables, hue[i], sat[i], lightness[i]);
+    };
+    const std::uint64_t lower = changeOf(k + kLower), upper = changeOf(k + 1 - kLower);
+    const std::uint64_t pairs = (lower >> 16 & both(0xFFFF)) | (upper & both(0xFFFF0000));
+    storePair(hueChange, k, static_cast<std::uint32_t>(pairs));
+    storePair(satChange, k, static_cast<std::uint32_t>(pairs >> 32));
   }
   for (std::size_t k = 0; k < kSize; ++k) {
-    hue[k] = wrappedHue(lane(hue[k] + hueChange[k]));
+    const Int16 change = lane(hueChange[k] ^ lane(PackedNodes::kHueOffset));
+    hue[k] = wrappedHue(lane(hue[k] + change));
     sat[k] = min(max(lane(sat[k] + satChange[k]), 0), lane(kSatMax));
   }
 }

@@ -15,9 +15,9 @@ struct PixelBlock {
   static constexpr std::size_t kSize = 256;
   using Lanes = std::array<std::int16_t, kSize>;
 
-  alignas(64) Lanes r, g, b;    ///< samples, 0..1023
-  alignas(64) Lanes lightness;  ///< largest plus smallest sample
-  alignas(64) Lanes hue, sat;
+  alignas(16) Lanes r, g, b;    ///< samples, 0..1023
+  alignas(16) Lanes lightness;  ///< largest plus smallest sample
+  alignas(16) Lanes hue, sat;
 
   /// r, g, b -> lightness, hue, sat
   void toHueSat();
