@@ -37,9 +37,9 @@ struct CommonOptions {
 CLI::App& addSubCommand(CLI::App& parent, const std::string& name, const std::string& description,
                         const std::string& example, CommonOptions& options);
 
-
-/// Parses the command line, runs the job and returns the exit status: 0 done, 1 the job could not
-/// be done, 2 wrong usage. Never throws; a failure is one line on standard error.
+/// Parses the command line, runs the job and returns the exit status:
+/// 0 done, 1 the job could not be done, 2 wrong usage.
+/// Never throws; a failure is one line on standard error.
 int runGreycard(int argc, char** argv);
 
 }  // namespace greycard::cli

@@ -59,8 +59,8 @@ GREYCARD_EXPORT void writePicture(const std::filesystem::path& path, const Pictu
 /// \throws FileError when the picture can't be encoded
 GREYCARD_EXPORT std::vector<std::uint8_t> encodePng(const Picture& picture);
 
-/// The picture brought to `longestSide` pixels on its longer side by averaging areas; a copy when it
-/// is no larger. \throws std::invalid_argument for an empty or inconsistent picture, or a side below 1
+/// The picture brought to `longestSide` pixels on its longer side by averaging areas, or a copy.
+/// \throws std::invalid_argument for an empty or inconsistent picture, or a side below 1
 GREYCARD_EXPORT Picture shrinkPicture(const Picture& picture, int longestSide);
 
 }  // namespace greycard

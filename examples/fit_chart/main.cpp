@@ -30,7 +30,8 @@ int main(int argc, char** argv) try {
   facade.SetGammaTable(gamma, gamma, gamma);
   facade.Optimize(settings, 0);
 
-  for (const Vector3& row : facade.m_ccm) std::printf("%9.5f %9.5f %9.5f\n", row[0], row[1], row[2]);
+  for (const Vector3& row : facade.m_ccm)
+    std::printf("%9.5f %9.5f %9.5f\n", row[0], row[1], row[2]);
   std::printf("gains %.4f %.4f %.4f, exposure %.4f\n", facade.m_wbGain[0], facade.m_wbGain[1],
               facade.m_wbGain[2], facade.m_gain);
 } catch (const std::exception& error) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "run_command.h"
 
@@ -11,11 +10,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-std::vector<double> numbers(const std::string& text) {
-  std::istringstream stream(text);
-  return {std::istream_iterator<double>(stream), {}};
-}
 
 TEST_F(CommandTest, GammaListNamesTheCatalogue) {
   EXPECT_THAT(run({"gamma", "list"}).out, HasSubstr("VOutdoorHighContrast"));
@@ -48,31 +42,6 @@ TEST_F(CommandTest, GammaShowsTheCurveAsTextJsonAndPlot) {
   for (const char* bad : {"<script", "href", "nan", "inf", "-0<", "\"-\""})
     EXPECT_THAT(svg, Not(HasSubstr(bad)));
   EXPECT_EQ(svg.find("http", 20 + 5), std::string::npos);  // beyond the name space
-}
-
-TEST_F(CommandTest, GammaLutHasTheShapesOfItsKinds) {
-  const auto table =
-      nlohmann::json::parse(run({"gamma", "show", "VOutdoor", "--json", "-"}).out)["table"]
-          .get<std::vector<int>>();
-  const auto lut = [&](const std::string& kind) {
-    return numbers(run({"gamma", "lut", "VOutdoor", "--kind", kind}).out);
-  };
-  const auto lut255 = lut("255"), norm = lut("norm"), of14 = lut("255-14bit"), codes = lut("12bit");
-  ASSERT_EQ(lut255.size(), 256u);
-  ASSERT_EQ(norm.size(), 256u);
-  ASSERT_EQ(of14.size(), 256u);
-  ASSERT_EQ(codes.size(), 4096u);
-  for (std::size_t r = 0; r < 256; ++r) {
-    EXPECT_EQ(lut255[r], table[4 * r] / 64);
-    EXPECT_NEAR(norm[r], table[4 * r] / 64 / 255.0, 1e-6);
-    EXPECT_NEAR(of14[r], table[4 * r] / 62.4, 1e-6);
-    EXPECT_EQ(codes[16 * r], std::floor(table[4 * r] / 64 * (4095.0 / 255.0) + 0.5));
-  }
-  EXPECT_EQ(codes[4095], codes[4091]);
-
-  EXPECT_EQ(run({"gamma", "lut", "VOutdoor", "--kind", "255", "--bits", "14", "-o", "lut.txt"}).out,
-            "");
-  EXPECT_EQ(numbers(read("lut.txt"))[100], table[400]);
 }
 
 }  // namespace

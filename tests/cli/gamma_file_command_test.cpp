@@ -43,34 +43,5 @@ TEST_F(CommandTest, CurveFileErrorsNameFileLineAndWord) {
   EXPECT_EQ(run({"gamma", "hdr10", "--nits", "0"}).status, 2);
 }
 
-TEST_F(CommandTest, StandardCurvesAsTables) {
-  const auto pq = json::parse(run({"gamma", "hdr10", "--nits", "1000", "--json", "-"}).out);
-  const auto hlg = json::parse(run({"gamma", "hlg", "--json", "-", "--plot", "p.svg"}).out);
-  EXPECT_EQ(pq["table"][256], 769);  // ST 2084 gives 1000 cd/m2 75.18 % of the signal
-  EXPECT_EQ(hlg["table"][256], 1023);
-  EXPECT_EQ(hlg["inputs"][256], 4095);
-  EXPECT_THAT(read("p.svg"), HasSubstr("Scene light"));
-}
-
-TEST_F(CommandTest, PointsAndTheirDeviation) {
-  const auto report = json::parse(run({"gamma", "points", "VNormal", "--json", "-"}).out);
-  const auto table = report["table"].get<std::vector<int>>();
-  const auto through = report["table_through_points"].get<std::vector<int>>();
-  int worst = 0;
-  for (std::size_t i = 0; i < table.size(); ++i)
-    worst = std::max(worst, std::abs(through[i] - table[i]));
-  EXPECT_EQ(std::abs(report["largest_deviation"].get<int>()), worst);
-  for (const auto& point : report["points"])  // the curve passes through them
-    EXPECT_NEAR(through[4 * point[0].get<std::size_t>()], 64 * point[1].get<int>(), 1);
-}
-
-TEST_F(CommandTest, DegammaFindsTheEntries) {
-  std::ofstream file(folder / "line.txt");
-  for (int i = 0; i < 256; ++i) file << i << ' ';
-  file.close();
-  const auto outcome = run({"gamma", "degamma", "line.txt", "0", "128", "255", "--json", "-"});
-  EXPECT_EQ(json::parse(outcome.out)["positions"], (std::vector<double>{1, 129, 256}));
-}
-
 }  // namespace
 }  // namespace greycard

@@ -206,29 +206,5 @@ TEST_F(CurveFile, RefusalsSayWhyAndLeaveTheCatalogue) {
   EXPECT_EQ(model.ImportText("none", numbers(64)).curve->Name(), "none998");
 }
 
-TEST_F(CurveFile, NotesTellWhatWasLeftOut) {
-  const auto notesOf = [&](const std::string& text) {
-    std::string all;
-    for (const auto& note : model.ImportText("x", text).notes)
-      all += std::to_string(note.line) + ' ' + note.token + " | " + note.text + '\n';
-    return all;
-  };
-  const std::string red = "GammaTableV2R: " + numbers(64) + '\n';
-  const std::string all =
-      red + "GammaTableV2G: " + numbers(64) + "\nGammaTableV2B: " + numbers(64) + '\n';
-  EXPECT_EQ(notesOf(all + "GammaControlPointsV2: 0 0 5 5"),
-            "4 GammaControlPointsV2: | control points are taken when every channel has some; these "
-            "are left out\n");
-  EXPECT_THAT(notesOf(red + "GammaTableV2B: 1 2"),
-              HasSubstr("2 GammaTableV2B: | the blue table holds 2 numbers"));
-  EXPECT_THAT(notesOf(red + "GammaTableV2G: " + numbers(64)), HasSubstr("but no blue one"));
-  EXPECT_THAT(notesOf(red + "GammaControlPointsV2G: 1 2"), HasSubstr("2 GammaControlPointsV2G: |"));
-  EXPECT_THAT(notesOf(red + "GammaControlPointsV2R: 9 0 9 5 5"),
-              testing::AllOf(HasSubstr("5 numbers make no whole"), HasSubstr("increasing X")));
-  EXPECT_THAT(notesOf(red + "a b\nc d e f g"),
-              testing::AllOf(HasSubstr("3 e | this is neither"), HasSubstr("2 more words")));
-  EXPECT_EQ(notesOf(all), "");
-}
-
 }  // namespace
 }  // namespace greycard

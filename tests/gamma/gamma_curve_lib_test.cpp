@@ -73,30 +73,6 @@ TEST(GammaCurveLib, HlgChoosesItsSegmentByPoint) {
   EXPECT_GT(std::abs(log21 - std::sqrt(3 * e21)) * scale, 100);
 }
 
-TEST(GammaCurveLib, GridsScalesAndTypes) {
-  const GammaCurveLib identity(257, CurveType::Copy);
-  EXPECT_EQ(identity.get_curve()[255], 255);
-  EXPECT_EQ(identity.get_curve()[256], 255);  // one less than the grid would give
-  EXPECT_EQ(GammaCurveLib(256, CurveType::Points).get_curve().back(), 255);
-  EXPECT_EQ(GammaCurveLib(9, static_cast<CurveType>(6)).get_curve(), std::vector<std::int32_t>(9));
-  const GammaCurveLib power(1001, CurveType::Power);
-  for (std::size_t i = 0; i <= 1000; ++i)
-    EXPECT_NEAR(power.get_curve()[i], 1000 * std::pow(static_cast<double>(i) / 1000, 1 / 2.2),
-                0.501);
-
-  // Rescaling there and back is as if it never was.
-  GammaCurveLib lib(257, CurveType::HLG);
-  for (const unsigned scale : {16u, 1u << 30, 2u, 1u}) {
-    EXPECT_TRUE(lib.set_xScale(scale));
-    EXPECT_TRUE(lib.set_yScale(1));
-  }
-  lib.generateByHLG();
-  EXPECT_EQ(lib.get_curve(), GammaCurveLib(257, CurveType::HLG).get_curve());
-  for (const unsigned scale : {0u, 3u, 1u << 31})
-    EXPECT_FALSE(lib.set_xScale(scale) || lib.set_yScale(scale));
-  for (const unsigned long nits : {0ul, 10001ul, ~0ul}) EXPECT_FALSE(lib.set_maxNits(nits));
-}
-
 TEST(GammaCurveLib, EntriesWithoutAValueAreZero) {
   for (std::uint32_t size = 0; size < 3; ++size)
     for (const CurveType type : {CurveType::Power, CurveType::HLG, CurveType::HDR10}) {

@@ -54,15 +54,5 @@ TEST(GammaText, FieldsShiftsStepsAndRefusalsOfTheTableBlock) {
   EXPECT_EQ(curve->GetDataAsString(ColorChannel::All), std::nullopt);
 }
 
-TEST(GammaText, PlainFormsOfTableAndPoints) {
-  GammaCurveModel model(false);
-  const GammaCurvePtr curve = model.AddGammaCurve("c");
-  curve->SetGammaTable(ColorChannel::All, std::make_shared<GammaTable>(GammaTable{0, 12, -25}));
-  EXPECT_EQ(curve->GetDataAsString(ColorChannel::All), " 0 12 -25");
-  EXPECT_EQ(curve->GetControlPointsAsString(ColorChannel::All), std::nullopt);
-  curve->SetControlPoints(ColorChannel::All, "0,0 32,60 255,255");
-  EXPECT_EQ(curve->GetControlPointsAsString(ColorChannel::All), " 0,0 32,60 255,255");
-}
-
 }  // namespace
 }  // namespace greycard

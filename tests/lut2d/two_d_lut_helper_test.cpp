@@ -14,28 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(TwoDLutHelper, TheRecordHoldsTheTable) {
-  const Lut2DConfig config = randomTable(4, 30.0, 0.3);
-  TwoDLutHelper helper;
-  EXPECT_EQ(helper.record(), nullptr);
-  helper.SetConfig(config);
-  const lut2d_cfg* record = helper.record();
-  helper.SetConfig(config);
-  EXPECT_EQ(helper.record(), record);
-  for (std::size_t i = 0; i < 25; ++i)
-    for (std::size_t j = 0; j < 16; ++j) {
-      const auto &node = record->node[i][j], &delta = record->delta[i][j],
-                 &target = record->target[i][j];
-      const std::size_t entry = 16 * (i % 24) + j;
-      EXPECT_EQ(node.h, static_cast<float>(config.lut_1d_h[i]));
-      EXPECT_FLOAT_EQ(node.s, static_cast<float>(config.lut_1d_s[j] * 256.0));
-      EXPECT_EQ(delta.h, static_cast<float>(config.lut_2d_h[entry]));
-      EXPECT_FLOAT_EQ(delta.s, j == 0 ? 0.0F : static_cast<float>(config.lut_2d_s[entry] * 256.0));
-      EXPECT_FLOAT_EQ(target.h, node.h - delta.h);
-      EXPECT_FLOAT_EQ(target.s, node.s - delta.s);
-    }
-}
-
 TEST(TwoDLutHelper, RefusesNumbersWithoutMeaning) {
   const double nan = std::nan("");
   const struct {
@@ -91,28 +69,6 @@ TEST(TwoDLutHelper, ConvertsColours) {
     TwoDLutHelper::HLStoRGB(odd, odd, odd);
     TwoDLutHelper::RGBtoHLS(odd, 0.5, -odd);
   }
-}
-
-TEST(TwoDLutHelper, PrintsTheRecordToTheLog) {
-  std::vector<std::string> lines;
-  setDebugLog([&](int level, std::string_view category, std::string_view text) {
-    lines.push_back(std::to_string(level) + std::string(category) + std::string(text));
-  });
-  TwoDLutHelper helper;
-  helper.DebugPrint();
-  EXPECT_TRUE(lines.empty());
-  Lut2DConfig config = identityTable();
-  config.lut_2d_h[0] = 1.5;
-  helper.SetConfig(config);
-  helper.DebugPrint();
-  setDebugLog({});
-  ASSERT_EQ(lines.size(), 2U + 4U * (1U + 25U * 17U));
-  EXPECT_EQ(lines.front(), "0DebugPrintstrart debug printing. \n");
-  EXPECT_EQ(lines[1], "0Lut2D new delta H table \n");
-  EXPECT_EQ(lines[2], "0Lut2D 1.500000,");
-  EXPECT_EQ(lines[18], "0Lut2D\n");
-  EXPECT_EQ(lines[427], "0Lut2D \n new delta S table \n");
-  EXPECT_EQ(lines.back(), "0DebugPrintend debug printing. \n");
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "greycard/errors.h"
-#include "row_array.h"
 
 namespace greycard {
 namespace {
@@ -67,25 +66,6 @@ TEST(DoubleMatrix, EqualityIsBitwise) {
   b[0][1] = -0.0;
   EXPECT_FALSE(a == b);
   EXPECT_FALSE(CDoubleMatrix(2, 1) == CDoubleMatrix(1, 2));
-}
-
-TEST(DoubleMatrix, ArithmeticAndRefusals) {
-  CDoubleMatrix m(3, 3);
-  m.Init3x3(1, 2, 3, 4, 5, 6, 7, 8, 9);
-  EXPECT_EQ(dot(m, m), 285.0);
-  m.Transpose();
-  m *= 2.0;
-  EXPECT_EQ(m[0][2], 14.0);
-  EXPECT_THROW(dot(m, CDoubleMatrix(2, 2)), ShapeError);
-  EXPECT_THROW(CDoubleMatrix(2, 3).Init3x3(1, 2, 3, 4, 5, 6, 7, 8, 9), ShapeError);
-
-  MatrixType<int> grid(2, 3);
-  grid[1][2] = 5;
-  MatrixType<int> taken = std::move(grid);
-  EXPECT_EQ(taken[1][2] + taken[0][0], 5);
-  EXPECT_EQ(taken[0] + 3, taken[1]);
-  free_MatrixType(taken);
-  EXPECT_TRUE(taken.empty());
 }
 
 }  // namespace

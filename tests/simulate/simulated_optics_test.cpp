@@ -43,28 +43,6 @@ TEST(SimulatedOptics, LightFallsByTheFourthPowerOfTheCosine) {
   EXPECT_NEAR(shot.m_truth.shading[0], 1.0, 0.002);
 }
 
-TEST(SimulatedOptics, BlurOfAnEdgeIsTheNormalDistribution) {
-  SimulationSettings settings;
-  settings.width = 800, settings.height = 600;
-  settings.bits = 16;
-  settings.encoding = SampleEncoding::linear;
-  const auto sharp = simulate(settings);
-  settings.blurSigma = 3.0;
-  const auto blurred = simulate(settings);
-  EXPECT_EQ(sharp.m_truth.rgb, blurred.m_truth.rgb);
-  // Across the left edge of the white patch, where the next edge is 0.13 pitch (14 pixels) away.
-  const auto& corners = sharp.m_truth.corners[18];
-  const double edge = corners[0].x, frame = 0.015 * sharp.m_truth.whiteRgb[1];
-  const int y = static_cast<int>(std::lround(sharp.m_truth.centres[18].y));
-  for (int x = static_cast<int>(edge) - 8; x < edge + 8; ++x) {
-    // The pixel's own width adds 1/12 to the variance.
-    const double share = 0.5 * std::erfc((edge - x) / std::sqrt(2.0 * (9.0 + 1.0 / 12.0)));
-    const double expected = frame + share * (sharp.m_truth.rgb[18][1] - frame);
-    EXPECT_NEAR(blurred.m_picture.pixel(x, y)[1] / 65535.0, expected, 0.003) << x - edge;
-  }
-  EXPECT_NEAR(blurred.m_picture.pixel(0, 0)[1], sharp.m_picture.pixel(0, 0)[1], 1);
-}
-
 TEST(SimulatedNoise, HasTheStatedDeviation) {
   for (const auto& [shotNoise, readNoise] : {std::pair{0.02, 0.0}, {0.0, 0.01}, {0.02, 0.01}}) {
     auto settings = flatField();
