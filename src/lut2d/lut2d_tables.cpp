@@ -9,7 +9,7 @@ namespace {
 // What 64 bits can hold the products of.
 constexpr std::int32_t kLargestHueNode = 1 << 15, kLargestSatNode = 1 << 14;
 constexpr std::int32_t kLargestLightness = 1 << 12, kLargestEntry = 1 << 30;
-constexpr int kLargestShift = 24, kLargestBlend = 31;
+constexpr std::int32_t kLargestShift = 24, kLargestBlend = 31;
 constexpr std::int64_t kEntryMax = 511, kEntryMin = -512;
 
 // Toward zero; not-a-number gives 0.
@@ -108,8 +108,7 @@ void buildTables(const lut2d_cfg& record, LutTables& tables) {
   buildEntries(record, tables);
   buildIndices(tables);
   buildFade(record, tables);
-  tables.yBlend = static_cast<std::int32_t>(std::clamp(
-      std::round(record.y_blend_factor * 16.0F), -float{kLargestBlend}, float{kLargestBlend}));
+  tables.yBlend = truncated(std::round(record.y_blend_factor * 16.0F), kLargestBlend);
 }
 
 }  // namespace greycard

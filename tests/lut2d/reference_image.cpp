@@ -55,14 +55,14 @@ bool fillReciprocals(State& st) {
 bool fillState(const lut2d_cfg& cfg, State& st) {
   st.hShift = static_cast<int>(cfg.h_shift);
   st.sShift = static_cast<int>(cfg.s_shift);
-  for (int i = 0; i < 25; ++i) st.hueNode[i] = trunc(cfg.node[i][0].h / 60 * 2048);
-  for (int i = 1; i < 25; ++i)
+  for (std::size_t i = 0; i < 25; ++i) st.hueNode[i] = trunc(cfg.node[i][0].h / 60 * 2048);
+  for (std::size_t i = 1; i < 25; ++i)
     st.hueRecip[i] = reciprocal(16384.0F, st.hueNode[i] - st.hueNode[i - 1]);
-  for (int j = 0; j < 16; ++j) st.satNode[j] = trunc(cfg.node[0][j].s * 8);
-  for (int j = 1; j < 16; ++j)
+  for (std::size_t j = 0; j < 16; ++j) st.satNode[j] = trunc(cfg.node[0][j].s * 8);
+  for (std::size_t j = 1; j < 16; ++j)
     st.satRecip[j] = reciprocal(2048.0F, st.satNode[j] - st.satNode[j - 1]);
-  for (int i = 0; i < 25; ++i)
-    for (int j = 0; j < 16; ++j) {
+  for (std::size_t i = 0; i < 25; ++i)
+    for (std::size_t j = 0; j < 16; ++j) {
       st.hTable[i][j] = entry(cfg.delta[i % 24][j].h / 60 * 2048, st.hShift);
       st.sTable[i][j] = entry(cfg.delta[i % 24][j].s / 256 * 2048, st.sShift);
     }
