@@ -31,7 +31,7 @@ int processimage(std::uint16_t* r, std::uint16_t* g, std::uint16_t* b, std::uint
     load(block.b, b + start, count);
     block.toHueSat();
     if (isPacked)
-      block.lookUp(tables, nodes);
+      block.lookUp(nodes);
     else
       block.lookUpPlainly(tables);
     block.toRgb(tables.yBlend);

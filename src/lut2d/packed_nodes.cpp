@@ -65,6 +65,8 @@ bool PackedNodes::build(const LutTables& tables) {
   for (std::size_t i = 0; i < kLut2dHueRows; ++i)
     if (!rowFits(tables, i, kLargestChange * full / strongest)) return false;
   buildNodes(tables);
+  m_rowOfHue = tables.rowOfHue;
+  m_fade = tables.fade;
   return true;
 }
 
@@ -75,7 +77,8 @@ bool PackedNodes::buildSatCells(const LutTables& tables) {
     if (column != LutTables::kUntouchedColumn)
       weight = (sat - tables.satNode[column]) * tables.satRecip[column];
     if (weight < 0 || weight > std::numeric_limits<std::uint16_t>::max()) return false;
-    m_satCell[static_cast<std::size_t>(sat)] = {column, static_cast<std::uint16_t>(weight)};
+    m_satCell[static_cast<std::size_t>(sat)] = {static_cast<std::uint16_t>(2 * column),
+                                                static_cast<std::uint16_t>(weight)};
   }
   return true;
 }
@@ -84,15 +87,18 @@ void PackedNodes::buildNodes(const LutTables& tables) {
   constexpr std::int64_t kHalf = 1 << (kHueWeightBits - 1);
   constexpr std::int64_t kStart = (std::int64_t{kBias} << kHueWeightBits) + kHalf;
   for (std::size_t i = 0; i < kLut2dHueRows; ++i) {
-    std::fill_n(m_node[i].begin() + kLut2dSatColumns, 2, Node{pack(kStart, kStart), 0});
+    std::uint64_t* word = m_node.data() + i * kRowLength;
     for (std::size_t j = 0; j < kLut2dSatColumns; ++j) {
       const auto &from = tables.entry[i][j], &to = tables.entry[i + 1][j];
       const std::int64_t slopeH = (to.h - from.h) * tables.hueRecip[i];
       const std::int64_t slopeS = (to.s - from.s) * tables.hueRecip[i];
       const std::int64_t one = std::int64_t{1} << kHueWeightBits, node = tables.hueNode[i];
-      m_node[i][j] = {
-          pack(from.h * one + kStart - slopeH * node, from.s * one + kStart - slopeS * node),
-          pack(slopeH, slopeS)};
+      *word++ = pack(from.h * one + kStart - slopeH * node, from.s * one + kStart - slopeS * node);
+      *word++ = pack(slopeH, slopeS);
+    }
+    for (int zeros = 0; zeros < 2; ++zeros) {
+      *word++ = pack(kStart, kStart);
+      *word++ = 0;
     }
   }
 }

@@ -24,19 +24,18 @@ class PackedNodes {
 
   /// The changes for `hue`, `sat` and lightness sum: of saturation in the highest 16 bits, of hue
   /// in bits 16 to 31, there plus kHueOffset.
-  std::uint64_t change(const LutTables& tables, std::int16_t hue, std::int16_t sat,
-                       std::int16_t lightness) const {
+  std::uint64_t change(std::int16_t hue, std::int16_t sat, std::int16_t lightness) const {
     const SatCell& cell = m_satCell[static_cast<std::uint16_t>(sat)];
-    const Node* node = &m_node[tables.rowOfHue[static_cast<std::uint16_t>(hue)]][cell.column];
+    const std::size_t row = m_rowOfHue[static_cast<std::uint16_t>(hue)];
+    const std::uint64_t* node = m_node.data() + (row * kRowLength + cell.place);
     const auto h = static_cast<std::uint64_t>(static_cast<std::uint16_t>(hue));
     // Both without their fractions.
-    const std::uint64_t a = (node[0].start + node[0].slope * h) & kWhole;
-    const std::uint64_t b = (node[1].start + node[1].slope * h) & kWhole;
+    const std::uint64_t a = (node[0] + node[1] * h) & kWhole;
+    const std::uint64_t b = (node[2] + node[3] * h) & kWhole;
     const auto step =
         static_cast<std::uint64_t>(static_cast<std::int64_t>(b - a) >> kSatWeightBits);
     const std::uint64_t value = a + step * cell.weight + both(1 << (kHueWeightBits - 1));
-    const auto fade =
-        static_cast<std::uint64_t>(tables.fade[static_cast<std::uint16_t>(lightness)]);
+    const auto fade = static_cast<std::uint64_t>(m_fade[static_cast<std::uint16_t>(lightness)]);
     return ((value >> (kHueWeightBits - kUp) & kFields) - both(kBias << kUp)) * fade +
            (both(1 << (kSatWeightBits - 1 + kUp)) + (std::uint64_t{kHueOffset} << 16));
   }
@@ -48,12 +47,8 @@ class PackedNodes {
   static constexpr std::uint64_t kWhole = ~both((1 << kHueWeightBits) - 1);
   static constexpr std::uint64_t kFields = both(((1 << 18) - 1) << kUp);
 
-  /// The interpolation across hue is start + slope * hue.
-  struct Node {
-    std::uint64_t start, slope;
-  };
   struct SatCell {
-    std::uint16_t column, weight;  // left node, weight of the right one
+    std::uint16_t place, weight;  // of the left node in its row, of the right node
   };
   static std::uint64_t pack(std::int64_t hue, std::int64_t sat) {
     return static_cast<std::uint64_t>(hue) + (static_cast<std::uint64_t>(sat) << 32);
@@ -61,10 +56,13 @@ class PackedNodes {
   bool buildSatCells(const LutTables& tables);
   void buildNodes(const LutTables& tables);
 
-  // Columns 16 and 17 are zeros, for saturations below the first node. The length of a row is a
-  // power of two, which makes finding it cheap.
-  static constexpr std::size_t kRowLength = 32;
-  std::array<std::array<Node, kRowLength>, kLut2dHueRows> m_node;
+  // Two words a node: across hue the value is start + slope * hue. Columns 16 and 17 are zeros, for
+  // saturations below the first node. The length of a row is a power of two, which makes finding it
+  // cheap. All that a look-up needs is in one place, which leaves the compiler registers.
+  static constexpr std::size_t kRowLength = 64;
+  std::array<std::uint64_t, kLut2dHueRows * kRowLength> m_node;
+  decltype(LutTables::rowOfHue) m_rowOfHue;
+  decltype(LutTables::fade) m_fade;
   std::array<SatCell, kSatMax + 1> m_satCell;
 };
 

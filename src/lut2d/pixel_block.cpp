@@ -135,16 +135,13 @@ void PixelBlock::toHueSat() {
     hue[k] = lane(start[k] + lane(hue[k] ^ sign[k]) - sign[k]);
 }
 
-void PixelBlock::lookUp(const LutTables& tables, const PackedNodes& nodes) {
-  alignas(16) Lanes hueChange, satChange;
+void PixelBlock::lookUp(const PackedNodes& nodes) {
   // Which pixel of a pair its lower half holds.
   constexpr std::size_t kLower = std::endian::native == std::endian::little ? 0 : 1;
   for (std::size_t k = 0; k < kSize; k += 2) {
-    const auto changeOf = [&](std::size_t i) {
-      return nodes.change(tables, hue[i], sat[i], lightness[i]);
-    };
+    const auto changeOf = [&](std::size_t i) { return nodes.change(hue[i], sat[i], lightness[i]); };
     const std::uint64_t lower = changeOf(k + kLower), upper = changeOf(k + 1 - kLower);
-    const std::uint64_t pairs = (lower >> 16 & both(0xFFFF)) | (upper & both(0xFFFF0000));
+    const std::uint64_t pairs = upper ^ ((upper ^ lower >> 16) & both(0xFFFF));  // a bitwise choice
     storePair(hueChange, k, static_cast<std::uint32_t>(pairs));
     storePair(satChange, k, static_cast<std::uint32_t>(pairs >> 32));
   }

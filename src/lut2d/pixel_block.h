@@ -18,11 +18,12 @@ struct PixelBlock {
   alignas(16) Lanes r, g, b;    ///< samples, 0..1023
   alignas(16) Lanes lightness;  ///< largest plus smallest sample
   alignas(16) Lanes hue, sat;
+  alignas(16) Lanes hueChange, satChange;  ///< between the parts of lookUp
 
   /// r, g, b -> lightness, hue, sat
   void toHueSat();
   /// hue and sat moved by the table. The two give the same results where both can be used.
-  void lookUp(const LutTables& tables, const PackedNodes& nodes);
+  void lookUp(const PackedNodes& nodes);
   void lookUpPlainly(const LutTables& tables);
   /// hue, sat, lightness -> r, g, b, with a share of the old luma
   void toRgb(std::int32_t yBlend);
