@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -19,7 +20,9 @@ using testing::HasSubstr;
 class CurveFile : public testing::Test {
  protected:
   // Any UTF-8 may stand in a path.
-  CurveFile() : folder(testing::TempDir() + "curve_file \u2192 \u66f2\u7dda") {
+  CurveFile()
+      : folder(testing::TempDir() + "curve_file \u2192 \u66f2\u7dda " +
+               std::to_string(::getpid())) {
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
   }
