@@ -1,18 +1,11 @@
 #include "lut2d_process.h"
 
 #include <algorithm>
+#include <array>
 
 #include "pixel_block.h"
 
 namespace greycard {
-namespace {
-
-void load(PixelBlock::Lanes& lanes, const std::uint16_t* samples, std::size_t count) {
-  for (std::size_t k = 0; k < count; ++k)
-    lanes[k] = static_cast<std::int16_t>(std::min<std::uint16_t>(samples[k], kSampleMax));
-}
-
-}  // namespace
 
 int processimage(std::uint16_t* r, std::uint16_t* g, std::uint16_t* b, std::uint16_t width,
                  std::uint16_t height, const lut2d_cfg& cfg) {
@@ -23,21 +16,23 @@ int processimage(std::uint16_t* r, std::uint16_t* g, std::uint16_t* b, std::uint
   PackedNodes nodes;
   const bool isPacked = nodes.build(tables);
 
-  PixelBlock block{};  // the last one may be partly filled
-  for (std::size_t start = 0; start < pixels; start += PixelBlock::kSize) {
-    const std::size_t count = std::min(PixelBlock::kSize, pixels - start);
-    load(block.r, r + start, count);
-    load(block.g, g + start, count);
-    load(block.b, b + start, count);
-    block.toHueSat();
+  PixelBlock block;
+  const auto process = [&](const PixelBlock::Planes& samples) {
+    block.toHueSat(samples);
     if (isPacked)
       block.lookUp(nodes);
     else
       block.lookUpPlainly(tables);
-    block.toRgb(tables.yBlend);
-    std::copy_n(block.r.begin(), count, r + start);
-    std::copy_n(block.g.begin(), count, g + start);
-    std::copy_n(block.b.begin(), count, b + start);
+    block.toRgb(samples, tables.yBlend);
+  };
+  const std::size_t rest = pixels % PixelBlock::kSize, whole = pixels - rest;
+  for (std::size_t k = 0; k < whole; k += PixelBlock::kSize) process({r + k, g + k, b + k});
+  if (rest != 0) {
+    const std::array<std::uint16_t*, 3> planes{r, g, b};
+    std::array<std::array<std::uint16_t, PixelBlock::kSize>, 3> last{};
+    for (std::size_t c = 0; c < 3; ++c) std::copy_n(planes[c] + whole, rest, last[c].begin());
+    process({last[0].data(), last[1].data(), last[2].data()});
+    for (std::size_t c = 0; c < 3; ++c) std::copy_n(last[c].begin(), rest, planes[c] + whole);
   }
   return 1;
 }

@@ -65,7 +65,9 @@ bool PackedNodes::build(const LutTables& tables) {
   for (std::size_t i = 0; i < kLut2dHueRows; ++i)
     if (!rowFits(tables, i, kLargestChange * full / strongest)) return false;
   buildNodes(tables);
-  m_rowOfHue = tables.rowOfHue;
+  std::ranges::transform(tables.rowOfHue, m_rowOfHue.begin(), [](std::uint8_t row) {
+    return static_cast<std::uint16_t>(row * kRowLength);
+  });
   m_fade = tables.fade;
   return true;
 }

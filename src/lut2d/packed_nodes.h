@@ -27,7 +27,7 @@ class PackedNodes {
   std::uint64_t change(std::int16_t hue, std::int16_t sat, std::int16_t lightness) const {
     const SatCell& cell = m_satCell[static_cast<std::uint16_t>(sat)];
     const std::size_t row = m_rowOfHue[static_cast<std::uint16_t>(hue)];
-    const std::uint64_t* node = m_node.data() + (row * kRowLength + cell.place);
+    const std::uint64_t* node = m_node.data() + (row + cell.place);
     const auto h = static_cast<std::uint64_t>(static_cast<std::uint16_t>(hue));
     // Both without their fractions.
     const std::uint64_t a = (node[0] + node[1] * h) & kWhole;
@@ -57,11 +57,11 @@ class PackedNodes {
   void buildNodes(const LutTables& tables);
 
   // Two words a node: across hue the value is start + slope * hue. Columns 16 and 17 are zeros, for
-  // saturations below the first node. The length of a row is a power of two, which makes finding it
-  // cheap. All that a look-up needs is in one place, which leaves the compiler registers.
-  static constexpr std::size_t kRowLength = 64;
+  // saturations below the first node. All that a look-up needs is in one place, which leaves the
+  // compiler registers.
+  static constexpr std::size_t kRowLength = 2 * (kLut2dSatColumns + 2);
   std::array<std::uint64_t, kLut2dHueRows * kRowLength> m_node;
-  decltype(LutTables::rowOfHue) m_rowOfHue;
+  std::array<std::uint16_t, kHueCircle> m_rowOfHue;  // place of its first node
   decltype(LutTables::fade) m_fade;
   std::array<SatCell, kSatMax + 1> m_satCell;
 };

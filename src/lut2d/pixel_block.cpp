@@ -96,6 +96,10 @@ constexpr Int16 weightedFall(Int16 blue, Int16 red) {
   return lane(floors + (lane(rest + 256) >> 9));
 }
 
+constexpr Int16 sample(std::uint16_t value) {
+  return lane(value < kSampleMax ? value : kSampleMax);
+}
+
 constexpr Int16 denominator(Int16 lightness) {
   return min(lightness, lane(kLightnessSumMax - lightness));
 }
@@ -109,10 +113,11 @@ constexpr Int16 wrappedHue(Int16 hue) {
 
 }  // namespace
 
-void PixelBlock::toHueSat() {
+void PixelBlock::toHueSat(const Planes& samples) {
+  const auto [r, g, b] = samples;
   alignas(16) Lanes start, sign, chroma, middle, satDivisor, hueDivisor;
   for (std::size_t k = 0; k < kSize; ++k) {
-    const Int16 red = r[k], green = g[k], blue = b[k];
+    const Int16 red = sample(r[k]), green = sample(g[k]), blue = sample(b[k]);
     const Int16 greenLeads = ifNegative(lane(red - green));
     const Int16 high = max(red, green), low = min(red, green);
     const Int16 blueLeads = ifNegative(lane(high - blue));
@@ -152,9 +157,11 @@ void PixelBlock::lookUp(const PackedNodes& nodes) {
   }
 }
 
-void PixelBlock::toRgb(std::int32_t yBlend) {
+void PixelBlock::toRgb(const Planes& samples, std::int32_t yBlend) {
+  const auto [r, g, b] = samples;
   const Int16 blend = lane(yBlend);  // at most 31: times a luma it still fits
   for (std::size_t k = 0; k < kSize; ++k) {
+    const Int16 red = sample(r[k]), green = sample(g[k]), blue = sample(b[k]);
     const Int16 newChroma = product2048(sat[k], denominator(lightness[k]));
     const Int16 primary = lane(positive(hue[k] + kSextant) >> 12);
     const Int16 off = lane(hue[k] - primary * kThirdOfCircle);
@@ -168,14 +175,14 @@ void PixelBlock::toRgb(std::int32_t yBlend) {
 
     // Luma weights of red and blue in 512ths; green's is folded in through its difference.
     const Int16 base = lane(positive(lightness[k] - newChroma) >> 1);
-    const Int16 greenRise = lane(newG - g[k]);
-    const Int16 blueFall = lane(b[k] - newB + greenRise), redFall = lane(r[k] - newR + greenRise);
+    const Int16 greenRise = lane(newG - green);
+    const Int16 blueFall = lane(blue - newB + greenRise), redFall = lane(red - newR + greenRise);
     const Int16 lumaFall = lane(weightedFall(blueFall, redFall) - greenRise - base);
     const Int16 offset = lane((lane(blend * lumaFall + 8) >> 4) + base);
 
-    r[k] = min(max(lane(newR + offset), 0), lane(kSampleMax));
-    g[k] = min(max(lane(newG + offset), 0), lane(kSampleMax));
-    b[k] = min(max(lane(newB + offset), 0), lane(kSampleMax));
+    r[k] = positive(min(max(lane(newR + offset), 0), lane(kSampleMax)));
+    g[k] = positive(min(max(lane(newG + offset), 0), lane(kSampleMax)));
+    b[k] = positive(min(max(lane(newB + offset), 0), lane(kSampleMax)));
   }
 }
 
