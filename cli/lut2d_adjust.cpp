@@ -92,6 +92,10 @@ void run(const AdjustOptions& options) {
   for (const auto* values : {&options.at, &options.by})
     for (const double value : *values)
       if (!std::isfinite(value)) throw UsageError("--at and --by need finite numbers");
+  if (options.at[1] < 0.0 || options.at[1] > 1.0)
+    throw UsageError("--at: a saturation lies in 0 to 1");
+  if (std::fabs(options.by[1]) > 1.0)
+    throw UsageError("--by: saturations run from 0 to 1, so a drag is at most 1 up or down");
   Lut2DConfig config = readLut2d(options.lut);
   const Node node = nearestNode(config, options.at[0], options.at[1]);
   const int moved = drag(config, node, options);

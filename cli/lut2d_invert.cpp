@@ -100,7 +100,9 @@ void run(const InvertOptions& options) {
                            {"worst_saturation_error", trip.sat.worst}});
   if (!options.printsText() || options.output == "-") return;
   std::cout << "Wrote " << quoted(options.output) << "; " << uncovered
-            << " nodes are in no triangle of the table's targets and change nothing\n"
+            << (uncovered == 1 ? " node lies in no triangle of the table's targets and changes"
+                               : " nodes lie in no triangle of the table's targets and change")
+            << " nothing\n"
             << "There and back over a chart of colours:\n"
             << "  hue         mean " << fixed(trip.hueDeg.mean, 2) << ", worst "
             << fixed(trip.hueDeg.worst, 2) << " degrees\n"
