@@ -33,7 +33,7 @@ struct SplineCubic {
     const double h = x1 - x0;
     const double a = (x1 - x) / h;
     const double b = (x - x0) / h;
-    return a * y0 + b * y1 + ((a * a * a - a) * m0 + (b * b * b - b) * m1) * (h * h) / 6.0;
+    return a * y0 + b * y1 + ((a * a * a - a) * m0 + (b * b * b - b) * m1) * (h * h / 6.0);
   }
 };
 
