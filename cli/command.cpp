@@ -116,6 +116,7 @@ int runGreycard(int argc, char** argv) {
   addEvaluate(app);
   addGamma(app);
   addLut2d(app);
+  addSigma(app);
   return parseAndRun(app, argc, argv);
 }
 

@@ -1,4 +1,4 @@
-// greycard simulate: renders a photograph of the chart, with the truth about it.
+// greycard simulate: renders a photograph of the chart, or a flat field, with the truth about it.
 
 #include <algorithm>
 #include <charconv>
@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "command.h"
+#include "flat_field_options.h"
 #include "greycard/chart_simulator.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
@@ -26,10 +27,12 @@ struct SimulateOptions : CommonOptions {
   std::string light = "D65", sensor = "ordinary", size = "1600x1200", encoding;
   std::vector<double> offset, surround;
   SimulationSettings settings;
+  FlatFieldOptions flat;
 };
 
-// "1600x1200".
-void parseSize(const std::string& text, SimulationSettings& settings) {
+// "1600x1200", into anything that has a width and a height.
+template <typename Settings>
+void parseSize(const std::string& text, Settings& settings) {
   const char* end = text.data() + text.size();
   const auto width = std::from_chars(text.data(), end, settings.width);
   if (width.ec == std::errc{} && width.ptr != end && *width.ptr == 'x') {
@@ -103,29 +106,52 @@ Json truthJson(const std::filesystem::path& picture, const SimulationSettings& s
       {"seed", s.seed}};
 }
 
+template <typename Simulator>
+void render(Simulator& simulator) try {
+  ProgressBar bar("Rendering");
+  simulator.Simulate(bar.callback());
+} catch (const std::invalid_argument& error) {
+  throw UsageError(error.what());  // every setting came from the command line
+}
+
+// The picture, the truth about it, and what it shows for people.
+void write(const SimulateOptions& options, const Picture& picture, const Json& truth,
+           const std::string& shows) {
+  writePicture(options.picture, picture);
+  writeJson(options.truth.string(), truth);
+  writeJson(options.json, truth);
+  if (options.printsText() && options.truth != "-")
+    std::cout << "Rendered " << quoted(options.picture) << ": " << shows << "\n";
+}
+
+void runFlat(const SimulateOptions& options) {
+  FlatFieldSimulator simulator;
+  simulator.m_settings = options.flat.settings;
+  parseSize(options.size, simulator.m_settings);
+  simulator.m_settings.seed = options.settings.seed;
+  simulator.m_settings.bits = options.settings.bits;
+  render(simulator);
+  write(options, simulator.m_picture, flatFieldJson(options.picture, simulator),
+        "a flat field of level " + fixed(simulator.m_settings.level, 1) + ", noise " +
+            fixed(simulator.m_settings.centreSigma, 2) + " at the centre and " +
+            fixed(simulator.m_settings.cornerGain, 2) + " times that in the corners");
+}
+
 void run(const SimulateOptions& options) {
   JobFiles files;
   files.output("--output", options.picture);
   files.output("--truth", options.truth);
   files.output("--json", options.json);
+  if (options.flat.flat) return runFlat(options);
 
   ChartSimulator simulator;
   simulator.m_settings = settingsOf(options);
-  try {
-    ProgressBar bar("Rendering");
-    simulator.Simulate(bar.callback());
-  } catch (const std::invalid_argument& error) {
-    throw UsageError(error.what());  // every setting came from the command line
-  }
-  writePicture(options.picture, simulator.m_picture);
-  const Json json = truthJson(options.picture, simulator.m_settings, simulator.m_truth);
-  writeJson(options.truth.string(), json);
-  writeJson(options.json, json);
-  if (!options.printsText() || options.truth == "-") return;
-  std::cout << "Rendered " << quoted(options.picture) << ": the chart under "
-            << illumName(simulator.m_settings.light) << ", "
-            << modelSensorName(simulator.m_settings.sensor) << " sensor, patch pitch "
-            << fixed(simulator.m_truth.pitch, 1) << " pixels\n";
+  render(simulator);
+  write(options, simulator.m_picture,
+        truthJson(options.picture, simulator.m_settings, simulator.m_truth),
+        std::string("the chart under ") + illumName(simulator.m_settings.light) + ", " +
+            modelSensorName(simulator.m_settings.sensor) + " sensor, patch pitch " +
+            fixed(simulator.m_truth.pitch, 1) + " pixels");
 }
 
 void addSceneOptions(CLI::App& app, SimulateOptions& options) {
@@ -201,18 +227,23 @@ void addSimulate(CLI::App& parent) {
   const auto options = std::make_shared<SimulateOptions>();
   CLI::App& app = addSubCommand(
       parent, "simulate",
-      "Render a photograph of the 24-patch chart: the sensor's own values, not white-balanced",
+      "Render a photograph of the 24-patch chart (the sensor's own values, not white-balanced), "
+      "or\n"
+      "a flat field with known noise",
       "greycard simulate -o chart.png --truth chart.json --light A --rotate 12 --noise 0.01\n"
-      "greycard simulate -o raw.tif --bits 16 --white 4095 --black 64 --sensor colorimetric",
+      "greycard simulate -o raw.tif --bits 16 --white 4095 --black 64 --sensor colorimetric\n"
+      "greycard simulate --flat -o flat.png --size 2000x1500 --sigma 3 --gain 2 --fall-off 0.3",
       *options);
   app.add_option("-o,--output", options->picture, "Picture to write (.png, .tif, ...)")
       ->required()
       ->type_name("FILE");
-  app.add_option("--truth", options->truth, "JSON of the centres, corners and linear values")
+  app.add_option("--truth", options->truth,
+                 "JSON of the centres, corners and linear values, or of the noise")
       ->type_name("FILE");
   addSceneOptions(app, *options);
   addCameraOptions(app, *options);
   addPictureOptions(app, *options);
+  options->flat.addTo(app);
   app.callback([options] { run(*options); });
 }
 

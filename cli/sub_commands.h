@@ -11,5 +11,6 @@ void addCcm(CLI::App& parent);
 void addEvaluate(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
+void addSigma(CLI::App& parent);
 
 }  // namespace greycard::cli

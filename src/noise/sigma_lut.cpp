@@ -33,6 +33,7 @@ float ringWidth(std::uint64_t width, std::uint64_t height) {
 
 void describe(const NoiseEstimate& estimate, SigmaReport& report) {
   report.centreWindowEmpty = estimate.centreWindowEmpty;
+  report.centreRingSigma = estimate.ringSigma.front();
   std::ranges::copy_n(ringRatios(estimate.ringSigma).begin(), kSigmaEntries,
                       report.rawRatio.begin());
   std::ranges::copy_n(estimate.ringResidual.begin(), kSigmaEntries, report.residualSigma.begin());

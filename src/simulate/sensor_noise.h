@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <span>
+
+#include "normal_source.h"
 
 namespace greycard {
 
@@ -17,12 +18,8 @@ class SensorNoise {
   void addTo(std::span<double> values);
 
  private:
-  double nextNormal();
-
   double m_shot2, m_read2;
-  std::mt19937_64 m_random;
-  double m_spare = 0.0;
-  bool m_hasSpare = false;
+  NormalSource m_normal;
 };
 
 }  // namespace greycard

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "greycard/sigma_lut.h"
+#include "json_output.h"
+
+namespace greycard::cli {
+
+/// What the figures say about the flat field, a sentence each: the library's own message first.
+std::vector<std::string> sigmaAdvice(const SigmaLUT& sigma, std::uint64_t samples);
+
+std::string sigmaText(const SigmaLUT& sigma);
+Json sigmaJson(const SigmaLUT& sigma, const std::vector<std::string>& advice);
+/// A line of titles, then one line per ring.
+std::string sigmaCsv(const SigmaLUT& sigma);
+/// Factor over radius as an SVG element.
+std::string sigmaPlot(const SigmaLUT& sigma, const std::string& title);
+
+}  // namespace greycard::cli
