@@ -5,7 +5,7 @@
 namespace greycard::cli {
 namespace {
 
-constexpr int kColumns = 3, kRows = 5, kScale = 2;
+constexpr int kColumns = 3, kRows = 5, kScale = 3;
 
 // Rows from the top, three bits each, the left one highest.
 constexpr std::string_view kCharacters = "0123456789.";

@@ -11,7 +11,7 @@ namespace greycard::cli {
 using Rgb8 = std::array<std::uint16_t, 3>;
 
 /// Pixels of a digit with its gap, for laying out.
-inline constexpr int kDigitWidth = 8, kDigitHeight = 10;
+inline constexpr int kDigitWidth = 12, kDigitHeight = 15;
 
 /// Draws digits and points from the upper left corner on, in a colour picture; other characters are
 /// gaps, and what lies outside is left out.

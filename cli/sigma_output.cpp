@@ -1,5 +1,8 @@
 #include "sigma_output.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "svg_plot.h"
 #include "text_table.h"
 
@@ -97,18 +100,23 @@ std::string sigmaCsv(const SigmaLUT& sigma) {
 }
 
 std::string sigmaPlot(const SigmaLUT& sigma, const std::string& title) {
-  SvgPlot plot(title, {"Distance from the centre / half-diagonal", 0.0, 1.0},
-               {"Noise / noise at the centre", 0.0, {}});
+  // Room above the line of the typical most; the axis finds its own end beyond.
+  constexpr double kTypicalMost = 5.0, kAxisEnd = 6.0;
   std::vector<Point2> raw, table;
   for (std::size_t i = 0; i < kSigmaEntries; ++i) {
     raw.push_back({radiusOf(i), sigma.report.rawRatio[i]});
     table.push_back({radiusOf(i), (*sigma.lut)[i]});
   }
+  const bool fits = std::ranges::max(sigma.report.rawRatio) <= kAxisEnd &&
+                    std::ranges::max(*sigma.lut) <= kAxisEnd;
+  SvgPlot plot(title, {"Distance from the centre / half-diagonal", 0.0, 1.0},
+               {"Noise / noise at the centre", 0.0, fits ? std::optional(kAxisEnd) : std::nullopt});
   plot.addLine("1.0", {{0.0, 1.0}, {1.0, 1.0}}, "#888", SvgPlot::Stroke::Dashed);
-  plot.addLine("5.0, the typical most", {{0.0, 5.0}, {1.0, 5.0}}, plotColour(3),
+  plot.addLine("5.0, the typical most", {{0.0, kTypicalMost}, {1.0, kTypicalMost}}, plotColour(3),
                SvgPlot::Stroke::Dashed);
-  plot.addLine("raw ratio", std::move(raw), plotColour(1));
+  // The table is smooth, so that the raw ratios still show where they lie on it.
   plot.addLine("table", std::move(table), plotColour(0));
+  plot.addLine("raw ratio", std::move(raw), plotColour(1), SvgPlot::Stroke::Dashed);
   return plot.svg();
 }
 

@@ -15,7 +15,7 @@ namespace {
 // Columns that are filtered side by side: so many that a row of them is worth fetching, and so few
 // that the rows of a window stay in the cache.
 constexpr std::size_t kColumnLanes = 512;
-// With 205 taps the errors of so many steps stay below 1e-10 of the largest sum among them.
+// With 205 taps the errors of so many steps stay below 1e-12 of the largest sum among them.
 constexpr std::int64_t kStepsPerSum = 1024;
 
 // Running sums of up to kMost signals side by side.

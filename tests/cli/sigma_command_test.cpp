@@ -1,0 +1,91 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "file.h"
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+TEST_F(CommandTest, SigmaFindsASimulatedFieldHoweverItIsStored) {
+  const std::vector<std::string> flat{"simulate", "--flat", "--size", "640x620", "--sigma",
+                                      "4",        "--gain", "1.5",    "--truth", "t.json",
+                                      "--seed",   "3",      "-o",     "flat.pgm"};
+  ASSERT_EQ(run(flat).status, 0);
+  const json truth = json::parse(read("t.json"));
+  EXPECT_EQ(truth["center_noise_sigma"], 4.0);
+  EXPECT_EQ(truth["lut"][82], 1.125);
+
+  const auto outcome = run({"sigma", "flat.pgm", "--json", "flat.json", "--csv", "flat.csv",
+                            "--plot", "flat.svg", "--map", "flat.png"});
+  EXPECT_THAT(outcome.out, HasSubstr("Centre sigma"));
+  EXPECT_EQ(outcome.err, "");
+  const json found = json::parse(read("flat.json"));
+  EXPECT_NEAR(found["center_ring_sigma"].get<double>(), 4.0, 0.12);
+  for (std::size_t i = 0; i < 148; ++i)
+    EXPECT_NEAR(found["lut"][i].get<double>(), truth["lut"][i].get<double>(), 0.08) << i;
+  EXPECT_THAT(read("flat.svg"), HasSubstr("</svg>"));
+  EXPECT_EQ(read("flat.png").substr(1, 3), "PNG");
+  const std::string csv = read("flat.csv");
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 165);
+  EXPECT_THAT(csv, HasSubstr("\n0,0.000000,1.000000,1.000000,"));
+
+  // The same samples bare, of 8 and 16 bits, and as each of the three colours.
+  const std::string bytes = read("flat.pgm").substr(read("flat.pgm").size() - 640 * 620);
+  std::string words, colours = "P6\n640 620\n255\n";
+  for (const char c : bytes) {
+    words += std::string{c, '\0'};
+    colours += std::string(3, c);
+  }
+  writeWholeFile(folder / "8.raw", bytes);
+  writeWholeFile(folder / "16.raw", words);
+  writeWholeFile(folder / "colour.ppm", colours);
+  for (const std::vector<std::string>& how :
+       {std::vector<std::string>{"8.raw", "--raw", "640,620,8"},
+        {"16.raw", "--raw", "640,620,16"},
+        {"colour.ppm", "--luma", "rec601"},
+        {"colour.ppm", "--luma", "green"}}) {
+    SCOPED_TRACE(how[0] + how[2]);
+    const auto same = run({"sigma", how[0], how[1], how[2], "--json", "-"});
+    ASSERT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(json::parse(same.out)["lut"], found["lut"]);
+  }
+}
+
+TEST_F(CommandTest, SigmaAdvisesAndRefuses) {
+  writeWholeFile(folder / "small.pgm", "P2\n3 2\n65535\n0 9 255 256 700 9\n");
+  writeWholeFile(folder / "colour.ppm", "P3\n1 1\n255\n1 2 3\n");
+  const auto small = run({"sigma", "small.pgm"});
+  for (const char* advice : {"2 of 6 samples are above 255", "are at 255", "are at 0",
+                             "narrower or lower than 600 pixels"})
+    EXPECT_THAT(small.out, HasSubstr(advice));
+  const struct {
+    std::vector<std::string> words;
+    int status;
+    const char* says;
+  } cases[] = {
+      {{"sigma", "colour.ppm"}, 1, "is a colour picture; say with --luma"},
+      {{"sigma", "small.pgm", "--raw", "3,2,16"}, 1, "which is not 3 x 2 samples of 16 bits"},
+      {{"sigma", "small.pgm", "--raw", "3,0,8"}, 2, "\"0\" is not a whole number above 0"},
+      {{"sigma", "small.pgm", "--raw", "3,2,12"}, 2, "8 or 16 bits, not 12"},
+      {{"sigma", "small.pgm", "--csv", "small.pgm"}, 2, "name the same file"},
+      {{"simulate", "--flat", "-o", "x.png", "--light", "A"}, 2, "excludes"},
+      {{"simulate", "-o", "x.png", "--gain", "2"}, 2, "requires --flat"},
+      {{"simulate", "--flat", "-o", "x.png", "--sigma", "nan"}, 2, "from 0.5 to 60, not nan"},
+      {{"simulate", "--flat", "-o", "x.png", "--size", "1x9"}, 2, "width must be from 2"},
+  };
+  for (const auto& [words, status, says] : cases) {
+    const auto outcome = run(words);
+    EXPECT_EQ(outcome.status, status) << says;
+    EXPECT_THAT(outcome.err, HasSubstr(says));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
+}
+
+}  // namespace
+}  // namespace greycard
