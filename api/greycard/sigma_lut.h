@@ -72,7 +72,7 @@ class GREYCARD_EXPORT SigmaLUT {
   std::optional<std::array<float, kSigmaEntries>> lut;
   /// Advice to the user about the last calculation; mostly empty.
   std::string msg;
-  SigmaReport report;
+  SigmaReport report;  ///< on the last calculation; blank after a failed one
 
   /// \param width,height  in pixels
   /// \param pixels      luma row by row, 8-bit values; of larger ones the low byte counts

@@ -54,6 +54,7 @@ bool SigmaLUT::CalculateSigmaLUT(std::uint64_t width, std::uint64_t height,
                                  std::span<float> localSigma) {
   msg.clear();
   lut.reset();
+  report = {};
   if (pixels.empty() || width == 0 || height == 0) return false;
   requirePlane("samples", width, height, pixels.size());
   if (!localSigma.empty())

@@ -136,6 +136,18 @@ std::int64_t reachBefore(const HalfCosine& kernel) {
   return static_cast<std::int64_t>(kernel.taps() / 2 + 2);
 }
 
+// Output x takes the place of the sample that has just left the window.
+void filterBlock(RunningSums<kRowLanes>& sums, std::int64_t width, std::int64_t before,
+                 RowBlock& block) {
+  sums.run(
+      width, std::integral_constant<std::size_t, kRowLanes>{},
+      [&](std::int64_t x) { return block.pixel(x); },
+      [&](std::int64_t x, const double* sum) {
+        float* const pixel = block.pixel(x - before);
+        for (std::size_t r = 0; r < kRowLanes; ++r) pixel[r] = static_cast<float>(sum[r]);
+      });
+}
+
 }  // namespace
 
 template <typename T>
@@ -153,14 +165,7 @@ void cosineRows(const HalfCosine& kernel, const TImageRoi<T>& in, TImageRoi<floa
       to[r] = out.RowPtr(std::min(y + r, in.Height() - 1));
     }
     block.take(from);
-    // Output x takes the place of the sample that has just left the window.
-    sums.run(
-        static_cast<std::int64_t>(in.Width()), std::integral_constant<std::size_t, kRowLanes>{},
-        [&](std::int64_t x) { return block.pixel(x); },
-        [&](std::int64_t x, const double* sum) {
-          float* const pixel = block.pixel(x - before);
-          for (std::size_t r = 0; r < kRowLanes; ++r) pixel[r] = static_cast<float>(sum[r]);
-        });
+    filterBlock(sums, static_cast<std::int64_t>(in.Width()), before, block);
     block.give(to);
   }
 }
