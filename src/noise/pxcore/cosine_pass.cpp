@@ -130,8 +130,7 @@ class WindowRows {
   std::vector<float> m_samples;
 };
 
-// Samples that a step needs before the first of a window's n around output j: those from
-// j - n/2 - 2 on.
+// How far before output j its step reads: to sample j - n/2 - 2.
 std::int64_t reachBefore(const HalfCosine& kernel) {
   return static_cast<std::int64_t>(kernel.taps() / 2 + 2);
 }
