@@ -15,8 +15,7 @@ constexpr float kSatUnits = 256.0F;  // of the record's saturations
 struct Range {
   double low, high;
 };
-// Wide enough for any table that means something, narrow enough for 64-bit arithmetic to hold
-// whatever is computed from it.
+// Wide enough for any table that means something.
 constexpr Range kHueRange{-720.0, 720.0}, kSatRange{-4.0, 4.0};
 constexpr Range kHueChangeRange{-36000.0, 36000.0}, kSatChangeRange{-100.0, 100.0};
 constexpr Range kShiftRange{0.0, 24.0}, kLightnessRange{-2.0, 2.0}, kBlendRange{-1.9, 1.9};

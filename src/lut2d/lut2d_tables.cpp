@@ -6,7 +6,7 @@
 namespace greycard {
 namespace {
 
-// What 64 bits can hold the products of.
+// What 64 bits can hold the products across hue of.
 constexpr std::int32_t kLargestHueNode = 1 << 15, kLargestSatNode = 1 << 14;
 constexpr std::int32_t kLargestLightness = 1 << 12, kLargestEntry = 1 << 30;
 constexpr std::int32_t kLargestShift = 24, kLargestBlend = 31;

@@ -20,8 +20,7 @@ constexpr std::uint16_t positive(int value) {
 }
 
 // All bits of the lane when the value is negative, else none. Lanes are chosen by such masks, not
-// by
-// ?:, which the compiler may turn into branches and then leave the loop scalar.
+// by ?:, which the compiler may turn into branches and then leave the loop scalar.
 constexpr Int16 ifNegative(Int16 value) {
   return lane(value >> 15);
 }

@@ -7,6 +7,14 @@
 namespace greycard {
 namespace {
 
+// Changes saturate far beyond any that matters, so that each product below fits 64 bits: weights
+// across saturation are below 2^26, those of the fade below 2^15.
+constexpr std::int64_t kMostMidway = std::int64_t{1} << 36, kMostChange = std::int64_t{1} << 47;
+
+std::int64_t saturated(std::int64_t value, std::int64_t most) {
+  return std::clamp(value, -most, most);
+}
+
 struct HueSat {
   std::int64_t h, s;
 };
@@ -17,10 +25,10 @@ std::int64_t interpolated(const LutTables& tables, std::size_t i, std::size_t j,
   const auto acrossHue = [&](std::size_t column) {
     const std::int64_t from = tables.entry[i][column].*component;
     const std::int64_t to = tables.entry[i + 1][column].*component;
-    return from + (((to - from) * fh + 8192) >> kHueWeightBits);
+    return saturated(from + (((to - from) * fh + 8192) >> kHueWeightBits), kMostMidway);
   };
   const std::int64_t a = acrossHue(j), b = acrossHue(j + 1);
-  return a + (((b - a) * fs + 1024) >> kSatWeightBits);
+  return saturated(a + (((b - a) * fs + 1024) >> kSatWeightBits), kMostChange);
 }
 
 HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int64_t hue,

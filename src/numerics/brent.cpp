@@ -40,6 +40,10 @@ double nextBracketPoint(const Bracket& p) {
   return p.b + std::min(vertex, 1.0 + kMaxLengthening) * ahead;
 }
 
+struct Sample {
+  double x, value;
+};
+
 bool isBetween(double x, double a, double b) {
   return (a < x && x < b) || (b < x && x < a);
 }
@@ -74,8 +78,7 @@ Bracket bracketMinimum(LineFunction f, double x0, double f0, double step) {
 LineMinimum brent(LineFunction f, const Bracket& bracket, const BrentTolerance& tolerance) {
   double lo = std::min(bracket.a, bracket.c), hi = std::max(bracket.a, bracket.c);
   // The lowest point, the second lowest and the one before that.
-  LineMinimum best{bracket.b, bracket.fb}, second{bracket.a, bracket.fa},
-      third{bracket.c, bracket.fc};
+  Sample best{bracket.b, bracket.fb}, second{bracket.a, bracket.fa}, third{bracket.c, bracket.fc};
   if (third.value < second.value) std::swap(second, third);
   // The last step and the one before it: a parabola must at least halve the latter.
   double last = hi - lo, beforeLast = hi - lo;
@@ -83,7 +86,8 @@ LineMinimum brent(LineFunction f, const Bracket& bracket, const BrentTolerance& 
   for (int n = 0; n < tolerance.maxIterations; ++n) {
     const double middle = 0.5 * (lo + hi);
     const double closest = tolerance.relative * std::abs(best.x) + tolerance.absolute;
-    if (std::abs(best.x - middle) <= 2.0 * closest - 0.5 * (hi - lo)) return best;
+    if (std::abs(best.x - middle) <= 2.0 * closest - 0.5 * (hi - lo))
+      return {best.x, best.value, bracket.fb, n};
 
     const double step =
         vertexFrom({second.x, best.x, third.x, second.value, best.value, third.value});
@@ -100,7 +104,7 @@ LineMinimum brent(LineFunction f, const Bracket& bracket, const BrentTolerance& 
       last = kGoldenSection * beforeLast;
     }
     const double x = best.x + (std::abs(last) >= closest ? last : std::copysign(closest, last));
-    const LineMinimum here{x, checked(f, x)};
+    const Sample here{x, checked(f, x)};
 
     if (here.value <= best.value) {
       (here.x >= best.x ? lo : hi) = best.x;

@@ -30,8 +30,11 @@ struct BrentTolerance {
   int maxIterations = 100;
 };
 
+/// Found to the tolerance: whatever else ends a search is an exception.
 struct LineMinimum {
   double x = 0.0, value = 0.0;
+  double firstValue = 0.0;  ///< at the bracket's middle point; never below `value`
+  int evaluations = 0;      ///< calls of the function, without those of the bracket
 };
 
 /// Local minimum inside the bracket by parabolic steps through the three best points so far, with a

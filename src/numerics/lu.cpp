@@ -38,11 +38,12 @@ double reduced(const CDoubleMatrix& lu, std::int32_t i, std::int32_t j, std::int
 }  // namespace
 
 LuDecomposition ludcmp(const CDoubleMatrix& a) {
-  LuDecomposition result{a, std::vector<std::int32_t>(static_cast<std::size_t>(a.rows())), 1.0};
-  std::iota(result.order.begin(), result.order.end(), 0);
-  std::vector<double> scales = rowScales(a);
+  LuDecomposition result{a, {}, 1.0};  // a temporary is empty from here on
   CDoubleMatrix& lu = result.lu;
   const std::int32_t n = lu.rows();
+  result.order.resize(static_cast<std::size_t>(n));
+  std::iota(result.order.begin(), result.order.end(), 0);
+  std::vector<double> scales = rowScales(lu);
 
   for (std::int32_t j = 0; j < n; ++j) {
     for (std::int32_t i = 0; i < j; ++i) lu[i][j] = reduced(lu, i, j, i);

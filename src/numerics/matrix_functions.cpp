@@ -93,12 +93,13 @@ CDoubleMatrix submat_col(const CDoubleMatrix& a, std::int32_t c0, std::int32_t c
 CDoubleMatrix minv(const CDoubleMatrix& a) {
   requireShape(a.rows() == a.cols(), " the matrix should be square! ");
   const LuDecomposition decomposition = ludcmp(a);
-  CDoubleMatrix inverse(a.rows(), a.cols());
-  for (std::int32_t j = 0; j < a.cols(); ++j) {
-    std::vector<double> column(static_cast<std::size_t>(a.rows()));
+  const std::int32_t n = decomposition.lu.rows();
+  CDoubleMatrix inverse(n, n);
+  for (std::int32_t j = 0; j < n; ++j) {
+    std::vector<double> column(static_cast<std::size_t>(n));
     column[static_cast<std::size_t>(j)] = 1.0;
     lubksb(decomposition, column);
-    for (std::int32_t i = 0; i < a.rows(); ++i) inverse[i][j] = column[static_cast<std::size_t>(i)];
+    for (std::int32_t i = 0; i < n; ++i) inverse[i][j] = column[static_cast<std::size_t>(i)];
   }
   return inverse;
 }

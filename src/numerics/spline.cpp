@@ -1,5 +1,6 @@
 #include "spline.h"
 
+#include <new>
 #include <vector>
 
 #include "greycard/errors.h"
@@ -42,7 +43,12 @@ void spline(std::span<const double> x, std::span<const double> y, double yp1, do
 
 void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
             std::span<double> y2) {
-  std::vector<double> work(x.size());
+  std::vector<double> work;
+  try {
+    work.resize(x.size());
+  } catch (const std::bad_alloc&) {
+    nrerror("allocation failure in vector()");
+  }
   spline(x, y, yp1, ypn, y2, work);
 }
 

@@ -17,6 +17,7 @@ inline constexpr double kNaturalEnd = 1e30;
 void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
             std::span<double> y2, std::span<double> work);
 /// The same with a work vector of its own.
+/// \throws NumericError("allocation failure in vector()") when there is no memory for that
 void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
             std::span<double> y2);
 
@@ -33,7 +34,7 @@ struct SplineCubic {
     const double h = x1 - x0;
     const double a = (x1 - x) / h;
     const double b = (x - x0) / h;
-    return a * y0 + b * y1 + ((a * a * a - a) * m0 + (b * b * b - b) * m1) * (h * h / 6.0);
+    return a * y0 + b * y1 + ((a * a * a - a) * m0 + (b * b * b - b) * m1) * (h * h) / 6.0;
   }
 };
 

@@ -42,6 +42,9 @@ void rotateColumns(CDoubleMatrix& m, std::int32_t i, std::int32_t j, const Rotat
   }
 }
 
+// What is below this is rounding in a matrix of entries up to 1; its reflection would overflow.
+constexpr double kNoNorm2 = 1e-280;
+
 // Reflection I - beta v transpose(v) that takes x to (alpha, 0, ..., 0). x becomes v.
 struct Reflection {
   double beta, alpha;
@@ -50,7 +53,7 @@ template <typename At>
 Reflection makeReflection(std::int32_t begin, std::int32_t end, At x) {
   double norm2 = 0.0;
   for (std::int32_t i = begin; i < end; ++i) norm2 += x(i) * x(i);
-  if (norm2 == 0.0) return {0.0, 0.0};
+  if (norm2 < kNoNorm2) return {0.0, 0.0};
   const double alpha = -std::copysign(std::sqrt(norm2), x(begin));
   x(begin) -= alpha;
   // transpose(v) v = 2 (norm2 - alpha x_begin), with x_begin - alpha already stored.

@@ -26,9 +26,17 @@ std::string reason() {
 // this process and the processes of this machine.
 std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
   static std::atomic<unsigned> counter{0};
-  auto name = path;
-  name += ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(++counter);
-  return name;
+  return path.parent_path() /
+         (".greycard-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
+}
+
+// What a link leads to in the end, whether or not it is there.
+std::filesystem::path withoutLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int n = 0; n < kMostLinks && std::filesystem::is_symlink(path, error); ++n)
+    path = path.parent_path() / std::filesystem::read_symlink(path, error);
+  return path;
 }
 
 }  // namespace
@@ -50,14 +58,11 @@ std::string readWholeFile(const std::filesystem::path& path) {
 
 void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
   std::error_code error;
-  const auto type = std::filesystem::status(path, error).type();
   // Renaming onto a link would replace the link, onto /dev/null the device.
-  const auto target =
-      type == std::filesystem::file_type::regular && std::filesystem::is_symlink(path, error)
-          ? std::filesystem::canonical(path, error)
-          : path;
-  const bool renames =
-      type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
+  const auto target = withoutLinks(path);
+  const auto status = std::filesystem::status(target, error);
+  const bool exists = status.type() == std::filesystem::file_type::regular;
+  const bool renames = exists || status.type() == std::filesystem::file_type::not_found;
   const auto written = renames ? temporaryBeside(target) : target;
   const auto fail = [&](const std::string& why) {
     std::error_code ignored;
@@ -71,6 +76,7 @@ void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
   if (std::fclose(file.release()) != 0) fail(reason());
   if (!renames) return;
 
+  if (exists) std::filesystem::permissions(written, status.permissions(), error);
   std::filesystem::rename(written, target, error);
   if (error) fail(error.message());
 }

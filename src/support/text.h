@@ -16,8 +16,8 @@ std::vector<std::string_view> splitText(std::string_view text, std::string_view 
 /// The lines of a text without their "\n" or "\r\n"; a last line without an end counts.
 std::vector<std::string_view> splitLines(std::string_view text);
 
-/// The whole of `text` as a finite or infinite decimal number (a leading + is accepted); empty
-/// otherwise.
+/// The whole of `text` as a decimal number, "inf" or "nan" (a leading + is accepted); empty
+/// otherwise, also for a number too large or too small for a double.
 std::optional<double> parseDouble(std::string_view text);
 
 /// The whole of `text` as a 32-bit signed decimal number (a leading + is accepted); empty

@@ -79,6 +79,16 @@ std::vector<TableCase> tables() {
                   c.lut_1d_s[j] = -4.0 + 0.0005 * static_cast<double>(j);
                 c.h_shift = c.s_shift = 12.0F;
               }),
+      changed("LargestProducts", randomTable(10, 36000.0, 100.0),
+              [](Lut2DConfig& c) {
+                c.lut_1d_h.fill(-719.98);
+                c.lut_1d_h[0] = -720.0;
+                c.lut_1d_s.fill(-4.0);
+                c.lut_1d_s[15] = -4.0 + 1.0 / 2048.0;
+                c.h_shift = 21.0F, c.s_shift = 18.0F;
+                c.l_boundary_start_a = -2.0F;
+                c.l_boundary_start_b = c.l_boundary_end_a = c.l_boundary_end_b = 2.0F;
+              }),
       changed("SatsInATangle", wild, satNodes([](double j) { return j * (15.0 - j) / 60.0; })),
       changed("NoEffect", some, fades(0, 0, 0, 0)),
       changed("SteepFades", wild, fades(0.3F, 0.3F, 0.7F, 0.7F)),

@@ -82,9 +82,12 @@ Int divided(const State& st, Int v, Int n) {
 
 Int interpolated(const Int (&table)[25][16], int shift, int i, int j, Int fh, Int fs) {
   const auto corner = [&](int row, int column) { return table[row][column] * (Int{1} << shift); };
-  const Int a = corner(i, j) + (((corner(i + 1, j) - corner(i, j)) * fh + 8192) >> 14);
-  const Int b = corner(i, j + 1) + (((corner(i + 1, j + 1) - corner(i, j + 1)) * fh + 8192) >> 14);
-  return a + (((b - a) * fs + 1024) >> 11);
+  const auto acrossHue = [&](int column) {
+    const Int from = corner(i, column), to = corner(i + 1, column);
+    return std::clamp(from + (((to - from) * fh + 8192) >> 14), -(Int{1} << 36), Int{1} << 36);
+  };
+  const Int a = acrossHue(j), b = acrossHue(j + 1);
+  return std::clamp(a + (((b - a) * fs + 1024) >> 11), -(Int{1} << 47), Int{1} << 47);
 }
 
 void lookUp(const State& st, Int& hue, Int& sat, Int L) {

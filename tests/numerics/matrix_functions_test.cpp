@@ -77,6 +77,7 @@ TEST(Minv, InvertsTheHilbertMatrix) {
   const double inverse[] = {16,  -120,  240,  -140,  -120, 1200, -2700, 1680,
                             240, -2700, 6480, -4200, -140, 1680, -4200, 2800};
   expectNear(minv(hilbert), mLoadMem(4, 4, inverse), 1e-8);
+  expectNear(minv(hilbert + 0.0), mLoadMem(4, 4, inverse), 1e-8);  // of a temporary
 }
 
 TEST(Minv, PivotsAndReportsOnlyARowOfZeros) {
@@ -127,6 +128,8 @@ TEST(Pinv, SmallSingularValuesCountAsZero) {
   a[1][1] = 1e-11;
   EXPECT_NEAR(pinv(a)[0][0], 0.25, 1e-15);
   EXPECT_EQ(pinv(a)[1][1], 0.0);
+  // Equal rows leave columns of rounding, whose squares are next to nothing.
+  for (std::int32_t n = 1; n < 40; ++n) EXPECT_NEAR(pinv(mones(n, n))[0][0], 1.0 / (n * n), 1e-14);
   a[1][1] = 1e-9;
   EXPECT_NEAR(pinv(a)[1][1], 1e9, 1e-3);
   a[1][1] = std::nan("");

@@ -136,7 +136,14 @@ TEST(Brent, FindsTheMinimumOfALine) {
     const Bracket bracket = bracketMinimum(line.f, line.start, line.f(line.start), line.step);
     EXPECT_GE((bracket.b - bracket.a) * (bracket.c - bracket.b), 0.0);
     EXPECT_LE(bracket.fb, std::min(bracket.fa, bracket.fc));
-    const LineMinimum found = brent(line.f, bracket);
+    int calls = 0;
+    const auto counted = [&](double x) {
+      ++calls;
+      return line.f(x);
+    };
+    const LineMinimum found = brent(counted, bracket);
+    EXPECT_EQ(found.evaluations, calls);
+    EXPECT_EQ(found.firstValue, bracket.fb);
     EXPECT_NEAR(found.x, line.minimum, 1e-6 * std::max(1.0, line.minimum));
     EXPECT_EQ(found.value, line.f(found.x));
   }

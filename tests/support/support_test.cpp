@@ -50,6 +50,16 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNoOther) {
   EXPECT_THROW(readWholeFile(folder / "taken"), FileError);
   EXPECT_THROW(writeWholeFile(folder / "no such folder" / "a", ""), FileError);
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+  fs::permissions(folder / "a", fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("a", folder / "link");
+  fs::create_symlink("taken/new", folder / "dangling");
+  for (const char* name : {"link", "dangling"}) {
+    writeWholeFile(folder / name, "z");
+    EXPECT_TRUE(fs::is_symlink(folder / name));
+  }
+  EXPECT_EQ(readWholeFile(folder / "a"), "z");
+  EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(readWholeFile(folder / "taken" / "new"), "z");
   try {
     readWholeFile(folder / "missing");
     FAIL();
