@@ -56,8 +56,8 @@ struct SimulationSettings {
   /// What surrounds the chart, per channel, as a share of what a perfect white would give; 0..1.
   Vector3 surround{0.35, 0.35, 0.35};
 
-  /// Linear value of the white patch's strongest channel as a share of full scale; above 0, up
-  /// to 4. Values above 1 clip.
+  /// Linear value of the white patch's strongest channel as a share of full scale; 0.001 to
+  /// 4. Values above 1 clip.
   double whiteShare = 0.8;
   double vignetting = 0.0;  ///< share of light lost in the picture's corners, 0..0.95
   double blurSigma = 0.0;   ///< Gaussian blur in pixels, 0..50
@@ -69,7 +69,7 @@ struct SimulationSettings {
   /// says so. The sensor clips at the white level; noise may reach below the black level.
   int bits = 8;  ///< 8 or 16
   SampleEncoding encoding = SampleEncoding::sRGB;
-  double blackLevel = 0.0;  ///< 0 up to below whiteLevel
+  double blackLevel = 0.0;  ///< 0 up to whiteLevel - 1
   double whiteLevel = 0.0;  ///< up to what the bits hold; 0 stands for that
 };
 

@@ -66,7 +66,7 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   /// milliseconds, or around a second with the saturation search. headerID is not used.
   ///
   /// \param progress  called before every minimisation and at the end
-  /// \return false when the callback cancelled; the fields are then as before, also after an
+  /// \return false when the callback cancelled; the fields are as before then and after an
   /// exception \throws std::invalid_argument naming what can't be fitted, with patch and channel:
   /// gamma tables
   ///         that are missing, short or don't rise; a value that isn't finite; grey patches whose
@@ -81,7 +81,8 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   /// Copies a table.
   static void loadRefLab(PatchTable& data, const PatchTable& def) { data = def; }
 
-  /// The results of the last Optimize, with the gamma tables, for rendering.
+  /// The results of the last Optimize, with the gamma tables as they are now, for rendering.
+  /// \throws std::invalid_argument naming a gamma table that is missing, short or doesn't rise
   ColorPipeline Pipeline() const;
 
   /// Releases the optimiser of the step-by-step calls. Optimize goes on working.

@@ -17,7 +17,8 @@ class GREYCARD_EXPORT DeGamma {
   /// \param OrigRGB  the encoded colour, R, G, B from 0 to 255
   /// \param sRGB     receives R, G, B as entry numbers from 1.0 (equal to gamma[0]) to 256.0 (equal
   ///                 to gamma[255]), neither normalised nor counted from zero; not-a-number where
-  ///                 the value lies on a flat stretch of the table or is itself not a number
+  ///                 the nearest entry begins or ends a segment without width, as just below a flat
+  ///                 stretch, and for a value that is itself not a number
   /// \return true
   /// \throws std::invalid_argument for fewer than 256 entries or 3 channels
   bool runDeGamma(std::span<const double> gamma, std::span<const double> OrigRGB,

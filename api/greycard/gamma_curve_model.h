@@ -171,8 +171,10 @@ class GREYCARD_EXPORT GammaCurveModel {
 
   /// Reduces control points to a subset whose spline stays within 4 units of the full set's at the
   /// abscissae 0 .. ninterp - 1. Outputs may be the inputs; with 5 or fewer points nothing is
-  /// written, not even nout. \param ninterp samples compared, 0..number of points \throws
-  /// std::invalid_argument for arrays too short, more than 512 points, or ninterp out of range
+  /// written, not even nout.
+  /// \param ninterp  samples compared, 0..number of points
+  /// \throws std::invalid_argument for arrays too short, more than 512 points, or ninterp out of
+  ///         range
   /// \throws NumericError where the spline is evaluated between two points of equal x
   void FindMinimumControlPoints(int ninterp, std::span<const double> pinx,
                                 std::span<const double> piny, std::span<double> poutx,

@@ -38,7 +38,7 @@ GREYCARD_EXPORT std::optional<Illum> illumFromName(std::string_view name);
 GREYCARD_EXPORT const char* illumName(Illum light);
 
 /// XYZ of a perfect reflector under the light, Y = 100: CIE 1931 2 degree observer, sums of
-/// products over 400 to 700 nm by 5 nm (X and Z up to 0.2 below the usual sums over 380 to 780 nm).
+/// products over 400 to 700 nm by 5 nm (X and Z up to 0.25 from the usual sums over 380 to 780 nm).
 GREYCARD_EXPORT Vector3 whitePoint(Illum light);
 
 }  // namespace greycard

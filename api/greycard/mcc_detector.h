@@ -16,8 +16,8 @@ namespace greycard {
 /// How far a detection came.
 enum class ChartStage {
   Picture,   ///< the picture could not be loaded, or is empty
-  Contours,  ///< nothing in the picture is enclosed by a dark frame
-  Quads,     ///< nothing enclosed is large, convex and square enough to be a patch
+  Contours,  ///< the picture has no outline at all between dark and light
+  Quads,     ///< no outline is large, convex and square enough to be a patch
   Grid,      ///< the patches found span no area, so no 4 x 6 grid can be hung on them
   Done       ///< a grid was fitted
 };

@@ -71,8 +71,9 @@ class GREYCARD_EXPORT TwoDLutHelper {
   /// \param m_original_s  not used
   /// \param m_original_h  hue of the colour that is dragged, in degrees
   /// \param deltaS,deltaH  the drag, in saturation units and degrees
-  /// \param m_nNodeRange_s,m_nNodeRange_h  how many nodes to each side it reaches; the range grows
-  ///        towards the side of the drag
+  /// \param m_nNodeRange_s,m_nNodeRange_h  how many nodes to each side it reaches. The range grows
+  ///        towards the side of the drag, but a positive drag of the hue shrinks it by about as
+  ///        many rows as the drag is wide
   /// \param m_nHit_LUT_h,m_nHit_LUT_s  row and column of the dragged node
   /// \param m_LUT_sat,m_LUT_hue  target saturations 0..1 and target hues in whole degrees 0..359,
   ///        m_nLUT_h rows of m_nLUT_s columns

@@ -44,14 +44,6 @@ std::string_view withoutMark(std::string_view text) {
   return text;
 }
 
-// A piece of somebody's file that is safe to print.
-std::string shown(std::string_view token) {
-  constexpr std::size_t kLongest = 24;
-  std::string text = "\"";
-  for (const char c : token.substr(0, kLongest)) text += c >= ' ' && c <= '~' ? c : '?';
-  return text + (token.size() > kLongest ? "...\"" : "\"");
-}
-
 class StrictReader {
  public:
   StrictReader(std::string_view name, NumberRange range) : name_(name), range_(range) {}

@@ -28,8 +28,9 @@ struct NumberRange {
 };
 
 /// The strict reading: nothing but 24 lines of three finite numbers in range; blank lines may
-/// follow. \param name  the file's name for the message \throws FileError that names file, line and
-/// text
+/// follow.
+/// \param name  the file's name for the message
+/// \throws FileError that names file, line and text
 PatchTable parseChartText(std::string_view text, std::string_view name, NumberRange range);
 
 /// 24 lines of three numbers with six significant digits.

@@ -12,6 +12,9 @@
 
 namespace greycard {
 
+/// Selects the RGB/XYZ matrices: 0 and 2 sRGB, 1 Adobe RGB (1998), 3 custom, any other zeros.
+using RGBType = std::int32_t;
+
 /// Rows (0.299, 0.587, 0.114), ...: ITU-T T.871 (BT.601 luma), to four decimals.
 inline constexpr Matrix3 kRgbToYCbCr{
     {{0.299, 0.587, 0.114}, {-0.1687, -0.3313, 0.5}, {0.5, -0.4187, -0.0813}}};
@@ -33,7 +36,7 @@ class ColorCalc {
  public:
   /// \param rgbType  0 and 2 sRGB, 1 Adobe RGB (1998), 3 the custom matrices when both are given;
   ///                 any other leaves both matrices zero, which makes every conversion zero
-  ColorCalc(Illum light, std::int32_t rgbType,
+  ColorCalc(Illum light, RGBType rgbType,
             const std::optional<Matrix3>& customRgbToXyz = std::nullopt,
             const std::optional<Matrix3>& customXyzToSRgb = std::nullopt);
 

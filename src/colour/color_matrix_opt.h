@@ -36,8 +36,8 @@ class ColorMatrixOpt {
   ColorMatrixOpt();
 
   /// Camera gamma tables; an entry is divided by 62.4, which brings a 14-bit table to about
-  /// 0..262.5. \throws std::invalid_argument naming a channel of fewer than 256 entries; more
-  /// aren't read
+  /// 0..262.5; more than 256 entries aren't read.
+  /// \throws std::invalid_argument naming a channel of fewer than 256 entries
   void SetGamma(std::span<const std::int32_t> tableR, std::span<const std::int32_t> tableG,
                 std::span<const std::int32_t> tableB);
   void SetRGB(const PatchTable& rgb) { m_RGB = rgb; }

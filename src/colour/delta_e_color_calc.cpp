@@ -46,7 +46,7 @@ void DeltaEColorCalc::Macbeth_XYZ_Lab() {
 PatchTable evaluateMeasuredChart(const MacbethChartData& chart) {
   try {
     DeltaEColorMatrixOpt setUp;
-    setUp.SetChart(chart);
+    SetColorMatrixOpt(setUp, chart);
   } catch (const std::exception&) {
     // Deliberate: the set-up is a pass whose only effect is work, so a chart that it can't be made
     // for is evaluated all the same.

@@ -17,15 +17,15 @@ DeltaEColorMatrixOpt::DeltaEColorMatrixOpt() : ccm_(meye(3)) {
   for (Light& light : lights_) light.whiteBalance = meye(3);
 }
 
-void DeltaEColorMatrixOpt::SetChart(const MacbethChartData& chart) {
-  for (Light& light : lights_) {
-    light.measuredRgb = toMatrix(chart.m_RGB);
-    light.noise = toMatrix(chart.m_Noise);
-    light.referenceLab = toMatrix(chart.m_RefLab);
+void SetColorMatrixOpt(DeltaEColorMatrixOpt& cm, const MacbethChartData& macbethData) {
+  for (auto& light : cm.lights_) {
+    light.measuredRgb = toMatrix(macbethData.m_RGB);
+    light.noise = toMatrix(macbethData.m_Noise);
+    light.referenceLab = toMatrix(macbethData.m_RefLab);
   }
-  Normalize();
+  cm.Normalize();
   const std::vector<std::int32_t> greys{19, 20, 21};  // chart patches 20 to 22
-  ColorMatrix_WB(greys, greys, greys);
+  cm.ColorMatrix_WB(greys, greys, greys);
 }
 
 void DeltaEColorMatrixOpt::Normalize() {

@@ -15,11 +15,6 @@ class DeltaEColorMatrixOpt {
  public:
   DeltaEColorMatrixOpt();
 
-  /// The whole set-up: the chart's measurement and reference for each light, normalised and
-  /// white-balanced over the default grey patches.
-  /// \throws std::exception when the chart has no exposure gain
-  void SetChart(const MacbethChartData& chart);
-
   /// Brings the measured RGB to the exposure of the reference.
   void Normalize();
 
@@ -35,6 +30,13 @@ class DeltaEColorMatrixOpt {
   };
   std::array<Light, 3> lights_;
   CDoubleMatrix ccm_;
+
+  friend void SetColorMatrixOpt(DeltaEColorMatrixOpt& cm, const MacbethChartData& macbethData);
 };
+
+/// The whole set-up: the chart's measurement and reference for each light, normalised and
+/// white-balanced over the default grey patches.
+/// \throws std::exception when the chart has no exposure gain
+void SetColorMatrixOpt(DeltaEColorMatrixOpt& cm, const MacbethChartData& macbethData);
 
 }  // namespace greycard

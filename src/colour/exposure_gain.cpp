@@ -31,7 +31,10 @@ double exposureGain(double referenceL, const CameraCurve& gammaG, double measure
                                 formatGeneral(measuredG) + "; the exposure gain needs one above 0");
   const Vector3 encoded = CIELab_to_sRGB({referenceL, 0.0, 0.0});
   const double gain = std::min(invertCurve(gammaG, encoded[1]), kBrightestGrey) / measuredG;
-  if (!(gain > 0.0 && std::isfinite(gain)))
+  if (!std::isfinite(gain))
+    throw std::invalid_argument("patch 20, channel G: the measured value of " +
+                                formatGeneral(measuredG) + " is too small for an exposure gain");
+  if (!(gain > 0.0))
     throw std::invalid_argument(
         "patch 20, channel G: the reference L* of " + formatGeneral(referenceL) +
         " lies below the start of the camera's gamma curve, so there is no exposure gain for it");

@@ -13,7 +13,7 @@ namespace greycard {
 namespace {
 
 constexpr double kSmallestInverted = 1e-20;
-constexpr double kFloatRounding = 2.0 * std::numeric_limits<float>::epsilon();
+constexpr double kFloatRounding = 0.5 * std::numeric_limits<float>::epsilon();
 constexpr double kOrthogonal = 4.0 * std::numeric_limits<double>::epsilon();
 constexpr int kMaxSweeps = 40;  // five or six are usual
 

@@ -77,7 +77,7 @@ bool SaturationSearch::fineSweep(double lo, double hi, int steps) {
 bool SaturationSearch::hueWeightLoop() {
   for (int k = kPasses - 1; k >= 0; --k) {
     stepsDone_ = kCoarseSteps + (kPasses - 1 - k) * (kWideSteps + kNarrowSteps);
-    cost_.hueWeight = current_.hueWeight = hueWeightOfPass(k);
+    cost_.hueWeight = hueWeightOfPass(k);
     const bool reached = distance(current_) <= kNearEnough;
     if (!reached) {
       const double g = cost_.saturationPressure;

@@ -16,7 +16,7 @@ inline constexpr PowellOptions kMatrixPowell{
 /// Where a search for a matrix ended and what it took.
 struct MatrixSearchResult {
   MatrixParameters parameters{};
-  double hueWeight = 1.0;                   ///< kH of the pass that gave them
+  double hueWeight = 1.0;                   ///< kH that they were found with
   double saturationPressure = 0.0;          ///< g that they were found with
   PowellStop stop = PowellStop::Converged;  ///< of the minimisation that gave them
   int powellRuns = 0;

@@ -41,21 +41,21 @@ PatchRegion parseRegion(std::string_view line, const std::string& name, std::siz
   const auto pieces = commaPieces(line);
   if (pieces.size() != kNumbersPerLine)
     refuse(name, number,
-           "\"" + std::string(line.substr(0, 80)) + "\" holds " + std::to_string(pieces.size()) +
+           shown(line, 80) + " holds " + std::to_string(pieces.size()) +
                " values; write left,top,width,height");
   std::array<double, kNumbersPerLine> values{};
   for (std::size_t i = 0; i < kNumbersPerLine; ++i) {
-    const auto piece = std::string(pieces[i].substr(0, 80));
+    const std::string piece = shown(pieces[i]);
     const auto value = parseDouble(pieces[i]);
     // Written so that NaN is refused too: every comparison with it is false.
     if (!value || !(std::fabs(*value) <= kFarthest))
       refuse(name, number,
-             std::string(kNumberNames[i]) + " \"" + piece +
-                 "\" is not a number of pixels in a picture; write one such as 120");
+             std::string(kNumberNames[i]) + " " + piece +
+                 " is not a number of pixels in a picture; write one such as 120");
     if (i >= 2 && *value <= 0.0)
       refuse(name, number,
-             std::string(kNumberNames[i]) + " \"" + piece +
-                 "\" is not above zero; a region needs an area");
+             std::string(kNumberNames[i]) + " " + piece +
+                 " is not above zero; a region needs an area");
     values[i] = *value;
   }
   return {values[0], values[1], values[2], values[3]};

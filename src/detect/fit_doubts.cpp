@@ -62,7 +62,7 @@ double unevenness(const cv::Mat& part) {
   return largest;
 }
 
-// A grid off the patches has gaps and neighbours in its regions. Means of cells tell these from
+// A grid off the patches has gaps and neighbours in its squares. Means of cells tell these from
 // noise.
 std::optional<std::string> patchesNotUniform(const ColorChecker& checker, const cv::Mat& image) {
   double brightest = 0.0;
@@ -71,11 +71,12 @@ std::optional<std::string> patchesNotUniform(const ColorChecker& checker, const 
 
   int uneven = 0, worstPatch = 0, patch = 0;
   double worst = 0.0;
-  for (const auto& region : patchRegions(checker)) {
+  for (const auto& centre : checker.points) {
     ++patch;
-    const cv::Rect rect =
-        cv::Rect(cv::Rect2d(region.left, region.top, region.width, region.height)) &
-        cv::Rect({0, 0}, image.size());
+    // Half a patch wide: inside the patch at any turn, which the regions' corners are not.
+    const cv::Rect2d square(centre[0] - checker.size / 2, centre[1] - checker.size / 2,
+                            checker.size, checker.size);
+    const cv::Rect rect = cv::Rect(square) & cv::Rect({0, 0}, image.size());
     if (rect.width < kCellsPerSide || rect.height < kCellsPerSide) continue;
     const double difference = unevenness(image(rect));
     uneven += difference > allowed;

@@ -13,9 +13,9 @@ std::int32_t inferredDepth(std::int32_t lastEntry);
 ///
 /// The source's depth is inferred and src itself is rescaled in place when it differs from
 /// gammaBitSize (both deliberate: a curve that ends low is taken for a shallower one). Entries are
-/// then joined by straight lines, the last one with full scale. \return false, with nothing
-/// written, for any other length, a dest that does not hold 1024 entries, or
-///         a gammaBitSize outside 0..31
+/// then joined by straight lines, the last one with full scale.
+/// \return false, with nothing written, for any other length, a dest that does not hold 1024
+///         entries, or a gammaBitSize outside 0..31
 bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
                     std::span<std::int32_t> dest);
 

@@ -52,6 +52,12 @@ std::optional<std::int32_t> parseInt32(std::string_view text) {
   return parseNumber<std::int32_t>(text);
 }
 
+std::string shown(std::string_view text, std::size_t longest) {
+  std::string safe = "\"";
+  for (const char c : text.substr(0, longest)) safe += c >= ' ' && c <= '~' ? c : '?';
+  return safe + (text.size() > longest ? "...\"" : "\"");
+}
+
 std::string formatFixed(double value, int decimals) {
   NumberBuffer buffer;
   const auto end =

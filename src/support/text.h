@@ -24,6 +24,10 @@ std::optional<double> parseDouble(std::string_view text);
 /// otherwise.
 std::optional<std::int32_t> parseInt32(std::string_view text);
 
+/// A piece of somebody's file that is safe to print: in quotes, at most `longest` characters of it,
+/// ? for all that is not printable ASCII.
+std::string shown(std::string_view text, std::size_t longest = 24);
+
 /// As printf's %.<decimals>f in the "C" locale.
 std::string formatFixed(double value, int decimals);
 

@@ -88,8 +88,8 @@ TEST_F(ColorCorrection, SaturationSearchReachesItsTarget) {
     EXPECT_NEAR(chroma / target, wanted, 0.05);
     EXPECT_NEAR(utils.m_fit.m_chromaChange.value(), chroma / target - 1, 1e-12);
     expectRowsSumToOne(utils.m_ccm);
-    // 2 % is near enough from the start, so the first of the hue weights stays.
-    EXPECT_EQ(utils.m_fit.m_hueWeight == 0.5, wanted == 1.02);
+    // 2 % is near enough from the start, so nothing is searched with another hue weight.
+    if (wanted == 1.02) EXPECT_EQ(utils.m_fit.m_hueWeight, 1.0);
   }
 }
 
