@@ -17,6 +17,6 @@ run_preset() {
   ctest --preset "$preset"
 }
 
-run_preset tsan colour_tests detect_tests noise_tests
+run_preset tsan colour_tests detect_tests fitting_tests noise_tests
 run_preset asan
 run_preset release

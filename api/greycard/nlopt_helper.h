@@ -1,0 +1,150 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "greycard/export.h"
+#include "greycard/exposure_histogram.h"
+#include "greycard/types.h"
+
+namespace greycard {
+
+/// The parameters of the luma-target rule, and the groups of them that can be held fixed.
+inline constexpr std::size_t kGaParameters = 12, kGaEnableFlags = 9;
+/// Most images of one GA run.
+inline constexpr int kGaMaxImages = 299;
+
+using GaParameters = std::array<double, kGaParameters>;
+
+/// Where the design of the rule starts from:
+///   0, 1    numerators of targets A (over the push-down statistic) and B (over the push-up one)
+///   2, 3    numerators of the upper and the lower dark target
+///   4, 8    the push-up statistic is the mean from percentile 1 - [4] to percentile 1 - [8]
+///   5, 9    the push-down statistic likewise
+///   6, 7    ceiling and floor of the safe target, as factors on the current target
+///   10, 11  the dark statistic is the mean from percentile [10] to percentile [11]
+inline constexpr GaParameters kGaReferenceParameters{180.0, 250.0, 50.0, 3.0,  0.08, 0.04,
+                                                     2.0,   1.0,   0.02, 0.01, 0.0,  0.15};
+
+/// The entry of parameters_enable that frees each parameter.
+inline constexpr std::array<std::size_t, kGaParameters> kGaEnableFlagOf{0, 1, 2, 3, 6, 7,
+                                                                        4, 5, 6, 7, 8, 8};
+
+/// When a search gives up, and what makes it repeatable.
+///
+/// The random numbers are NLopt's, whose generator belongs to the thread: each run seeds the one of
+/// the calling thread before it starts, so that the same seed gives the same numbers whatever ran
+/// before and whatever other threads do. A host that draws on NLopt in the same thread finds the
+/// generator where the run left it and seeds it again. A run that the clock ends stops at another
+/// evaluation each time; for the same bits every time, limit the evaluations below what the clock
+/// allows.
+struct SearchOptions {
+  static constexpr std::uint32_t kDefaultSeed = 1;
+  std::uint32_t seed = kDefaultSeed;
+  double maxSeconds = 15.0;  ///< 0 = no limit
+  int maxEvaluations = 0;    ///< of the objective; 0 = no limit
+  /// Called every 64 evaluations with the fraction of the nearer limit that is used up (0 when
+  /// there is none); false stops the search with result code -5.
+  ProgressCallback progress;
+};
+
+/// What a GA run offers beside its results.
+struct GaReport {
+  /// The best point found, with the error `errorValue`. GA itself returns the parameters of the
+  /// last evaluation when the clock ended the search. In a manual run the parameters evaluated.
+  GaParameters best{};
+  /// False when NLopt found no point that keeps the constraints; `best` is then the point that
+  /// breaks them least.
+  bool bestKeepsConstraints = true;
+  int evaluations = 0;
+  double seconds = 0.0;
+};
+
+/// NLopt's result code in words, as in "the time limit was reached".
+GREYCARD_EXPORT std::string_view stopReason(int resultCode);
+
+/// Tunes an auto-exposure luma-target rule and matches lightness by a scale factor, both with
+/// NLopt's improved stochastic ranking evolution strategy (ISRES: Runarsson and Yao, IEEE Trans.
+/// Systems, Man and Cybernetics C 35 (2005) 233). Nothing is shared between calls: any number may
+/// run at once, each in its thread.
+///
+/// An exception of the progress callback ends the search and reaches the caller unchanged.
+class GREYCARD_EXPORT NLoptHelper {
+ public:
+  /// Fits the twelve parameters of the luma-target rule, so that the weighted mean square of
+  /// (target of the rule - wanted target) over all images is least, with the ranges of percentiles
+  /// kept open: [4] - [8] >= 0.005, [5] - [9] >= 0.005, [11] - [10] >= 0.08, and [2] - [3] >= 40.
+  ///
+  /// \param lowerBound, upperBound, initialBound  12 each: the bounds and, within them, the start
+  /// \param imageCount  N, 1 to 299
+  /// \param Weight      N: weight of each image, 0 or above, not all 0
+  /// \param newTarget   N: the luma target wanted
+  /// \param curr_luma   N: the luma measured now
+  /// \param cur_target  N: the luma target set now
+  /// \param max_drc_gain  limit of the compression gain
+  /// \param ADRC_Enable   not 0 = compression on
+  /// \param hist_RGB, hist_CDF  N: see ExposureHistograms
+  /// \param max_pushup_mean, max_pushdown_mean, max_dark_mean  N each: kept, not used
+  /// \param initial_parameter  12: the value of each parameter whose group is not enabled
+  /// \param parameters_enable  9: not 0 = the group is fitted (kGaEnableFlagOf). With flag 4 set
+  /// the
+  ///                           ceiling of every image is [6] times the first image's current target
+  ///                           (deliberate), without it [6] times its own
+  /// \param isManual    true: evaluates initial_parameter once, without a search
+  /// \param fourTargets  receives N x 4: the larger and the smaller of the targets A and B, then
+  ///                     the upper and the lower dark target
+  /// \param histBasedSafeTarget, histBasedShortTarget, histBasedLongTarget  at least N each, filled
+  ///                     in place: the targets of the rule; with the gain as it is defined, always
+  ///                     equal
+  /// \param final_sat_pushup_pos, final_sat_pushdown_pos, final_dark_pos  at least N each, filled
+  ///                     in place: the statistics, mean bins of 0.5 or above
+  /// \param opt_endCond  receives NLopt's result code (see stopReason); untouched in a manual run
+  /// \param avg_targeterror  receives the mean |target - wanted target|
+  /// \param errorValue   receives the least error that NLopt found (infinite when it found none),
+  ///                     in a manual run the error of initial_parameter
+  ///
+  /// fourTargets to avg_targeterror describe the last evaluation of the search, not the best.
+  ///
+  /// \return the parameters NLopt found best; after the time limit (result 6) those of the last
+  ///         evaluation, deliberately; in a manual run, and at once with result 1 when no group is
+  ///         enabled, initialBound
+  /// \throws std::invalid_argument naming the argument that is too short, out of its range or not
+  ///         finite, before anything runs; and naming the two parameters when a statistic's range
+  ///         of percentiles has no width
+  GaParameters GA(
+      std::span<const double> lowerBound, std::span<const double> upperBound,
+      std::span<const double> initialBound, int imageCount, std::span<const double> Weight,
+      std::span<const double> newTarget, std::span<const double> curr_luma,
+      std::span<const double> cur_target, double max_drc_gain, double ADRC_Enable,
+      std::span<const ChannelHistograms> hist_RGB, std::span<const ChannelHistograms> hist_CDF,
+      std::span<const double> max_pushup_mean, std::span<const double> max_pushdown_mean,
+      std::span<const double> max_dark_mean, std::span<const double> initial_parameter,
+      std::span<const double> parameters_enable, bool isManual,
+      std::vector<std::array<double, 4>>& fourTargets, std::span<double> histBasedSafeTarget,
+      std::span<double> histBasedShortTarget, std::span<double> histBasedLongTarget,
+      std::span<double> final_sat_pushup_pos, std::span<double> final_sat_pushdown_pos,
+      std::span<double> final_dark_pos, int& opt_endCond, double& avg_targeterror,
+      double& errorValue, const SearchOptions& options = {}, GaReport* report = nullptr) const;
+
+  /// The factor, 0 to 10, on the encoded test colour that gives it the L* of the target colour; the
+  /// nearest that NLopt finds when none does. The search ends when the two L* agree to 1e-5, or
+  /// when it no longer gains: the two then agree to about 2e-4. That is 1e-4 in the factor where a
+  /// unit of factor is worth 2 units of L* or more, hence for all but nearly black test colours.
+  ///
+  /// \param testRGB, targetRGB  encoded sRGB, nominally 0..255
+  /// \return the factor; 1 at once for a black test colour, which no factor can change
+  /// \throws std::invalid_argument naming the argument that is not finite, or so large that its L*
+  /// is not
+  double findMinSearch(const Vector3& testRGB, const Vector3& targetRGB,
+                       const SearchOptions& options = {}) const;
+
+  /// Solves x^2 + 3 y^2 + z = 100 with x >= y + 5 and z >= x + 10 in [1, 100] as a self-check of
+  /// the library. The result goes to the debug log.
+  void test() const;
+};
+
+}  // namespace greycard

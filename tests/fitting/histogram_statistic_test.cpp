@@ -1,0 +1,81 @@
+#include "histogram_statistic.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+namespace greycard {
+namespace {
+
+TEST(HistPercentile, BinAndShareByHand) {
+  const double data[] = {0.2, 0.2, 0.6, 1.0};
+  const double empty[] = {0.0, 0.5, 0.5, 1.0};
+  const struct {
+    const char* what;
+    const double* data;
+    double pct;
+    int bin;
+    double partial;
+  } cases[] = {
+      {"below zero", data, -1.0, 0, 0.0},
+      {"zero", data, 0.0, 0, 0.0},
+      {"in the first bin", data, 0.05, 0, 0.25},
+      {"at the first entry", data, 0.2, 1, 0.0},  // an empty bin
+      {"in the third bin", data, 0.3, 2, 0.25},
+      {"at an entry", data, 0.6, 2, 1.0},
+      {"the end", data, 1.0, 3, 1.0},
+      {"above one", data, 1.5, 3, 1.0},
+      {"below zero, first bin empty", empty, -1.0, 0, 0.0},
+      {"zero, first bin empty", empty, 0.0, 1, 0.0},
+      {"on a flat stretch", empty, 0.5, 1, 1.0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    int bin = -1;
+    double partial = -1.0;
+    GetHistPercentileInDetail(c.pct, c.data, 4, bin, partial);
+    EXPECT_EQ(bin, c.bin);
+    EXPECT_NEAR(partial, c.partial, 1e-15);
+  }
+}
+
+// With as many pixels in each bin the mean between two bin edges is that of the bins' numbers.
+TEST(HistAverage, OfAUniformHistogram) {
+  std::array<double, 256> cdf, weighted;
+  for (int k = 0; k < 256; ++k) {
+    cdf[static_cast<std::size_t>(k)] = (k + 1) / 256.0;
+    weighted[static_cast<std::size_t>(k)] = k * (k + 1) / 512.0;
+  }
+  const PercentileGuide guide(cdf);
+  for (const auto& [from, to] : {std::pair{0, 256}, {0, 1}, {100, 101}, {192, 256}, {250, 100}})
+    EXPECT_NEAR(GetBHistAvgForPctRange(0, from / 256.0, to / 256.0, weighted, cdf, guide),
+                (from + to - 1) / 2.0, 1e-9)
+        << from << " to " << to;
+}
+
+TEST(PercentileGuide, FindsWhatTheWholeSearchFinds) {
+  std::mt19937 random(11);
+  for (int round = 0; round < 200; ++round) {
+    std::array<double, 256> data;
+    const bool coarse = round % 2 > 0, decreasing = round % 4 > 1;
+    for (double& value : data)  // many of them equal, or none; some below 0 or above 1
+      value =
+          static_cast<double>(random() % (coarse ? 20 : 65536)) / (coarse ? 18.0 : 60000.0) - 0.02;
+    if (!decreasing) std::sort(data.begin(), data.end());
+    const PercentileGuide guide(data);
+    for (int step = -3; step <= 1030; ++step) {
+      const double pct = step / 1024.0;
+      int bin = -1, wholeBin = -1;
+      double partial = -1, wholePartial = -1;
+      GetHistPercentileInDetail(pct, data.data(), 256, wholeBin, wholePartial);
+      GetHistPercentileInDetail(pct, data.data(), 256, bin, partial, guide.around(pct));
+      ASSERT_EQ(bin, wholeBin) << round << ' ' << pct;
+      ASSERT_EQ(partial, wholePartial) << round << ' ' << pct;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace greycard

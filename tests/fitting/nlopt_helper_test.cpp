@@ -1,0 +1,259 @@
+#include "greycard/nlopt_helper.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "colour_space.h"
+#include "greycard/diagnostics.h"
+#include "luma_task.h"
+#include "nlopt_callbacks.h"
+
+namespace greycard {
+namespace {
+
+using testing::DoubleNear;
+using testing::HasSubstr;
+using testing::Pointwise;
+
+constexpr GaParameters kTruth{220, 290, 90, 12, 0.15, 0.09, 1.6, 0.6, 0.03, 0.02, 0.05, 0.3};
+
+// What the rule makes of kTruth is wanted.
+LumaTask knownTask(int images, std::uint32_t seed = 1) {
+  LumaTask task(images, seed);
+  task.wanted = evaluatePlainly(task, kTruth).safe;
+  return task;
+}
+
+SearchOptions evaluations(int count, std::uint32_t seed = 1) {
+  SearchOptions options;
+  options.maxSeconds = 0.0;
+  options.maxEvaluations = count;
+  options.seed = seed;
+  return options;
+}
+
+void expectOutputsOf(const LumaTask& task, const GaParameters& x) {
+  const auto plain = evaluatePlainly(task, x);
+  EXPECT_THAT(task.safe, Pointwise(DoubleNear(1e-9), plain.safe));
+  EXPECT_EQ(task.brief, task.safe);
+  EXPECT_EQ(task.lasting, task.safe);
+  EXPECT_THAT(task.pushUp, Pointwise(DoubleNear(1e-9), plain.pushUp));
+  EXPECT_THAT(task.pushDown, Pointwise(DoubleNear(1e-9), plain.pushDown));
+  EXPECT_THAT(task.dark, Pointwise(DoubleNear(1e-9), plain.dark));
+  EXPECT_NEAR(task.meanError, plain.meanError, 1e-9 * plain.meanError);
+  ASSERT_EQ(task.four.size(), plain.four.size());
+  for (std::size_t i = 0; i < plain.four.size(); ++i)
+    EXPECT_THAT(task.four[i], Pointwise(DoubleNear(1e-9), plain.four[i]));
+}
+
+TEST(GaManual, EvaluatesTheFallbackAndReturnsTheStart) {
+  auto task = knownTask(7);
+  task.fallback[0] = 150.0;
+  EXPECT_EQ(task.call(true), task.start);
+  EXPECT_EQ(task.result, 77);  // as the caller left it
+  EXPECT_EQ(task.report.best, task.fallback);
+  EXPECT_NEAR(task.error, evaluatePlainly(task, task.fallback).error, 1e-9 * task.error);
+  expectOutputsOf(task, task.fallback);
+
+  auto idle = task;
+  idle.enable.assign(kGaEnableFlags, 0.0);
+  EXPECT_EQ(idle.call(), idle.start);
+  EXPECT_EQ(idle.result, 1);
+  EXPECT_EQ(idle.report.evaluations, 1);
+  task.enable = idle.enable;
+  task.call(true);
+  EXPECT_EQ(idle.error, task.error);
+  EXPECT_EQ(idle.safe, task.safe);
+}
+
+TEST(GaSearch, ComesNearTheKnownParametersAndKeepsTheConstraints) {
+  auto task = knownTask(6);
+  task.adrc = 1.0;
+  const double before = evaluatePlainly(task, task.start).error;
+  const auto x = task.call(false, evaluations(40000));
+  EXPECT_LT(task.error, 0.01 * before);
+  EXPECT_NEAR(task.error, evaluatePlainly(task, x).error, 1e-9 * before);
+  EXPECT_EQ(task.report.best, x);
+  EXPECT_TRUE(task.report.bestKeepsConstraints);
+  EXPECT_GE(x[4] - x[8], 0.005 - 2e-8);
+  EXPECT_GE(x[5] - x[9], 0.005 - 2e-8);
+  EXPECT_GE(x[2] - x[3], 40.0 - 2e-8);
+  EXPECT_GE(x[11] - x[10], 0.08 - 2e-8);
+}
+
+TEST(GaSearch, RepeatsItselfToTheBitAndFollowsTheSeed) {
+  auto first = knownTask(5), again = first, other = first;
+  const auto x = first.call(false, evaluations(700));
+  EXPECT_EQ(first.result, 5);
+  EXPECT_EQ(first.report.evaluations, 700);
+  other.call(false, evaluations(333, 2));
+  EXPECT_EQ(again.call(false, evaluations(700)), x);
+  EXPECT_EQ(again.error, first.error);
+  EXPECT_EQ(again.safe, first.safe);
+  EXPECT_NE(other.call(false, evaluations(700, 2)), x);
+}
+
+TEST(GaSearch, AfterTheTimeLimitReturnsTheLastEvaluationWithTheBestBeside) {
+  auto task = knownTask(5);
+  SearchOptions options;
+  options.maxSeconds = 0.02;
+  const auto x = task.call(false, options);
+  EXPECT_EQ(task.result, 6);
+  EXPECT_EQ(stopReason(task.result), "the time limit was reached");
+  expectOutputsOf(task, x);
+  EXPECT_NEAR(task.error, evaluatePlainly(task, task.report.best).error, 1e-9 * task.error);
+}
+
+TEST(GaSearch, IsCancelledByTheProgressCallbackAndPassesItsExceptionOn) {
+  auto task = knownTask(5);
+  auto options = evaluations(1000);
+  std::vector<double> fractions;
+  options.progress = [&](double fraction) { return fractions.push_back(fraction), fraction < 0.5; };
+  const auto x = task.call(false, options);
+  EXPECT_EQ(task.result, -5);
+  EXPECT_EQ(task.report.evaluations, 512);
+  EXPECT_EQ(fractions.size(), 8u);
+  EXPECT_EQ(x, task.report.best);
+
+  options.progress = [](double) -> bool { throw std::runtime_error("enough"); };
+  EXPECT_THROW(task.call(false, options), std::runtime_error);
+  task.start[4] = task.start[8];  // found out by the objective
+  EXPECT_THROW(task.call(false, evaluations(1000)), std::invalid_argument);
+}
+
+TEST(GaSearch, SaysWhenNoPointKeepsTheConstraints) {
+  auto task = knownTask(3);
+  task.upper[2] = 60.0;
+  task.lower[3] = 25.0;
+  task.start[3] = 25.0;
+  task.call(false, evaluations(300));
+  EXPECT_FALSE(task.report.bestKeepsConstraints);
+}
+
+TEST(GaTwoThreads, FindWhatTheyFindOneAfterTheOther) {
+  std::array<LumaTask, 2> alone{knownTask(4, 1), knownTask(9, 2)}, together = alone;
+  const auto run = [](LumaTask& task, std::uint32_t seed) {
+    task.call(false, evaluations(2000, seed));
+  };
+  run(alone[0], 1);
+  run(alone[1], 2);
+  std::thread other([&] { run(together[1], 2); });
+  run(together[0], 1);
+  other.join();
+  for (std::size_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(together[i].report.best, alone[i].report.best);
+    EXPECT_EQ(together[i].error, alone[i].error);
+    EXPECT_EQ(together[i].safe, alone[i].safe);
+  }
+}
+
+TEST(GaArguments, AreRefusedByName) {
+  const double nan = std::nan("");
+  const struct {
+    const char* says;
+    std::function<void(LumaTask&)> spoil;
+  } cases[] = {
+      {"imageCount is 0", [](LumaTask& t) { t.imageCount = 0; }},
+      {"imageCount is 300", [](LumaTask& t) { t.imageCount = 300; }},
+      {"Weight has 2 entries; it needs 3", [](LumaTask& t) { t.weight.pop_back(); }},
+      {"Weight[1] is -1", [](LumaTask& t) { t.weight[1] = -1.0; }},
+      {"Weight is 0 for every image", [](LumaTask& t) { t.weight.assign(3, 0.0); }},
+      {"newTarget[2] is not", [&](LumaTask& t) { t.wanted[2] = nan; }},
+      {"curr_luma has 2", [](LumaTask& t) { t.luma.pop_back(); }},
+      {"cur_target[0] is not", [&](LumaTask& t) { t.current[0] = nan; }},
+      {"max_drc_gain[0] is not", [&](LumaTask& t) { t.maxDrcGain = HUGE_VAL; }},
+      {"hist_CDF has 2", [](LumaTask& t) { t.cdf.pop_back(); }},
+      {"hist_RGB[1][2][255] is not", [&](LumaTask& t) { t.rgb[1][2][255] = nan; }},
+      {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
+      {"initialBound[3] is 31, outside its bounds 0 to 30", [](LumaTask& t) { t.start[3] = 31; }},
+      {"upperBound[3] is not", [&](LumaTask& t) { t.upper[3] = HUGE_VAL; }},
+      {"parameters_enable has 8", [](LumaTask& t) { t.enable.pop_back(); }},
+      {"initial_parameter[11] is not", [&](LumaTask& t) { t.fallback[11] = nan; }},
+      {"final_dark_pos has 2", [](LumaTask& t) { t.dark.pop_back(); }},
+  };
+  for (const auto& [says, spoil] : cases) {
+    SCOPED_TRACE(says);
+    auto task = knownTask(3);
+    spoil(task);
+    try {
+      task.call();
+      ADD_FAILURE() << "not refused";
+    } catch (const std::invalid_argument& error) {
+      EXPECT_THAT(error.what(), testing::StartsWith(std::string("GA: ") + says));
+    }
+    EXPECT_EQ(task.result, 77);
+    EXPECT_TRUE(task.four.empty());
+  }
+  SearchOptions options;
+  options.maxSeconds = nan;
+  EXPECT_THROW(knownTask(3).call(false, options), std::invalid_argument);
+  EXPECT_THROW(knownTask(3).call(false, evaluations(-1)), std::invalid_argument);
+}
+
+double lightness(const Vector3& rgb, double factor) {
+  return sRGB_to_CIELab({factor * rgb[0] / 255, factor * rgb[1] / 255, factor * rgb[2] / 255})[0];
+}
+
+TEST(FindMinSearch, AgreesWithBisection) {
+  const NLoptHelper helper;
+  const std::pair<Vector3, Vector3> cases[] = {{{200, 100, 50}, {100, 100, 100}},
+                                               {{60, 20, 30}, {90, 140, 40}},
+                                               {{255, 255, 255}, {128, 128, 128}},
+                                               {{30, 30, 30}, {240, 250, 245}}};
+  for (const auto& [test, target] : cases) {
+    double low = 0.0, high = 10.0;
+    for (int i = 0; i < 100; ++i) {
+      const double middle = (low + high) / 2;
+      (lightness(test, middle) < lightness(target, 1) ? low : high) = middle;
+    }
+    EXPECT_NEAR(helper.findMinSearch(test, target), low, 1e-4);
+  }
+  EXPECT_NEAR(helper.findMinSearch({128, 64, 32}, {128, 64, 32}), 1.0, 1e-4);
+  EXPECT_EQ(helper.findMinSearch({0, 0, 0}, {40, 50, 60}), 1.0);
+  EXPECT_THROW(helper.findMinSearch({1, HUGE_VAL, 1}, {1, 1, 1}), std::invalid_argument);
+  EXPECT_THROW(helper.findMinSearch({1e300, 1, 1}, {1, 1, 1}), std::invalid_argument);
+}
+
+TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
+  std::vector<std::string> lines;
+  setDebugLog([&](int, std::string_view category, std::string_view text) {
+    EXPECT_EQ(category, "DebugPrint");
+    lines.emplace_back(text);
+  });
+  knownTask(2).call(false, evaluations(300));
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_THAT(lines[0], testing::StartsWith("min utility="));
+  EXPECT_THAT(lines[1], testing::MatchesRegex("four targets = \\([^)]*\\) \n"));
+  lines.clear();
+  NLoptHelper().findMinSearch({100, 100, 100}, {100, 100, 100});
+  EXPECT_THAT(lines[1], testing::Eq("(100.000000 100.000000)  \n"));
+  lines.clear();
+  NLoptHelper().test();
+  setDebugLog({});
+  ASSERT_EQ(lines.size(), 1u);
+  double error = 1.0, x = 0.0, y = 0.0, z = 0.0;
+  ASSERT_EQ(std::sscanf(lines[0].c_str(), "min utility=%lf, x=(%lf,%lf,%lf)\n", &error, &x, &y, &z),
+            4);
+  EXPECT_LT(error, 1e-4);
+  EXPECT_NEAR(x * x + 3 * y * y + z, 100.0, 0.01);
+  EXPECT_GE(x, y + 5.0 - 1e-5);
+  EXPECT_GE(z, x + 10.0 - 1e-5);
+}
+
+TEST(NloptCallbacks, LogUtilityUnderABudget) {
+  const double x[] = {2.0, 0.5};
+  double gradient[2], prices[] = {1.5, 3.0};
+  EXPECT_NEAR(utility(2, x, gradient, nullptr), 0.0, 1e-15);
+  EXPECT_THAT(gradient, testing::ElementsAre(0.5, 2.0));
+  EXPECT_EQ(constraint(2, x, gradient, prices), -0.5);
+  EXPECT_THAT(gradient, testing::ElementsAre(1.5, 3.0));
+}
+
+}  // namespace
+}  // namespace greycard
