@@ -117,6 +117,7 @@ int runGreycard(int argc, char** argv) {
   addGamma(app);
   addLut2d(app);
   addSigma(app);
+  addAe(app);
   return parseAndRun(app, argc, argv);
 }
 

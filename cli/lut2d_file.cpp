@@ -8,6 +8,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/two_d_lut_helper.h"
+#include "json_input.h"
 
 namespace greycard::cli {
 namespace {
@@ -55,23 +56,13 @@ void visitFields(Config& config, Visit visit) {
   visit("inverse_flag", config.inverse_flag);
 }
 
-// Throws a plain text; the caller adds the file.
-[[noreturn]] void refuse(const std::string& name, const std::string& must) {
-  throw std::invalid_argument(name + " must be " + must);
-}
-
-double numberFrom(const std::string& name, const Json& json) {
-  if (!json.is_number()) refuse(name, "a number");
-  return json.get<double>();
-}
-
 template <std::integral T>
 void read(const std::string& name, const Json& json, T& value) {
   const double number = numberFrom(name, json);
   const double low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
   if (!json.is_number_integer() || number < low || number > high)
-    refuse(name, "a whole number from " + std::to_string(std::numeric_limits<T>::min()) + " to " +
-                     std::to_string(std::numeric_limits<T>::max()));
+    refuseField(name, "a whole number from " + std::to_string(std::numeric_limits<T>::min()) +
+                          " to " + std::to_string(std::numeric_limits<T>::max()));
   value = static_cast<T>(number);
 }
 
@@ -79,26 +70,20 @@ void read(const std::string& name, const Json& json, float& value) {
   const double number = numberFrom(name, json);
   if (!(number >= -std::numeric_limits<float>::max() &&
         number <= std::numeric_limits<float>::max()))
-    refuse(name, "a number that fits 32 bits");
+    refuseField(name, "a number that fits 32 bits");
   value = static_cast<float>(number);
-}
-
-void readRow(const std::string& name, const Json& json, std::span<double> values) {
-  if (!json.is_array() || json.size() != values.size())
-    refuse(name, "a list of " + std::to_string(values.size()) + " numbers");
-  for (std::size_t i = 0; i < values.size(); ++i)
-    values[i] = numberFrom(name + "[" + std::to_string(i) + "]", json[i]);
 }
 
 template <std::size_t Size>
 void read(const std::string& name, const Json& json, std::array<double, Size>& values) {
   if constexpr (Size != kLut2dNodes) {
-    readRow(name, json, values);
+    readNumbers(name, json, values);
   } else {
-    if (!json.is_array() || json.size() != kLut2dHueRows) refuse(name, "24 lists of 16 numbers");
+    if (!json.is_array() || json.size() != kLut2dHueRows)
+      refuseField(name, "24 lists of 16 numbers");
     for (std::size_t row = 0; row < kLut2dHueRows; ++row)
-      readRow(name + "[" + std::to_string(row) + "]", json[row],
-              std::span(values).subspan(row * kLut2dSatColumns, kLut2dSatColumns));
+      readNumbers(name + "[" + std::to_string(row) + "]", json[row],
+                  std::span(values).subspan(row * kLut2dSatColumns, kLut2dSatColumns));
   }
 }
 

@@ -12,5 +12,6 @@ void addEvaluate(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
 void addSigma(CLI::App& parent);
+void addAe(CLI::App& parent);
 
 }  // namespace greycard::cli

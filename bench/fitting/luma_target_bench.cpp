@@ -5,8 +5,8 @@
 
 #include <random>
 
-#include "fitting/luma_task.h"
 #include "luma_target_run.h"
+#include "luma_task.h"
 #include "nlopt_callbacks.h"
 #include "nlopt_search.h"
 

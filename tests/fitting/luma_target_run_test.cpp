@@ -15,55 +15,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-// A picture whose pixels all lie in bin 100 from percentile 0.2 on and in bin 50 below it: the two
-// push statistics are 100, and the dark one, from 0 to 0.2, is 50.
-LumaTask twoBins(double luma, double current) {
-  LumaTask task(1, 1);
-  for (std::size_t c = 0; c < 3; ++c)
-    for (std::size_t k = 0; k < 256; ++k) {
-      task.cdf[0][c][k] = k < 50 ? 0.0 : k < 100 ? 0.2 : 1.0;
-      task.rgb[0][c][k] = k < 50 ? 0.0 : k < 100 ? 10.0 : 90.0;
-    }
-  task.luma = {luma};
-  task.current = {current};
-  return task;
-}
-
-// The rule by hand: A = p0, B = p1, D_hi = 2 p2, D_lo = 2 p3 at a luma of 100.
-TEST(LumaTargetRule, EachCaseOfTheRange) {
-  const struct {
-    const char* what;
-    double a, b, darkHi, darkLo, current, expected;
-  } cases[] = {
-      {"push pair below: the gap's start", 60, 40, 160, 80, 50, 60},
-      {"push pair below: in the gap", 60, 40, 160, 80, 70, 70},
-      {"push pair below: the gap's end", 60, 40, 160, 80, 90, 80},
-      {"overlap from below", 120, 40, 160, 80, 10, 80},
-      {"overlap from below, top", 120, 40, 160, 80, 500, 120},
-      {"dark pair inside", 200, 40, 160, 80, 500, 160},
-      {"push pair inside", 120, 100, 160, 80, 500, 120},
-      {"push pair inside, start", 120, 100, 160, 80, 10, 100},
-      {"overlap from above", 200, 100, 160, 80, 500, 160},
-      {"overlap from above, start", 200, 100, 160, 80, 10, 100},
-      {"push pair above: the gap's start", 300, 200, 160, 80, 10, 160},
-      {"push pair above: the gap's end", 300, 200, 160, 80, 500, 200},
-      {"B above A", 100, 200, 160, 80, 10, 100},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    auto run = runOf(twoBins(100.0, c.current));
-    run.m_ADRC_Enable = 1.0;
-    // A ceiling and a floor that are out of the way.
-    run.errorFunc_LumaTarget(
-        {c.a, c.b, c.darkHi / 2, c.darkLo / 2, 0.3, 0.2, 1e3, 1e-3, 0.1, 0.1, 0.0, 0.2});
-    EXPECT_NEAR(run.m_resHistBasedSafeTarget[0], c.expected, 1e-9);
-    EXPECT_EQ(run.m_resHistBasedShortTarget, run.m_resHistBasedSafeTarget);
-    EXPECT_EQ(run.m_resHistBasedLongTarget, run.m_resHistBasedSafeTarget);
-    EXPECT_NEAR(run.m_tempTarget[0][0], std::max(c.a, c.b), 1e-9);
-    EXPECT_NEAR(run.m_final_dark_pos[0], 50.0, 1e-9);
-  }
-}
-
 TEST(LumaTargetRule, TheCeilingIsThatOfTheFirstImageOnlyWhenItIsFitted) {
   LumaTask task(2, 5);
   task.current = {10.0, 40.0};

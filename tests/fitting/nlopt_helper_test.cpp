@@ -87,18 +87,6 @@ TEST(GaSearch, ComesNearTheKnownParametersAndKeepsTheConstraints) {
   EXPECT_GE(x[11] - x[10], 0.08 - 2e-8);
 }
 
-TEST(GaSearch, RepeatsItselfToTheBitAndFollowsTheSeed) {
-  auto first = knownTask(5), again = first, other = first;
-  const auto x = first.call(false, evaluations(700));
-  EXPECT_EQ(first.result, 5);
-  EXPECT_EQ(first.report.evaluations, 700);
-  other.call(false, evaluations(333, 2));
-  EXPECT_EQ(again.call(false, evaluations(700)), x);
-  EXPECT_EQ(again.error, first.error);
-  EXPECT_EQ(again.safe, first.safe);
-  EXPECT_NE(other.call(false, evaluations(700, 2)), x);
-}
-
 TEST(GaSearch, AfterTheTimeLimitReturnsTheLastEvaluationWithTheBestBeside) {
   auto task = knownTask(5);
   SearchOptions options;
@@ -136,10 +124,12 @@ TEST(GaSearch, SaysWhenNoPointKeepsTheConstraints) {
   EXPECT_FALSE(task.report.bestKeepsConstraints);
 }
 
+// To the bit; and the seed matters.
 TEST(GaTwoThreads, FindWhatTheyFindOneAfterTheOther) {
-  std::array<LumaTask, 2> alone{knownTask(4, 1), knownTask(9, 2)}, together = alone;
-  const auto run = [](LumaTask& task, std::uint32_t seed) {
-    task.call(false, evaluations(2000, seed));
+  const auto task = knownTask(6);
+  std::array<LumaTask, 2> alone{task, task}, together{task, task};
+  const auto run = [](LumaTask& one, std::uint32_t seed) {
+    one.call(false, evaluations(2000, seed));
   };
   run(alone[0], 1);
   run(alone[1], 2);
@@ -150,7 +140,10 @@ TEST(GaTwoThreads, FindWhatTheyFindOneAfterTheOther) {
     EXPECT_EQ(together[i].report.best, alone[i].report.best);
     EXPECT_EQ(together[i].error, alone[i].error);
     EXPECT_EQ(together[i].safe, alone[i].safe);
+    EXPECT_EQ(together[i].result, 5);
+    EXPECT_EQ(together[i].report.evaluations, 2000);
   }
+  EXPECT_NE(alone[0].error, alone[1].error);
 }
 
 TEST(GaArguments, AreRefusedByName) {
@@ -164,17 +157,12 @@ TEST(GaArguments, AreRefusedByName) {
       {"Weight has 2 entries; it needs 3", [](LumaTask& t) { t.weight.pop_back(); }},
       {"Weight[1] is -1", [](LumaTask& t) { t.weight[1] = -1.0; }},
       {"Weight is 0 for every image", [](LumaTask& t) { t.weight.assign(3, 0.0); }},
-      {"newTarget[2] is not", [&](LumaTask& t) { t.wanted[2] = nan; }},
-      {"curr_luma has 2", [](LumaTask& t) { t.luma.pop_back(); }},
       {"cur_target[0] is not", [&](LumaTask& t) { t.current[0] = nan; }},
-      {"max_drc_gain[0] is not", [&](LumaTask& t) { t.maxDrcGain = HUGE_VAL; }},
-      {"hist_CDF has 2", [](LumaTask& t) { t.cdf.pop_back(); }},
       {"hist_RGB[1][2][255] is not", [&](LumaTask& t) { t.rgb[1][2][255] = nan; }},
       {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
       {"initialBound[3] is 31, outside its bounds 0 to 30", [](LumaTask& t) { t.start[3] = 31; }},
       {"upperBound[3] is not", [&](LumaTask& t) { t.upper[3] = HUGE_VAL; }},
       {"parameters_enable has 8", [](LumaTask& t) { t.enable.pop_back(); }},
-      {"initial_parameter[11] is not", [&](LumaTask& t) { t.fallback[11] = nan; }},
       {"final_dark_pos has 2", [](LumaTask& t) { t.dark.pop_back(); }},
   };
   for (const auto& [says, spoil] : cases) {

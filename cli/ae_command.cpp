@@ -1,0 +1,117 @@
+// greycard ae: the parameters of an auto-exposure luma-target rule that meet wanted targets.
+
+#include <cmath>
+#include <iostream>
+#include <memory>
+
+#include "ae_commands.h"
+#include "ae_fit.h"
+#include "command.h"
+#include "greycard/files.h"
+#include "progress_bar.h"
+#include "sub_commands.h"
+
+namespace greycard::cli {
+namespace {
+
+struct AeOptions : CommonOptions {
+  std::filesystem::path fit, plot;
+  std::vector<std::filesystem::path> pictures;
+  std::vector<double> targets;
+  std::optional<int> whiteLevel;
+  bool manual = false;
+  SearchOptions search;
+};
+
+AeJob jobOf(const AeOptions& options) {
+  if (options.fit.empty() && options.pictures.empty())
+    throw UsageError("name a FIT.json, or pictures with --image and --target");
+  if (options.pictures.size() != options.targets.size())
+    throw UsageError("there must be one --target for each --image");
+  for (const double target : options.targets)
+    if (!std::isfinite(target)) throw UsageError("--target must be a number from 0 to 255");
+  if (options.search.maxSeconds == 0.0 && options.search.maxEvaluations == 0)
+    throw UsageError("with --time 0, limit the --evaluations");
+  JobFiles files;
+  files.input("FIT.json", options.fit);
+  for (const auto& picture : options.pictures) files.input("--image", picture);
+  files.output("--plot", options.plot);
+  files.output("--json", options.json);
+  AeJob job = options.fit.empty() ? AeJob() : readAeJob(options.fit, files);
+  for (std::size_t i = 0; i < options.pictures.size(); ++i)
+    job.addPicture(options.pictures[i], options.targets[i], options.whiteLevel);
+  if (job.images() == 0)
+    throw JobError(quoted(options.fit) + " has no images; add some, or name pictures with --image");
+  return job;
+}
+
+template <typename Result>
+void write(const AeOptions& options, const AeJob& job, const Result& result,
+           const AeEvaluation* before, const AeEvaluation& after) {
+  if (!options.plot.empty()) writeWholeFile(options.plot, aePlot(job, before, after));
+  writeJson(options.json, aeJson(job, result));
+  if (options.printsText()) std::cout << aeText(job, result);
+}
+
+void run(const AeOptions& options) {
+  const AeJob job = jobOf(options);
+  if (options.manual) {
+    const AeEvaluation manual = evaluateRule(job, job.initial_parameter);
+    write(options, job, manual, nullptr, manual);
+    return;
+  }
+  const AeFit fit = [&] {
+    ProgressBar progress("fitting");
+    SearchOptions search = options.search;
+    search.progress = progress.callback();
+    return fitRule(job, search);
+  }();
+  write(options, job, fit, &fit.start, fit.best);
+}
+
+}  // namespace
+
+void addAe(CLI::App& parent) {
+  const auto options = std::make_shared<AeOptions>();
+  CLI::App& app = addSubCommand(
+      parent, "ae",
+      "Fit the parameters of an auto-exposure luma-target rule to the targets wanted for pictures",
+      "greycard ae fit.json --plot targets.svg\n"
+      "greycard ae --image dark.jpg --target 60 --image bright.jpg --target 45 --time 5\n"
+      "greycard ae luma-match 200,100,50 100,100,100",
+      *options);
+  app.add_option(
+         "fit", options->fit,
+         "Bounds, start, flags and images as JSON (docs/ae_json.md); not needed with --image")
+      ->type_name("FIT.json");
+  app.add_option("--image", options->pictures, "A picture more, of which histograms are made")
+      ->allow_extra_args(false)
+      ->type_name("PICTURE");
+  app.add_option("--target", options->targets, "The luma target wanted for it, in 8-bit codes")
+      ->allow_extra_args(false)
+      ->type_name("T")
+      ->check(CLI::Range(0.0, 255.0));
+  app.add_option("--white", options->whiteLevel,
+                 "Sample of full scale in the pictures of --image (default 255 or 65535)")
+      ->type_name("LEVEL")
+      ->check(CLI::Range(1, 65535));
+  app.add_flag("--manual", options->manual, "Evaluate initial_parameter without a search");
+  app.add_option("--seed", options->search.seed, "Of the random numbers")->capture_default_str();
+  app.add_option("--time", options->search.maxSeconds, "Longest time of the search; 0 = no limit")
+      ->capture_default_str()
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, 1e6));
+  app.add_option("--evaluations", options->search.maxEvaluations,
+                 "Most evaluations of the rule; 0 = no limit")
+      ->capture_default_str()
+      ->type_name("COUNT")
+      ->check(CLI::NonNegativeNumber);
+  app.add_option("--plot", options->plot, "Draw the targets reached against those wanted")
+      ->type_name("OUT.svg");
+  addAeLumaMatch(app);
+  app.callback([options, &app] {
+    if (app.get_subcommands().empty()) run(*options);
+  });
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "file.h"
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class AeCommandTest : public CommandTest {
+ protected:
+  AeCommandTest() {
+    writeWholeFile(folder / "dark.pgm", "P2 4 1 255\n10 20 30 60\n");  // luma 30
+    writeWholeFile(folder / "bright.pgm", "P2 4 1 255\n50 90 120 240\n");
+  }
+  json figures(std::vector<std::string> words) const {
+    words.insert(words.begin(), "ae");
+    words.insert(words.end(), {"--json", "-"});
+    const auto outcome = run(words);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return json::parse(outcome.out);
+  }
+};
+
+TEST_F(AeCommandTest, FitsPicturesOfAFileAndOfTheCommandLine) {
+  writeWholeFile(folder / "fit.json",
+                 R"({"images": [{"picture": "dark.pgm", "newTarget": 25, "Weight": 2}]})");
+  const std::vector<std::string> words{
+      "fit.json", "--image", "bright.pgm", "--target",      "90",  "--plot", "t.svg", "--seed",
+      "3",        "--time",  "0",          "--evaluations", "3000"};
+  auto first = figures(words), again = figures(words);
+  EXPECT_EQ(first["evaluations"], 3000);
+  EXPECT_EQ(first["stop_reason"], "the limit of evaluations was reached");
+  EXPECT_LT(first["best"]["error"], first["start"]["error"]);
+  EXPECT_EQ(first["best"], again["best"]);
+  EXPECT_EQ(first["errorValue"], first["best"]["error"]);
+  EXPECT_DOUBLE_EQ(first["images"][0]["cur_target"], 30.0);
+  EXPECT_EQ(first["images"][1]["name"], "bright.pgm");
+  EXPECT_THAT(read("t.svg"), HasSubstr("reached = wanted"));
+
+  // By hand: the brightest quarter of the pixels lies in bin 60.
+  const auto manual = figures({"fit.json", "--manual"})["manual"];
+  EXPECT_EQ(manual["parameters"], first["start"]["parameters"]);
+  EXPECT_NEAR(manual["final_sat_pushup_pos"][0], 60.0, 1e-9);
+  EXPECT_NEAR(manual["fourTargets"][0][0], 250.0 / 60.0 * 30.0, 1e-9);
+  EXPECT_THAT(run({"ae", "fit.json", "--time", "0.05"}).out, HasSubstr("best"));
+}
+
+TEST_F(AeCommandTest, MatchesLuma) {
+  const auto match = figures({"luma-match", "128,128,128", "64,64,64"});
+  EXPECT_NEAR(match["factor"], 0.5, 1e-4);
+  EXPECT_NEAR(match["scaled_L"].get<double>(), match["target_L"].get<double>(), 1e-3);
+  EXPECT_EQ(run({"ae", "luma-match", "1,2", "3,4,5"}).status, 2);
+  EXPECT_EQ(run({"ae", "luma-match", "1,2,nan", "3,4,5"}).status, 2);
+}
+
+TEST_F(AeCommandTest, RefusesFilesThatAreNoFits) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"{", "is not a JSON file"},
+      {"{}", "has no images"},
+      {R"({"image": []})", "did you mean \"images\"?"},
+      {R"({"images": [{"picture": "dark.pgm"}]})", "images[0].newTarget is missing"},
+      {R"({"images": [{"newTarget": 1}]})", "images[0].picture is missing"},
+      {R"({"images": [{"newTarget": 1, "picture": "no.png"}]})", "no.png"},
+      {R"({"images": [{"newTarget": 1, "hist_CDF": [[1]], "hist_RGB": 1}]})", "3 lists of 256"},
+      {R"({"lowerBound": [1, 2]})", "lowerBound must be a list of 12 numbers"},
+  };
+  for (const auto& [text, says] : cases) {
+    SCOPED_TRACE(text);
+    writeWholeFile(folder / "bad.json", text);
+    const auto outcome = run({"ae", "bad.json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr(says));
+  }
+  EXPECT_EQ(run({"ae", "--image", "dark.pgm"}).status, 2);
+}
+
+}  // namespace
+}  // namespace greycard
