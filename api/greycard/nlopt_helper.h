@@ -131,9 +131,12 @@ class GREYCARD_EXPORT NLoptHelper {
       double& errorValue, const SearchOptions& options = {}, GaReport* report = nullptr) const;
 
   /// The factor, 0 to 10, on the encoded test colour that gives it the L* of the target colour; the
-  /// nearest that NLopt finds when none does. The search ends when the two L* agree to 1e-5, or
-  /// when it no longer gains: the two then agree to about 2e-4. That is 1e-4 in the factor where a
-  /// unit of factor is worth 2 units of L* or more, hence for all but nearly black test colours.
+  /// nearest that NLopt finds when none does. The search ends when the two L* agree to 1e-5, or when
+  /// the square of their difference no longer falls by 1e-8.
+  ///
+  /// Accuracy: within 6e-5 of the exact factor for 3000 random pairs whose test channels are 32 or
+  /// above; a darker colour's factor is less certain, as a unit of it is worth less of L* (up to 7e-4
+  /// for channels of 1).
   ///
   /// \param testRGB, targetRGB  encoded sRGB, nominally 0..255
   /// \return the factor; 1 at once for a black test colour, which no factor can change

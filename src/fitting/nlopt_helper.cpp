@@ -36,9 +36,20 @@ void logGa(const LumaTargetRun& run, double minimum, const GaParameters& x) {
   debugPrint("four targets = (%f %f %f %f) \n", targets[0], targets[1], targets[2], targets[3]);
 }
 
+// The error of the parameters that are held fixed.
+double evaluateFixed(LumaTargetRun& run, const GaParameters& best, GaReport& report) {
+  const double error = run.errorFunc_LumaTarget(run.m_initial_parameter);
+  report = {best, keepsConstraints(best), 1, 0.0};
+  return error;
+}
+
 // Searches from x and leaves in it what GA returns.
 NloptOutcome searchParameters(LumaTargetRun& run, const SearchOptions& options, GaParameters& x,
                               GaReport& report) {
+  if (!anyEnabled(run)) {  // nothing to search for: the error is constant
+    const double error = evaluateFixed(run, x, report);
+    return {.result = kSuccess, .minimum = error, .evaluations = 1, .seconds = 0.0};
+  }
   const NloptOutcome outcome =
       minimise({run.m_lowerBound, run.m_upperBound, GA_Utility, kGaConstraints, &run}, options, x);
   report = {x, keepsConstraints(x), outcome.evaluations, outcome.seconds};
@@ -100,8 +111,8 @@ GaParameters NLoptHelper::GA(
     refuseArgument("GA", "imageCount",
                    "is " + std::to_string(imageCount) + "; it must be from 1 to 299");
   const auto images = static_cast<std::size_t>(imageCount);
-  requireFinite("GA", "max_drc_gain", {&max_drc_gain, 1}, 1);
-  requireFinite("GA", "ADRC_Enable", {&ADRC_Enable, 1}, 1);
+  requireFinite("GA", "max_drc_gain", max_drc_gain);
+  requireFinite("GA", "ADRC_Enable", ADRC_Enable);
   requireLimits("GA", options);
 
   LumaTargetRun run;
@@ -137,11 +148,8 @@ GaParameters NLoptHelper::GA(
   GaParameters x;
   std::copy_n(initialBound.begin(), kGaParameters, x.begin());
   GaReport found;
-  if (isManual || !anyEnabled(run)) {
-    errorValue = run.errorFunc_LumaTarget(run.m_initial_parameter);
-    found = {isManual ? run.m_initial_parameter : x, true, 1, 0.0};
-    found.bestKeepsConstraints = keepsConstraints(found.best);
-    if (!isManual) opt_endCond = kSuccess;  // nothing to search for: the objective is constant
+  if (isManual) {
+    errorValue = evaluateFixed(run, run.m_initial_parameter, found);
   } else {
     const NloptOutcome outcome = searchParameters(run, options, x, found);
     opt_endCond = outcome.result;

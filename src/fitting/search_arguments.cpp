@@ -8,6 +8,8 @@
 namespace greycard {
 namespace {
 
+constexpr const char* kNotFinite = "is not a finite number";
+
 std::string entry(const char* argument, std::size_t i) {
   return std::string(argument) + "[" + std::to_string(i) + "]";
 }
@@ -29,12 +31,15 @@ void requireLength(const char* call, const char* argument, std::size_t length, s
                    "has " + std::to_string(length) + " entries; it needs " + std::to_string(count));
 }
 
+void requireFinite(const char* call, const char* argument, double value) {
+  if (!std::isfinite(value)) refuseArgument(call, argument, kNotFinite);
+}
+
 void requireFinite(const char* call, const char* argument, std::span<const double> values,
                    std::size_t count) {
   requireLength(call, argument, values.size(), count);
   for (std::size_t i = 0; i < count; ++i)
-    if (!std::isfinite(values[i]))
-      refuseArgument(call, entry(argument, i), "is not a finite number");
+    if (!std::isfinite(values[i])) refuseArgument(call, entry(argument, i), kNotFinite);
 }
 
 void requireHistograms(const char* call, const char* argument,

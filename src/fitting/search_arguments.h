@@ -18,6 +18,8 @@ namespace greycard {
 void requireFinite(const char* call, const char* argument, std::span<const double> values,
                    std::size_t count);
 
+void requireFinite(const char* call, const char* argument, double value);
+
 /// At least `count` rows.
 void requireLength(const char* call, const char* argument, std::size_t length, std::size_t count);
 
