@@ -44,10 +44,12 @@ bool AWBUtils::SpansPlane(const ReferencePoints& points) {
   const double ux = points[1].rg - points[0].rg, uy = points[1].bg - points[0].bg;
   const double vx = points[2].rg - points[0].rg, vy = points[2].bg - points[0].bg;
   const double longest = std::max(std::hypot(ux, uy), std::hypot(vx, vy));
-  // Coordinates rounded to double move the doubled area by a few epsilons of this product.
-  const double rounding = 16.0 * std::numeric_limits<double>::epsilon() * largest * longest;
-  const double doubledArea = std::abs(ux * vy - uy * vx);
-  return doubledArea > rounding && std::isfinite(doubledArea);
+  // In units of the longest side, so that no square leaves the range of a double. Coordinates that
+  // are rounded to double move the doubled area by a few epsilons of the largest of them.
+  const double doubledArea =
+      std::abs(ux / longest * (vy / longest) - uy / longest * (vx / longest));
+  const double rounding = 16.0 * std::numeric_limits<double>::epsilon() * (largest / longest);
+  return doubledArea > rounding;
 }
 
 }  // namespace greycard

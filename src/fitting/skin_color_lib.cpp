@@ -32,6 +32,9 @@ SkinColorLib::SkinDetectMap SkinColorLib::Calibrate(bool bUseSingleCCM) {
 
   SkinDetectMap map;
   map.count = hsy.rows();
+  const auto count = static_cast<std::size_t>(map.count);
+  for (auto* values : {&map.h, &map.s, &map.y}) values->reserve(count);
+  map.rgb.reserve(count);
   for (std::int32_t i = 0; i < map.count; ++i) {
     map.h.push_back(toFloat(hsy[i][0]));
     map.s.push_back(toFloat(hsy[i][1]));

@@ -17,23 +17,11 @@ WhiteBalancePoint mapped(const Points& s, const Points& t, const WhiteBalancePoi
                                                    t[2].rg, t[2].bg, p.rg, p.bg);
 }
 
-void expectNear(const WhiteBalancePoint& found, const WhiteBalancePoint& wanted) {
-  EXPECT_NEAR(found.rg, wanted.rg, 1e-12);
-  EXPECT_NEAR(found.bg, wanted.bg, 1e-12);
-}
-
-const Points kSource{{{0.45, 0.71}, {0.62, 0.55}, {0.88, 0.38}}};
-
-TEST(AWBUtils, IdentityAndShift) {
-  Points shifted = kSource;
-  for (auto& [rg, bg] : shifted) {
-    rg += 0.1;
-    bg -= 0.05;
-  }
-  for (const WhiteBalancePoint p : {WhiteBalancePoint{0.5, 0.6}, {0.0, 0.0}, {-3.0, 7.0}}) {
-    expectNear(mapped(kSource, kSource, p), p);
-    expectNear(mapped(kSource, shifted, p), {p.rg + 0.1, p.bg - 0.05});
-  }
+void expectMapped(const Points& s, const Points& t, const WhiteBalancePoint& p,
+                  const WhiteBalancePoint& wanted) {
+  const WhiteBalancePoint found = mapped(s, t, p);
+  EXPECT_NEAR(found.rg, wanted.rg, 1e-9);
+  EXPECT_NEAR(found.bg, wanted.bg, 1e-9);
 }
 
 // p = l1 s1 + l2 s2 + l3 s3 with areas of triangles as l (Moebius) is l1 t1 + l2 t2 + l3 t3.
@@ -54,10 +42,13 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
     ASSERT_TRUE(AWBUtils::SpansPlane(s));
     const double l1 = area(p, s[1], s[2]) / whole, l2 = area(s[0], p, s[2]) / whole;
     const double l3 = area(s[0], s[1], p) / whole;
-    const WhiteBalancePoint found = mapped(s, t, p);
-    EXPECT_NEAR(found.rg, l1 * t[0].rg + l2 * t[1].rg + l3 * t[2].rg, 1e-9);
-    EXPECT_NEAR(found.bg, l1 * t[0].bg + l2 * t[1].bg + l3 * t[2].bg, 1e-9);
-    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(mapped(s, t, s[k]).rg, t[k].rg, 1e-9);
+    expectMapped(
+        s, t, p,
+        {l1 * t[0].rg + l2 * t[1].rg + l3 * t[2].rg, l1 * t[0].bg + l2 * t[1].bg + l3 * t[2].bg});
+    for (std::size_t k = 0; k < 3; ++k) expectMapped(s, t, s[k], t[k]);
+    expectMapped(s, s, p, p);
+    for (std::size_t k = 0; k < 3; ++k) t[k] = {s[k].rg + 0.1, s[k].bg - 0.05};
+    expectMapped(s, t, p, {p.rg + 0.1, p.bg - 0.05});
   }
 }
 
@@ -70,9 +61,11 @@ TEST(AWBUtils, SourcePointsWithoutAPlaneAreToldAndHarmless) {
                           {{{nan, 0.6}, {0.5, 0.3}, {0.9, 0.3}}},
                           {{{inf, 0.6}, {0.5, 0.3}, {0.9, 0.3}}}}) {
     EXPECT_FALSE(AWBUtils::SpansPlane(s));
-    EXPECT_NO_THROW(mapped(s, kSource, {0.5, 0.5}));
+    EXPECT_NO_THROW(mapped(s, {{{0.5, 1.0}, {0.6, 0.9}, {0.9, 0.2}}}, {0.5, 0.5}));
   }
   EXPECT_TRUE(AWBUtils::SpansPlane({{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0 + 1e-12}}}));
+  for (const double unit : {1e-300, 1e300})
+    EXPECT_TRUE(AWBUtils::SpansPlane({{{unit, 0.0}, {0.0, unit}, {unit, unit}}}));
 }
 
 }  // namespace
