@@ -117,6 +117,8 @@ int runGreycard(int argc, char** argv) {
   addGamma(app);
   addLut2d(app);
   addSigma(app);
+  addWbMap(app);
+  addSkin(app);
   return parseAndRun(app, argc, argv);
 }
 

@@ -12,5 +12,7 @@ void addEvaluate(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
 void addSigma(CLI::App& parent);
+void addWbMap(CLI::App& parent);
+void addSkin(CLI::App& parent);
 
 }  // namespace greycard::cli

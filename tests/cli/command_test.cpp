@@ -24,7 +24,9 @@ TEST_F(CommandTest, HelpHasAnExampleEverywhere) {
                                                        {"gamma", "show"},
                                                        {"gamma", "lut"},
                                                        {"lut2d"},
-                                                       {"lut2d", "apply"}};
+                                                       {"lut2d", "apply"},
+                                                       {"wb-map"},
+                                                       {"skin"}};
   for (auto words : commands) {
     SCOPED_TRACE(testing::PrintToString(words));
     words.push_back("--help");
