@@ -20,13 +20,6 @@ namespace {
 constexpr double kGreenLiftWorthTelling = 1.01;   // about 0.4 units of L* at the white patch
 constexpr double kChromaMissWorthTelling = 0.05;  // what the search itself takes as reached
 
-std::string patchList(const std::vector<int>& patches) {
-  std::string list;
-  for (const int patch : patches)
-    list += (list.empty() ? "" : ", ") + std::to_string(patch + 1) + " (" + patchName(patch) + ")";
-  return list;
-}
-
 std::vector<std::string> fitWarnings(const CcmResult& result) {
   std::vector<std::string> warnings = chartWarnings(result.chart);
   if (const auto clipped = result.sampling.clippedPatches(); !clipped.empty())

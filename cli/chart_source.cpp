@@ -5,6 +5,7 @@
 #include "command.h"
 #include "greycard/chart_regions.h"
 #include "greycard/files.h"
+#include "greycard/macbeth_chart_data.h"
 
 namespace greycard::cli {
 
@@ -16,6 +17,10 @@ void ChartSource::addTo(CLI::App& app, bool regionsFromFile) {
     app.add_option("--regions", regions,
                    "Take the patches from this region file instead of looking for the chart")
         ->type_name("FILE");
+  addSampleOptions(app);
+}
+
+void ChartSource::addSampleOptions(CLI::App& app) {
   app.add_option("--encoding", encoding,
                  "What samples mean: srgb (default for 8 bits) or linear (default for 16 bits)")
       ->check(CLI::IsMember({"srgb", "linear"}))
@@ -62,6 +67,13 @@ std::vector<std::string> chartWarnings(const LocatedChart& chart) {
   for (const std::string& doubt : chart.detection->doubts)
     warnings.push_back("the chart may not be where it was found: " + doubt);
   return warnings;
+}
+
+std::string patchList(const std::vector<int>& patches) {
+  std::string list;
+  for (const int patch : patches)
+    list += (list.empty() ? "" : ", ") + std::to_string(patch + 1) + " (" + patchName(patch) + ")";
+  return list;
 }
 
 Json chartJson(const LocatedChart& chart) {

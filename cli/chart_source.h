@@ -26,6 +26,8 @@ struct ChartSource {
   bool force = false;  ///< go on with a fit of the chart that is in doubt
 
   void addTo(CLI::App& app, bool regionsFromFile);
+  /// Only what samples mean and --force, for a command that names its photographs itself.
+  void addSampleOptions(CLI::App& app);
   void nameFiles(JobFiles& files) const;
   /// Of the picture's samples: sRGB-encoded for 8 bits and linear for 16 unless told otherwise.
   SampleLevels levels(const Picture& picture) const;
@@ -43,6 +45,9 @@ LocatedChart locateChart(const ChartSource& source, const Picture& picture);
 
 /// The doubts about a forced fit, each a sentence for the user.
 std::vector<std::string> chartWarnings(const LocatedChart& chart);
+
+/// As in "19 (white 9 5), 20 (neutral 8)". \param patches  0-based
+std::string patchList(const std::vector<int>& patches);
 
 /// The detection's part of a JSON document.
 Json chartJson(const LocatedChart& chart);

@@ -118,6 +118,8 @@ int runGreycard(int argc, char** argv) {
   addLut2d(app);
   addSigma(app);
   addAe(app);
+  addWbMap(app);
+  addSkin(app);
   return parseAndRun(app, argc, argv);
 }
 

@@ -18,15 +18,8 @@ Point2 onWheel(double hueDeg, double sat) {
 }
 
 std::string colourOf(double hueDeg, double sat) {
-  constexpr const char* kDigits = "0123456789abcdef";
   const double hue = std::fmod(std::fmod(hueDeg, 360.0) + 360.0, 360.0);
-  std::string text = "#";
-  for (const double component : TwoDLutHelper::HLStoRGB(hue, std::clamp(sat, 0.0, 1.0), 0.5)) {
-    const int code = static_cast<int>(std::lround(255.0 * std::clamp(component, 0.0, 1.0)));
-    text += kDigits[code / 16];
-    text += kDigits[code % 16];
-  }
-  return text;
+  return hexColour(TwoDLutHelper::HLStoRGB(hue, std::clamp(sat, 0.0, 1.0), 0.5));
 }
 
 }  // namespace

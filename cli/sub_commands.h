@@ -13,5 +13,7 @@ void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
 void addSigma(CLI::App& parent);
 void addAe(CLI::App& parent);
+void addWbMap(CLI::App& parent);
+void addSkin(CLI::App& parent);
 
 }  // namespace greycard::cli

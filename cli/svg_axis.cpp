@@ -1,9 +1,10 @@
 #include "svg_axis.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <utility>
+
+#include "text_table.h"
 
 namespace greycard::cli {
 namespace {
@@ -53,10 +54,7 @@ AxisScale AxisScale::widenedTo(double range) const {
 }
 
 std::string AxisScale::label(double tick) {
-  char buffer[32];
-  const auto end =
-      std::to_chars(buffer, buffer + sizeof buffer, tick, std::chars_format::general, 6);
-  return {buffer, end.ptr};
+  return general(tick, 6);
 }
 
 }  // namespace greycard::cli

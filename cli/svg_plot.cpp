@@ -16,7 +16,7 @@ namespace {
 constexpr double kWidth = 600.0, kHeight = 430.0, kSquareHeight = 580.0;
 constexpr double kLeft = 66.0, kRight = 18.0, kBottom = 50.0, kTitleHeight = 34.0;
 constexpr double kLegendRow = 20.0, kLegendKey = 34.0, kLegendGap = 18.0;
-constexpr double kMarkerRadius = 4.0, kArrowHead = 6.0;
+constexpr double kMarkerRadius = 4.0, kSpeckRadius = 1.6, kArrowHead = 6.0;
 // A generous mean width of a letter at the 13 pixels of the legend.
 constexpr double kLetterWidth = 7.3;
 
@@ -47,6 +47,18 @@ std::string stroke(const std::string& colour, bool dashed) {
 
 std::string marker(SvgPlot::Marker kind, const Point2& at, const std::string& colour) {
   const std::string safe = htmlEscape(colour);
+  if (kind == SvgPlot::Marker::Speck)
+    return "<circle" + attribute("cx", at.x) + attribute("cy", at.y) +
+           attribute("r", kSpeckRadius) + " fill=\"" + safe +
+           "\" stroke=\"#777\" stroke-width=\"0.3\"/>\n";
+  if (kind == SvgPlot::Marker::Cross) {
+    const auto stroke = [&](double side) {
+      return "M" + number(at.x - kSpeckRadius) + " " + number(at.y - side) + "L" +
+             number(at.x + kSpeckRadius) + " " + number(at.y + side);
+    };
+    return "<path d=\"" + stroke(kSpeckRadius) + stroke(-kSpeckRadius) + "\" stroke=\"" + safe +
+           "\"/>\n";
+  }
   const std::string rim = " stroke=\"#333\" stroke-width=\"0.8\"";
   if (kind == SvgPlot::Marker::Square)
     return "<rect" + attribute("x", at.x - kMarkerRadius) + attribute("y", at.y - kMarkerRadius) +
@@ -65,6 +77,17 @@ const char* plotColour(std::size_t index) {
   static constexpr std::array kColours{"#0072b2", "#d55e00", "#009e73",
                                        "#cc79a7", "#000000", "#e69f00"};
   return kColours[index % kColours.size()];
+}
+
+std::string hexColour(const Vector3& rgb) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string text = "#";
+  for (const double component : rgb) {
+    const long code = std::lround(255.0 * std::clamp(component, 0.0, 1.0));
+    text += kDigits[code / 16];
+    text += kDigits[code % 16];
+  }
+  return text;
 }
 
 // One rendering: where the plot's area lies in the picture, and the scales of its axes.

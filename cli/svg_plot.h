@@ -16,6 +16,9 @@ struct PlotAxis {
 /// Colours that also differ for colour-blind eyes (Okabe and Ito, 2008), repeating after six.
 const char* plotColour(std::size_t index);
 
+/// "#rrggbb" of an encoded colour of 0..1; what lies beyond is clipped.
+std::string hexColour(const Vector3& rgb);
+
 /// A plot of lines, markers and arrows as one SVG element: 600 pixels wide, no script, nothing
 /// fetched from anywhere, no identifiers, so that several fit into one page. Points are in the
 /// units of the axes. A point that is not finite is left out and interrupts its line; lines are cut
@@ -28,7 +31,8 @@ class SvgPlot {
   /// An empty name keeps a series out of the legend.
   void addLine(std::string name, std::vector<Point2> points, std::string colour,
                Stroke stroke = Stroke::Solid);
-  enum class Marker { Dot, Ring, Square };
+  /// Specks and crosses are small, for thousands of points.
+  enum class Marker { Dot, Ring, Square, Speck, Cross };
   void addMarkers(std::string name, std::vector<Point2> points, std::string colour,
                   Marker marker = Marker::Dot);
   void addArrow(Point2 from, Point2 to, std::string colour);

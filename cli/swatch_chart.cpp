@@ -1,26 +1,20 @@
 #include "swatch_chart.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdio>
 
 #include "greycard/image_utils_ex.h"
+#include "svg_plot.h"
 
 namespace greycard::cli {
 namespace {
 
 constexpr int kColumns = 6, kPitch = 100, kSide = 88, kInset = 16;
 
-std::string hexColour(const Vector3& lab) {
+std::string colourOf(const Vector3& lab) {
   Vector3 rgb{};
   ImageUtilsEx::CIELabTosRGB(rgb, lab);
-  int code[3] = {};
-  for (std::size_t c = 0; c < 3; ++c)
-    code[c] = static_cast<int>(std::lround(std::clamp(rgb[c], 0.0, 1.0) * 255.0));
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", code[0], code[1], code[2]);
-  return text;
+  return hexColour(rgb);
 }
 
 std::string triangle(int x0, int y0, int x1, int y1, int x2, int y2, const std::string& fill) {
@@ -48,9 +42,9 @@ std::string swatchChart(const PatchTable& referenceLab, const PatchTable& correc
     const int right = x + kSide - kInset, bottom = y + kSide - kInset;
     svg += "<rect x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
            std::to_string(kSide) + "\" height=\"" + std::to_string(kSide) + "\" fill=\"" +
-           hexColour(referenceLab[patch]) + "\"/>";
-    svg += triangle(left, top, right, top, left, bottom, hexColour(correctedLab[patch]));
-    svg += triangle(right, top, right, bottom, left, bottom, hexColour(beforeLab[patch]));
+           colourOf(referenceLab[patch]) + "\"/>";
+    svg += triangle(left, top, right, top, left, bottom, colourOf(correctedLab[patch]));
+    svg += triangle(right, top, right, bottom, left, bottom, colourOf(beforeLab[patch]));
     svg += "\n";
   }
   return svg + "</svg>\n";

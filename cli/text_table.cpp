@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <concepts>
 
 namespace greycard::cli {
 namespace {
@@ -12,6 +13,13 @@ std::size_t widthOf(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   }));
+}
+
+template <std::floating_point T>
+std::string shortest(T value) {
+  if (std::isnan(value)) return "nan";  // whatever its sign
+  char buffer[64];
+  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
 }
 
 }  // namespace
@@ -24,6 +32,21 @@ std::string fixed(double value, int decimals) {
   std::string text(buffer, end.ptr);
   if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos) text.erase(0, 1);
   return text;
+}
+
+std::string general(double value, int digits) {
+  if (!std::isfinite(value)) return "-";
+  char buffer[64];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value + 0.0,  // -0 becomes 0
+                                 std::chars_format::general, std::clamp(digits, 1, 17));
+  return {buffer, end.ptr};
+}
+
+std::string exact(double value) {
+  return shortest(value);
+}
+std::string exact(float value) {
+  return shortest(value);
 }
 
 TextTable::TextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {}

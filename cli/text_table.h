@@ -10,6 +10,14 @@ namespace greycard::cli {
 /// what is not a number becomes "-".
 std::string fixed(double value, int decimals);
 
+/// The number with that many significant digits, in powers of ten where that is shorter; what is
+/// not a number becomes "-".
+std::string general(double value, int digits);
+
+/// The shortest text that reads back to the same bits, for files; "inf" and "nan" are possible.
+std::string exact(double value);
+std::string exact(float value);
+
 /// A table for people: columns as wide as their widest cell, two blanks between them.
 class TextTable {
  public:

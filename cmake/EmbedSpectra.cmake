@@ -2,8 +2,8 @@
 #   cmake -DDATA=<folder of the CSVs> -DOUTPUT=<file.cpp> -P EmbedSpectra.cmake
 # A file whose header, wavelengths, rows, columns or numbers are not as stated below stops the build.
 
-# table(name file columns first_nm last_nm): all tables go by 5 nm.
-function(table name file columns first_nm last_nm)
+# table(name file columns first_nm last_nm step_nm)
+function(table name file columns first_nm last_nm step_nm)
   file(STRINGS "${DATA}/${file}" lines)
   list(POP_FRONT lines header)
   if(NOT header MATCHES "^wavelength_nm,")
@@ -29,9 +29,9 @@ function(table name file columns first_nm last_nm)
     string(REPLACE ";" ", " row "${row}")
     string(APPEND wavelengths "${wavelength}, ")
     string(APPEND values "    ${row},\n")
-    math(EXPR nm "${nm} + 5")
+    math(EXPR nm "${nm} + ${step_nm}")
   endforeach()
-  math(EXPR end_nm "${last_nm} + 5")
+  math(EXPR end_nm "${last_nm} + ${step_nm}")
   if(NOT nm EQUAL end_nm)
     message(FATAL_ERROR "${file}: the last row is not the one of ${last_nm} nm")
   endif()
@@ -44,11 +44,12 @@ function(table name file columns first_nm last_nm)
   set(objects "${objects}" PARENT_SCOPE)
 endfunction()
 
-table(ChartReflectance chart24_reflectance.csv 24 380 780)
-table(Observer cie_1931_2deg_cmf.csv 3 360 830)
-table(Illuminant cie_illuminants_a_d50_d65.csv 3 300 830)
-table(Fluorescent cie_fluorescent_f1_f12.csv 12 380 780)
-table(Horizon horizon_light.csv 1 300 830)
+table(ChartReflectance chart24_reflectance.csv 24 380 780 5)
+table(Observer cie_1931_2deg_cmf.csv 3 360 830 5)
+table(Illuminant cie_illuminants_a_d50_d65.csv 3 300 830 5)
+table(Fluorescent cie_fluorescent_f1_f12.csv 12 380 780 5)
+table(Horizon horizon_light.csv 1 300 830 5)
+table(SkinReflectance skin_reflectance.csv 357 400 700 10)
 
 file(WRITE "${OUTPUT}" "// Generated from data/*.csv by cmake/EmbedSpectra.cmake.\n"
      "#include \"spectral_tables.h\"\n\nnamespace greycard {\nnamespace {\n${tables}}  // namespace\n\n"

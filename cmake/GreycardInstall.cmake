@@ -12,6 +12,9 @@ if(TARGET greycard_command)
 endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/api/greycard ${PROJECT_BINARY_DIR}/api/greycard
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+# The embedded spectra ask for attribution wherever a copy goes.
+install(FILES ${PROJECT_SOURCE_DIR}/data/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
+        RENAME spectral_data.md)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/greycard)
 install(EXPORT greycardTargets NAMESPACE greycard:: FILE greycardTargets.cmake DESTINATION ${package_dir})

@@ -19,6 +19,12 @@ class GREYCARD_EXPORT ShapeError : public std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
 
+/// An input that a calibration can't work with.
+class GREYCARD_EXPORT CalibrationError : public std::invalid_argument {
+ public:
+  using std::invalid_argument::invalid_argument;
+};
+
 /// A file that can't be read, understood or written. what() is one sentence that names the file.
 class GREYCARD_EXPORT FileError : public std::runtime_error {
  public:

@@ -21,6 +21,10 @@ extern const SpectralTable kObserverTable;          ///< 360-830 nm, CIE 1931 2 
 extern const SpectralTable kIlluminantTable;        ///< 300-830 nm, A, D50, D65; 100 at 560 nm
 extern const SpectralTable kFluorescentTable;       ///< 380-780 nm, F1..F12
 extern const SpectralTable kHorizonTable;           ///< 300-830 nm, 2300 K; 100 at 560 nm
+/// 400-700 nm by 10 nm, 357 measured spectra of human skin, 0..1. Columns 1-300: C. C. Cooksey,
+/// D. W. Allen, B. K. Tsai, NIST, 2017; 301-357: International Skin Spectra Archive, Y. Lu and
+/// others, 2025, CC BY 4.0, selected as data/README.md tells.
+extern const SpectralTable kSkinReflectanceTable;
 
 /// 400 to 700 nm by 5 nm, 61 x 1: the grid that all colours are computed on.
 CDoubleMatrix wavelengthGrid();

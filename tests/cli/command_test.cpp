@@ -26,7 +26,9 @@ TEST_F(CommandTest, HelpHasAnExampleEverywhere) {
                                                        {"lut2d"},
                                                        {"lut2d", "apply"},
                                                        {"ae"},
-                                                       {"ae", "luma-match"}};
+                                                       {"ae", "luma-match"},
+                                                       {"wb-map"},
+                                                       {"skin"}};
   for (auto words : commands) {
     SCOPED_TRACE(testing::PrintToString(words));
     words.push_back("--help");

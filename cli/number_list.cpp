@@ -1,0 +1,39 @@
+#include "number_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace greycard::cli {
+namespace {
+
+constexpr std::size_t kLongestQuotedWord = 30;
+
+double finiteNumber(std::string_view word) {
+  const std::string_view digits = word.starts_with('+') ? word.substr(1) : word;
+  const char* const end = digits.data() + digits.size();
+  double value = 0.0;
+  const auto [stop, error] = std::from_chars(digits.data(), end, value);
+  if (error == std::errc{} && stop == end && std::isfinite(value)) return value;
+  throw std::invalid_argument("\"" + std::string(word.substr(0, kLongestQuotedWord)) +
+                              "\" is not a finite number");
+}
+
+}  // namespace
+
+std::vector<double> finiteNumbers(std::string_view text) {
+  constexpr std::string_view kSeparators = " ,\t\r\n";
+  std::vector<double> numbers;
+  for (std::size_t at = text.find_first_not_of(kSeparators); at != std::string_view::npos;
+       at = text.find_first_not_of(kSeparators, at)) {
+    const std::size_t end = std::min(text.find_first_of(kSeparators, at), text.size());
+    numbers.push_back(finiteNumber(text.substr(at, end - at)));
+    at = end;
+  }
+  return numbers;
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,242 @@
+#include "greycard/skin_color_helper.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <opencv2/core.hpp>
+#include <stdexcept>
+#include <thread>
+
+#include "cie_xyz.h"
+#include "matrix_functions.h"
+#include "skin_calibrate.h"
+#include "skin_filter.h"
+#include "skin_weights.h"
+
+namespace greycard {
+namespace {
+
+using Channel = std::vector<double>;
+using Chart = std::array<Channel, 3>;
+using Points = std::vector<SkinColorHelper::DataPt>;
+constexpr Matrix3 kIdentity{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+CDoubleMatrix grid() {
+  return {400.0, 10.0, 700.0};
+}
+
+// Linear sRGB of reflectances under a light that the camera doesn't balance (IEC 61966-2-1).
+CDoubleMatrix linearSRgb(const CDoubleMatrix& reflectances, Illum light) {
+  CDoubleMatrix toRgb(3, 3);
+  toRgb.Init3x3(3.2406, -1.5372, -0.4986, -0.9689, 1.8758, 0.0415, 0.0557, -0.2040, 1.0570);
+  const CDoubleMatrix xyz =
+      CIE_XYZ(illuminantSpectrum(light, grid()), observerFunctions(grid()), reflectances);
+  return MatrixMultiply(mmABt(xyz, toRgb), 0.01);
+}
+
+Chart chartUnder(Illum light) {
+  const CDoubleMatrix rgb = linearSRgb(chartReflectances(grid()), light);
+  Chart chart;
+  for (std::size_t c = 0; c < 3; ++c)
+    for (std::int32_t i = 0; i < 24; ++i) chart[c].push_back(rgb[i][c]);
+  return chart;
+}
+
+std::vector<std::int32_t> gammaCodes(std::int32_t linear, std::int32_t squared = 0) {
+  std::vector<std::int32_t> codes;
+  for (std::int32_t i = 0; i < 256; ++i) codes.push_back(i * (linear - squared * i));
+  return codes;
+}
+
+// The camera sees linear sRGB, and encodes it with a straight line unless told otherwise.
+SkinColorHelper camera(const Matrix3& ccm = kIdentity) {
+  const Chart d65 = chartUnder(illum_D65), a = chartUnder(illum_A), f = chartUnder(illum_TL84);
+  SkinColorHelper helper;
+  helper.SetMCCRGBValues_D65(d65[0], d65[1], d65[2]);
+  helper.SetMCCRGBValues_A(a[0], a[1], a[2]);
+  helper.SetMCCRGBValues_T84(f[0], f[1], f[2]);
+  helper.SetCCMValues_T84(ccm);
+  helper.SetGammaTable(gammaCodes(1), 8);
+  return helper;
+}
+
+// The table's own rows at 400, 410, ... 700 nm.
+cv::Mat onGrid(const SpectralTable& table) {
+  cv::Mat spectra(31, table.columns, CV_64F);
+  for (std::size_t i = 0; i < table.wavelengthNm.size(); ++i) {
+    const double row = (table.wavelengthNm[i] - 400.0) / 10.0;
+    if (row < 0.0 || row > 30.0 || row != std::floor(row)) continue;
+    for (int c = 0; c < table.columns; ++c)
+      spectra.at<double>(static_cast<int>(row), c) =
+          table.values[i * static_cast<std::size_t>(table.columns) + static_cast<std::size_t>(c)];
+  }
+  return spectra;
+}
+
+// The definition once more, colour by colour, with OpenCV's least squares and the tone curve that
+// gammaCodes(510, 1) holds at 16 bits.
+Points definition(const Chart& chart, const Matrix3& ccm) {
+  cv::Mat weights;
+  cv::solve(onGrid(kChartReflectanceTable), onGrid(kSkinReflectanceTable), weights, cv::DECOMP_SVD);
+  std::vector<Vector3> skin(357);
+  double largest = 0.0, smallest = 1.0;
+  for (int j = 0; j < 357; ++j)
+    for (std::size_t c = 0; c < 3; ++c) {
+      double sum = 0.0;
+      for (int k = 0; k < 24; ++k)
+        sum += weights.at<double>(k, j) * chart[c][static_cast<std::size_t>(k)];
+      sum = std::clamp(sum * chart[1][19] / chart[c][19], 0.0, 1.0);
+      skin[static_cast<std::size_t>(j)][c] = sum;
+      largest = std::max(largest, sum);
+      smallest = std::min(smallest, sum);
+    }
+  Points points;
+  for (const double factor :
+       {std::min(0.01 / std::max(smallest, 1e-5), 1.0), 1.0, std::max(0.85 / largest, 1.0)})
+    for (const Vector3& colour : skin) {
+      Vector3 rgb;
+      for (std::size_t r = 0; r < 3; ++r) {
+        const double sum = std::inner_product(colour.begin(), colour.end(), ccm[r].begin(), 0.0);
+        const double linear = std::clamp(factor * sum, 0.0, 1.0);
+        rgb[r] = linear * (2.0 - linear) * (255.0 * 255.0 / 65535.0);
+      }
+      const double y = 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
+      const double cb = -0.1687 * rgb[0] - 0.3313 * rgb[1] + 0.5 * rgb[2];
+      const double cr = 0.5 * rgb[0] - 0.4187 * rgb[1] - 0.0813 * rgb[2];
+      points.emplace_back(static_cast<float>(cb / cr),
+                          static_cast<float>((std::abs(cr) + std::abs(cb)) * 0.5 / y),
+                          static_cast<float>(y));
+    }
+  return points;
+}
+
+TEST(SkinColorHelper, AgreesWithTheDefinition) {
+  constexpr Matrix3 kCcm{{{1.3, -0.2, -0.1}, {-0.15, 1.25, -0.1}, {0.02, -0.3, 1.28}}};
+  SkinColorHelper helper = camera(kCcm);
+  helper.SetGammaTable(gammaCodes(510, 1), 16);
+  EXPECT_TRUE(helper.GetUpperData() == nullptr && helper.GetLowerData() == nullptr);
+  helper.Calibrate();
+  const Points &upper = *helper.GetUpperData(), &lower = *helper.GetLowerData();
+  ASSERT_EQ(upper.size(), 3U * 3U * 357U);
+  std::size_t i = 0;
+  for (const Illum light : {illum_D65, illum_A, illum_TL84})
+    for (const auto& wanted : definition(chartUnder(light), kCcm)) {
+      EXPECT_EQ(upper[i] != SkinColorHelper::DataPt(), isUpperSkin(wanted.h, wanted.s)) << i;
+      ASSERT_TRUE(isLowerSkin(wanted.s, wanted.y));
+      // The spline's end slopes put 256 entries off the curve by some 1e-6; here that over Y and
+      // Cr.
+      const double h = 1.0 + std::abs(wanted.h);
+      EXPECT_NEAR(lower[i].y, wanted.y, 1e-5) << i;
+      EXPECT_NEAR(lower[i].s, wanted.s, 1e-5 / wanted.y) << i;
+      EXPECT_NEAR(lower[i].h, wanted.h, 1e-5 * h * h / (2.0 * wanted.s * wanted.y)) << i;
+      ++i;
+    }
+}
+
+// Under D65 the weights predict what such a camera measures of the skin itself.
+TEST(SkinColorHelper, SkinLooksLikeSkin) {
+  const CDoubleMatrix direct = linearSRgb(CreateMatrixFromData(kSkinReflectanceTable), illum_D65);
+  SkinColorHelper helper = camera();
+  helper.Calibrate();
+  for (std::size_t j = 0; j < 357; ++j) {
+    const auto& rgb = (*helper.GetEncodedColours())[357 + j];
+    for (std::size_t c = 0; c < 3; ++c)
+      EXPECT_NEAR(rgb[c], direct[static_cast<std::int32_t>(j)][c], 0.01) << j;
+    EXPECT_LT(-0.1687 * rgb[0] - 0.3313 * rgb[1] + 0.5 * rgb[2], 0.0);
+    EXPECT_GT(0.5 * rgb[0] - 0.4187 * rgb[1] - 0.0813 * rgb[2], 0.0);
+  }
+}
+
+TEST(SkinColorHelper, OnlyTheMatrixForT84Counts) {
+  SkinColorHelper helper = camera();
+  helper.Calibrate();
+  const auto before = helper.GetUpperData();
+  helper.SetCCMValues_A({{{3, -1, -1}, {-1, 3, -1}, {-1, -1, 3}}});
+  helper.SetCCMValues_D65({{{0, 0, 1}, {0, 1, 0}, {1, 0, 0}}});
+  helper.SetGammaTable(gammaCodes(4), 10);  // 4 / 1023 is not 1 / 255
+  helper.Calibrate();
+  EXPECT_NE(helper.GetUpperData(), before);
+  for (std::size_t i = 0; i < before->size(); ++i) {
+    EXPECT_NEAR((*helper.GetUpperData())[i].h, (*before)[i].h, 1e-5);
+    EXPECT_NEAR((*helper.GetUpperData())[i].y, (*before)[i].y * (1020.0 / 1023.0), 1e-6);
+  }
+}
+
+TEST(SkinColorHelper, NothingSetGivesDefaultPoints) {
+  SkinColorHelper helper;
+  helper.Calibrate();
+  const Points defaults(SkinColorHelper::kPoints);
+  EXPECT_EQ(*helper.GetUpperData(), defaults);
+  EXPECT_EQ(*helper.GetLowerData(), defaults);
+}
+
+TEST(SkinFilters, Edges) {
+  const float inf = std::numeric_limits<float>::infinity(), nan = std::nanf("");
+  EXPECT_TRUE(isUpperSkin(-2.0F, 0.0F) && isUpperSkin(0.0F, 1.0F));
+  for (const float h : {std::nextafter(-2.0F, -3.0F), std::nextafter(0.0F, 1.0F), inf, nan})
+    EXPECT_FALSE(isUpperSkin(h, 0.5F)) << h;
+  EXPECT_TRUE(isLowerSkin(0.0F, 1.0F) && isLowerSkin(1.0F, 0.0F));
+  for (const float bad : {std::nextafter(1.0F, 2.0F), -1e-30F, inf, nan}) {
+    EXPECT_FALSE(isUpperSkin(-1.0F, bad)) << bad;
+    EXPECT_FALSE(isLowerSkin(bad, 0.5F) || isLowerSkin(0.5F, bad)) << bad;
+  }
+}
+
+TEST(SkinColorHelper, Refusals) {
+  SkinColorHelper helper;
+  SkinCalibrate engine;
+  engine.init_parameters();
+  Channel good(24, 0.5), bad = good;
+  bad[7] = std::nan("");
+  Matrix3 ccm = kIdentity;
+  ccm[2][1] = HUGE_VAL;
+  const auto codes = gammaCodes(1);
+  CDoubleMatrix chart(24, 3), two(2, 2);
+  const struct {
+    std::function<void()> call;
+    const char* says;
+  } refused[] = {
+      {[&] { helper.SetMCCRGBValues_A(good, bad, good); },
+       "avgG[7] of the chart under A is not a finite number"},
+      {[&] { helper.SetMCCRGBValues_T84(good, good, Channel(23)); },
+       "avgB of the chart under T84 holds 23 values; 24 are wanted"},
+      {[&] { helper.SetCCMValues_D65(ccm); },
+       "entry [2, 1] of the matrix for D65 is not a finite number"},
+      {[&] { helper.SetGammaTable(std::span(codes).first(255), 8); },
+       "pGammaTable_G holds 255 codes; 256 are wanted"},
+      {[&] { helper.SetGammaTable(codes, 0); }, "Bpp is 0; 1 to 31 bits are possible"},
+      {[&] { helper.SetGammaTable(codes, -1); }, "Bpp is -1; 1 to 31 bits are possible"},
+      {[&] { helper.SetGammaTable(codes, 32); }, "Bpp is 32; 1 to 31 bits are possible"},
+      {[&] { engine.calibrate_skin_color(chart, chart, chart, -1); },
+       "Error: Input RGB data bits should be positive!"},
+      {[&] { engine.calibrate_skin_color(chart, two, chart, 0); },
+       "the chart under A is 2 x 2; it must be 24 x 3"},
+      {[&] { engine.updateColorCorrectionMatrix(two, nullptr, nullptr); }, "Error: Wrong Matrix!"},
+      {[&] { engine.updateRGB2YCbCrMatrix(two); }, "Error: Wrong RGB2YCbCr Matrix!"},
+      {[&] { engine.updateGammaMatrix(two, 0); }, "Error: Input should be a column vector!"},
+      {[&] { engine.updateGammaMatrix(CDoubleMatrix(256, 1), -1); },
+       "Error: Input gamma bits should be positive!"},
+  };
+  for (const auto& [call, says] : refused)
+    EXPECT_THAT(call, testing::ThrowsMessage<std::invalid_argument>(says));
+  helper.Dispose();
+  EXPECT_THROW(helper.Calibrate(), std::logic_error);
+}
+
+TEST(SkinColorTwoThreads, GiveWhatTheyGiveAlone) {
+  SkinColorHelper one = camera(), two = camera();
+  std::thread other([&two] { two.Calibrate(); });
+  one.Calibrate();
+  other.join();
+  SkinColorHelper alone = camera();
+  alone.Calibrate();
+  EXPECT_EQ(*one.GetUpperData(), *alone.GetUpperData());
+  EXPECT_EQ(*two.GetLowerData(), *alone.GetLowerData());
+}
+
+}  // namespace
+}  // namespace greycard
