@@ -8,6 +8,7 @@
 #include "ae_fit.h"
 #include "command.h"
 #include "greycard/files.h"
+#include "option_checks.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
 
@@ -36,7 +37,7 @@ AeJob jobOf(const AeOptions& options) {
   files.input("FIT.json", options.fit);
   for (const auto& picture : options.pictures) files.input("--image", picture);
   files.output("--plot", options.plot);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   AeJob job = options.fit.empty() ? AeJob() : readAeJob(options.fit, files);
   for (std::size_t i = 0; i < options.pictures.size(); ++i)
     job.addPicture(options.pictures[i], options.targets[i], options.whiteLevel);
@@ -90,22 +91,24 @@ void addAe(CLI::App& parent) {
   app.add_option("--target", options->targets, "The luma target wanted for it, in 8-bit codes")
       ->allow_extra_args(false)
       ->type_name("T")
-      ->check(CLI::Range(0.0, 255.0));
+      ->check(numbersFrom(0.0, 255.0));
   app.add_option("--white", options->whiteLevel,
                  "Sample of full scale in the pictures of --image (default 255 or 65535)")
       ->type_name("LEVEL")
-      ->check(CLI::Range(1, 65535));
+      ->check(wholeNumbersFrom(1, 65535));
   app.add_flag("--manual", options->manual, "Evaluate initial_parameter without a search");
-  app.add_option("--seed", options->search.seed, "Of the random numbers")->capture_default_str();
+  app.add_option("--seed", options->search.seed, "Of the random numbers")
+      ->capture_default_str()
+      ->check(wholeNumbersFrom(0, UINT32_MAX));
   app.add_option("--time", options->search.maxSeconds, "Longest time of the search; 0 = no limit")
       ->capture_default_str()
       ->type_name("SECONDS")
-      ->check(CLI::Range(0.0, 1e6));
+      ->check(numbersFrom(0.0, 1e6));
   app.add_option("--evaluations", options->search.maxEvaluations,
                  "Most evaluations of the rule; 0 = no limit")
       ->capture_default_str()
       ->type_name("COUNT")
-      ->check(CLI::NonNegativeNumber);
+      ->check(wholeNumbersFrom(0, INT32_MAX));
   app.add_option("--plot", options->plot, "Draw the targets reached against those wanted")
       ->type_name("OUT.svg");
   addAeLumaMatch(app);

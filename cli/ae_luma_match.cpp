@@ -11,6 +11,7 @@
 #include "greycard/nlopt_helper.h"
 #include "job_files.h"
 #include "json_output.h"
+#include "option_checks.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -43,7 +44,7 @@ double lightness(const Vector3& rgb, double factor) {
 }
 
 void run(const LumaMatchOptions& options) {
-  JobFiles().output("--json", options.json);
+  JobFiles().textOutput("--json", options.json);
   const Vector3 test = colourFrom(options.test), target = colourFrom(options.target);
   SearchOptions search;
   search.seed = options.seed;
@@ -72,7 +73,9 @@ void addAeLumaMatch(CLI::App& ae) {
   app.add_option("target", options->target, "Colour whose L* is wanted")
       ->required()
       ->type_name("R,G,B");
-  app.add_option("--seed", options->seed, "Of the random numbers")->capture_default_str();
+  app.add_option("--seed", options->seed, "Of the random numbers")
+      ->capture_default_str()
+      ->check(wholeNumbersFrom(0, UINT32_MAX));
   app.callback([options] { run(*options); });
 }
 

@@ -24,10 +24,10 @@ std::vector<std::int32_t> everyFourth(const GammaTable& table) {
   return entries;
 }
 
-int bitDepth(std::int32_t last) {
-  if (last < 256) return 8;
-  if (last < 1024) return 10;
-  return last < 4096 ? 12 : 14;
+int bitDepth(std::int32_t largest) {
+  if (largest < 256) return 8;
+  if (largest < 1024) return 10;
+  return largest < 4096 ? 12 : 14;
 }
 
 std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
@@ -42,7 +42,7 @@ std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
     const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error != std::errc{} || stop != word.data() + word.size() || value < 0 || value > 16383)
       throw JobError("entry " + std::to_string(entries.size() + 1) + " of the tone curve " +
-                     quoted(path) + " is \"" + word.substr(0, 20) +
+                     quoted(path) + " is \"" + printable(word.substr(0, 20)) +
                      "\"; whole numbers from 0 to 16383 are wanted");
     entries.push_back(value);
     at = end;
@@ -50,7 +50,7 @@ std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
   if (entries.size() != kEntries)
     throw JobError("the tone curve " + quoted(path) + " holds " + std::to_string(entries.size()) +
                    " numbers; 256 are wanted");
-  const int shift = 14 - bitDepth(entries.back());
+  const int shift = 14 - bitDepth(std::ranges::max(entries));
   for (std::int32_t& entry : entries) entry *= 1 << shift;
   return entries;
 }
@@ -63,7 +63,8 @@ CameraGamma cameraGamma(const std::string& nameOrFile) {
     return {
         nameOrFile,
         {everyFourth(*curve->DataR()), everyFourth(*curve->DataG()), everyFourth(*curve->DataB())}};
-  if (!std::filesystem::exists(nameOrFile))
+  std::error_code error;  // a name that can't even be looked up is no file either
+  if (!std::filesystem::exists(nameOrFile, error))
     throw JobError(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
   const std::vector<std::int32_t> table = readTable(nameOrFile);
   return {nameOrFile, {table, table, table}};

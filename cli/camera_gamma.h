@@ -14,8 +14,8 @@ struct CameraGamma {
 };
 
 /// A curve of the catalogue by its name, or else a file of 256 whole numbers separated by blanks,
-/// commas or line ends, of 8, 10, 12 or 14 bits as its last number tells (below 256, 1024, 4096).
-/// \throws JobError when it is neither
+/// commas or line ends, of 8, 10, 12 or 14 bits as its largest number tells (below 256, 1024,
+/// 4096). \throws JobError when it is neither
 CameraGamma cameraGamma(const std::string& nameOrFile);
 
 }  // namespace greycard::cli

@@ -1,5 +1,6 @@
 // greycard ccm: from a photographed chart to white-balance gains and a colour-correction matrix.
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <iostream>
@@ -33,6 +34,10 @@ std::vector<std::string> fitWarnings(const CcmResult& result) {
   if (!beyond.empty())
     warnings.push_back("the balanced picture exceeds full scale and is clipped there: patches " +
                        patchList(beyond));
+  for (std::size_t c = 0; c < 3; ++c)
+    if (std::ranges::all_of(result.data.m_RGB, [c](const Vector3& rgb) { return rgb[c] == 0.0; }))
+      warnings.push_back(std::string("channel ") + "RGB"[c] +
+                         " is 0 in every patch, so this is no photograph in three colours");
   if (result.whiteBalance[1] > kGreenLiftWorthTelling)
     warnings.push_back(
         "white balance raises green by " + fixed(100.0 * (result.whiteBalance[1] - 1.0), 1) +
@@ -89,11 +94,14 @@ void run(const CcmOptions& options) {
   files.input("--reference-lab", options.referenceLab);
   files.input("--reference-srgb", options.referenceSRgb);
   files.output("--report", options.report);
-  files.output("--corrected", options.corrected);
-  files.output("--json", options.json);
+  files.pictureOutput("--corrected", options.corrected);
+  files.textOutput("--json", options.json);
 
   const CameraGamma gamma = cameraGamma(options.gamma);
   const Picture picture = readPicture(options.source.photo);
+  if (picture.channels == 1)
+    throw JobError(quoted(options.source.photo) +
+                   " is a grey picture, which holds no colours to fit; give one in colour");
   const CcmResult result = fit(options, gamma, picture);
 
   if (!options.corrected.empty())

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "light_option.h"
+#include "option_checks.h"
 
 namespace greycard::cli {
 namespace {
@@ -12,7 +13,7 @@ void addFitOptions(CLI::App& app, CcmOptions& options) {
   addLightOption(fit, options.light);
   fit.add_option("--gamma", options.gamma,
                  "The camera's tone curve: a name of the catalogue (greycard gamma list) or a file "
-                 "of 256 numbers")
+                 "of 256 numbers of 8, 10, 12 or 14 bits, as the largest tells")
       ->capture_default_str()
       ->type_name("NAME|FILE");
   fit.add_option("--delta-e", options.deltaE, "Colour difference to minimise: cie76 or cie94")
@@ -23,17 +24,17 @@ void addFitOptions(CLI::App& app, CcmOptions& options) {
          "--transform", options.transform,
          "RGB to XYZ: 0 sRGB, 1 Adobe RGB (1998), 2 sRGB with the matrix taken from BT.2020 "
          "to BT.709 primaries, 3 custom")
-      ->check(CLI::Range(0, 3))
+      ->check(wholeNumbersFrom(0, 3))
       ->capture_default_str()
       ->type_name("0..3");
   fit.add_option("--noise-rate", options.noiseRate, "Weight of noise against colour error")
-      ->check(CLI::Range(0.0, 1.0))
+      ->check(numbersFrom(0.0, 1.0))
       ->capture_default_str()
       ->type_name("0..1");
   fit.add_option("--white-patches", options.whitePatches,
                  "Chart numbers of the patches for white balance, as in 20,21,22")
       ->delimiter(',')
-      ->check(CLI::Range(19, 22))
+      ->check(wholeNumbersFrom(19, 22))
       ->capture_default_str()
       ->type_name("LIST");
 }
@@ -51,12 +52,13 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
   target
       .add_option("--saturation", options.saturation,
                   "Chroma wanted over the target's, 1.1 for 10 % more; a longer search")
-      ->check(CLI::Range(0.9, 3.0))
+      ->check(numbersFrom(0.9, 3.0))
       ->type_name("FACTOR");
   target
       .add_option("--sat", options.saturationAdjustments,
                   "Chroma factors of the target: all, red, green, blue patches (all counts when "
                   "the four are equal)")
+      ->check(anyFiniteNumber())
       ->delimiter(',')
       ->expected(4)
       ->capture_default_str()
@@ -64,6 +66,7 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
   target
       .add_option("--hue", options.hueAdjustments,
                   "Hue rotations of the target in degrees: red, green, blue patches")
+      ->check(anyFiniteNumber())
       ->delimiter(',')
       ->expected(3)
       ->capture_default_str()

@@ -19,10 +19,16 @@ std::string matrixText(const Matrix3& matrix) {
 }
 
 std::string errorText(const CcmResult& result) {
-  TextTable table({{"", Align::Left}, {"before"}, {"after"}, {"worst after"}, {"", Align::Left}});
+  TextTable table({{"", Align::Left},
+                   {"before"},
+                   {"worst before"},
+                   {"after"},
+                   {"worst after"},
+                   {"", Align::Left}});
   const auto add = [&](const char* name, const ErrorColumn& before, const ErrorColumn& after) {
     table.addRow(
-        {name, fixed(before.mean, 2), fixed(after.mean, 2), fixed(after.worst, 2),
+        {name, fixed(before.mean, 2), fixed(before.worst, 2), fixed(after.mean, 2),
+         fixed(after.worst, 2),
          "patch " + std::to_string(after.worstPatch + 1) + " " + patchName(after.worstPatch)});
   };
   add("  mean dE76", result.before.cie76, result.after.cie76);

@@ -33,15 +33,16 @@ void run(const ChartOptions& options) {
   JobFiles files;
   options.source.nameFiles(files);
   files.output("-o", options.regionFile);
-  files.output("--annotate", options.annotated);
-  files.output("--json", options.json);
+  files.pictureOutput("--annotate", options.annotated);
+  files.textOutput("--json", options.json);
 
   const Picture picture = readPicture(options.source.photo);
   const LocatedChart chart = locateChart(options.source, picture);
+  const PatchRegions& regions = chart.detection->regions;
 
   if (!options.annotated.empty())
-    writePicture(options.annotated, annotateRegions(picture, chart.regions));
-  if (!options.regionFile.empty()) writeRegions(options.regionFile, chart.regions);
+    writePicture(options.annotated, annotateRegions(picture, regions));
+  if (!options.regionFile.empty()) writeRegions(options.regionFile, regions);
   Json json = {{"photo", options.source.photo.string()},
                {"width", picture.width},
                {"height", picture.height}};
@@ -49,7 +50,7 @@ void run(const ChartOptions& options) {
   writeJson(options.json, json);
   if (!options.printsText()) return;
   printSummary(options, chart);
-  if (options.regionFile.empty()) std::cout << formatRegions(chart.regions);
+  if (options.regionFile.empty()) std::cout << formatRegions(regions);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "greycard/chart_regions.h"
 #include "greycard/files.h"
 #include "greycard/macbeth_chart_data.h"
+#include "option_checks.h"
 
 namespace greycard::cli {
 
@@ -26,9 +27,11 @@ void ChartSource::addSampleOptions(CLI::App& app) {
       ->check(CLI::IsMember({"srgb", "linear"}))
       ->type_name("NAME");
   app.add_option("--black", blackLevel, "Sample value without light (default 0)")
+      ->check(anyFiniteNumber())
       ->type_name("LEVEL");
   app.add_option("--white", whiteLevel,
                  "Sample value of full scale (default 255 or 65535; 4095 for 12 bits)")
+      ->check(anyFiniteNumber())
       ->type_name("LEVEL");
   app.add_flag("--force", force, "Go on with a fit of the chart that is in doubt");
 }
@@ -49,6 +52,21 @@ SampleLevels ChartSource::levels(const Picture& picture) const {
   return levels;
 }
 
+namespace {
+
+// The middle of each region: three quarters of a patch wide, a region reaches over the patch's edge
+// when the chart lies near 45 degrees.
+PatchRegions insideAtAnyTurn(PatchRegions regions) {
+  constexpr double kShare = 2.0 / 3.0;
+  for (PatchRegion& region : regions)
+    region = {region.left + 0.5 * (1.0 - kShare) * region.width,
+              region.top + 0.5 * (1.0 - kShare) * region.height, kShare * region.width,
+              kShare * region.height};
+  return regions;
+}
+
+}  // namespace
+
 LocatedChart locateChart(const ChartSource& source, const Picture& picture) {
   if (!source.regions.empty()) return {readRegions(source.regions), std::nullopt};
 
@@ -58,7 +76,7 @@ LocatedChart locateChart(const ChartSource& source, const Picture& picture) {
   if (!detection.trustworthy() && !source.force)
     throw JobError("the chart found" + inPhoto + " can't be right: " + detection.doubts.front() +
                    " (--force goes on all the same)");
-  return {detection.regions, std::move(detection)};
+  return {insideAtAnyTurn(detection.regions), std::move(detection)};
 }
 
 std::vector<std::string> chartWarnings(const LocatedChart& chart) {
@@ -88,7 +106,8 @@ Json chartJson(const LocatedChart& chart) {
     json["orientation_error"] = detection.error;
     json["centres"] = detection.points;
   }
-  json["regions"] = chart.regions;
+  json["regions"] = chart.detection ? chart.detection->regions : chart.regions;
+  json["sampled_regions"] = chart.regions;
   return json;
 }
 

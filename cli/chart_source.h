@@ -35,7 +35,7 @@ struct ChartSource {
 
 /// The chart in a picture.
 struct LocatedChart {
-  PatchRegions regions{};
+  PatchRegions regions{};                   ///< where the patches are sampled
   std::optional<ChartDetection> detection;  ///< empty when the regions came from a file
 };
 

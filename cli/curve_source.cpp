@@ -17,12 +17,6 @@ bool isInCatalogue(const std::string& name) {
 }
 
 // Control bytes would play with the terminal.
-std::string printable(std::string text) {
-  for (char& c : text)
-    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
-  return text;
-}
-
 Json pointsJson(const ControlPointListPtr& points) {
   Json json = Json::array();
   if (points)
@@ -35,7 +29,8 @@ Json pointsJson(const ControlPointListPtr& points) {
 GammaCurvePtr curveByNameOrFile(const std::string& nameOrFile) {
   GammaCurveModel catalogue(true);
   if (GammaCurvePtr curve = catalogue.GetGammaCurveByName(nameOrFile)) return curve;
-  if (!std::filesystem::exists(nameOrFile))
+  std::error_code error;  // a name that can't even be looked up is no file either
+  if (!std::filesystem::exists(nameOrFile, error))
     throw JobError(unknownName("curve or curve file", nameOrFile, catalogue.GetNames()));
   const GammaImport import = catalogue.ImportWithReport(nameOrFile);
   for (const GammaImportNote& note : import.notes)

@@ -9,6 +9,7 @@
 #include "greycard/color_correction_utils.h"
 #include "greycard/files.h"
 #include "light_option.h"
+#include "option_checks.h"
 #include "patch_table.h"
 #include "sub_commands.h"
 #include "text_table.h"
@@ -58,7 +59,7 @@ Json evaluationJson(const EvaluateOptions& options, const LocatedChart& chart,
 void run(const EvaluateOptions& options) {
   JobFiles files;
   options.source.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   MacbethChartData data;
   data.LoadMCCCIELAB(lightFromOption(options.light));
 
@@ -85,7 +86,7 @@ void addEvaluate(CLI::App& parent) {
   options->source.addTo(app, true);
   addLightOption(app, options->light);
   app.add_option("--scale", options->scale, "Factor on the linear samples before they are judged")
-      ->check(CLI::PositiveNumber)
+      ->check(numbersFrom(1e-6, 1e6))
       ->capture_default_str()
       ->type_name("FACTOR");
   app.callback([options] { run(*options); });

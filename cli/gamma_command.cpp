@@ -16,7 +16,7 @@ namespace greycard::cli {
 namespace {
 
 void list(const CommonOptions& options) {
-  JobFiles().output("--json", options.json);
+  JobFiles().textOutput("--json", options.json);
   const GammaCurveModel catalogue(true);
   TextTable table({{"curve", TextTable::Align::Left},
                    {"entries"},

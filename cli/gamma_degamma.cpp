@@ -12,6 +12,7 @@
 #include "gamma_commands.h"
 #include "greycard/de_gamma.h"
 #include "json_output.h"
+#include "option_checks.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -49,7 +50,7 @@ void run(const DegammaOptions& options) {
   JobFiles files;
   nameCurveFile(files, "the curve file", options.curve);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaCurvePtr curve = curveByNameOrFile(options.curve);
   const std::array tables{curve->DataR(), curve->DataG(), curve->DataB()};
   std::array<double, 3> found{};
@@ -76,7 +77,9 @@ void run(const DegammaOptions& options) {
   }
   std::cout << text.text();
   if (flat)
-    std::cout << "A dash: the curve is flat there, so that no single input gives the level.\n";
+    std::cout
+        << "A dash: the level lies at the edge of a flat stretch of the curve, where straight "
+           "lines give no single input.\n";
 }
 
 }  // namespace
@@ -95,7 +98,7 @@ void addGammaDegamma(CLI::App& gamma) {
   for (std::size_t c = 0; c < kNames.size(); ++c)
     app.add_option(kNames[c], options->colour[c], "Encoded 8-bit level, 0 to 255")
         ->required()
-        ->check(CLI::Range(0.0, 255.0));
+        ->check(numbersFrom(0.0, 255.0));
   options->plot.addTo(app);
   app.callback([options] { run(*options); });
 }

@@ -25,7 +25,7 @@ void run(const ExportOptions& options) {
   nameCurveFile(files, "the curve file", options.name);
   files.output("--output", options.output);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaCurvePtr curve = curveByNameOrFile(options.name);
   options.form.write(*curve, options.output);
   CurvePlot plot("Tone curve " + curve->Name(), curve->Data()->size());

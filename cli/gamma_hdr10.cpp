@@ -4,6 +4,7 @@
 
 #include "gamma_commands.h"
 #include "greycard/gamma_curve_model.h"
+#include "option_checks.h"
 #include "standard_curve.h"
 
 namespace greycard::cli {
@@ -33,7 +34,7 @@ void addGammaHdr10(CLI::App& gamma) {
   app.add_option("--nits", options->nits, "Peak luminance in cd/m2, 1 to 10000")
       ->capture_default_str()
       ->type_name("N")
-      ->check(CLI::Range(1, 10000));
+      ->check(wholeNumbersFrom(1, 10000));
   options->addTo(app);
   app.callback([options] { run(*options); });
 }

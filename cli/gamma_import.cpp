@@ -30,7 +30,7 @@ void nameFiles(const ImportOptions& options) {
   for (const std::string& input : options.inputs) files.input("a curve file", input);
   for (const auto& path : options.exports) files.output("--export", path);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
 }
 
 std::vector<GammaImport> importAll(GammaCurveModel& catalogue, const ImportOptions& options) {

@@ -46,10 +46,12 @@ Lut build(const std::string& kind, std::span<const std::int32_t> curve) {
 }
 
 void run(const LutOptions& options) {
+  if (options.kind == "12bit" && options.bits == 14)
+    throw UsageError("--kind 12bit takes a curve of 8 bits; leave out --bits");
   JobFiles files;
   options.choice.nameFile(files);
   files.output("--output", options.output);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const auto table = options.choice.table(*curve);
   std::vector<std::int32_t> entries(table.begin(), table.end());

@@ -40,7 +40,7 @@ void run(const PointsOptions& options) {
   JobFiles files;
   options.choice.nameFile(files);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const auto table = options.choice.table(*curve);
 

@@ -9,6 +9,7 @@
 #include "gamma_commands.h"
 #include "job_files.h"
 #include "json_output.h"
+#include "option_checks.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -77,7 +78,7 @@ void run(const ShowOptions& options) {
   JobFiles files;
   options.choice.nameFile(files);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const auto table = options.choice.table(*curve);
   const ShownPoints shown = pointsOf(*curve, options);
@@ -106,7 +107,7 @@ void addGammaShow(CLI::App& gamma) {
   app.add_option("--points", options->points,
                  "How many samples to show of a curve without control points")
       ->capture_default_str()
-      ->check(CLI::Range(2, 256));
+      ->check(wholeNumbersFrom(2, 256));
   options->plot.addTo(app);
   app.callback([options] { run(*options); });
 }

@@ -4,6 +4,7 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/picture.h"
 
 namespace greycard::cli {
 namespace {
@@ -23,10 +24,22 @@ void JobFiles::input(const std::string& option, const std::filesystem::path& pat
   if (!path.empty()) add({option, path, false});
 }
 
+void JobFiles::textOutput(const std::string& option, const std::filesystem::path& path) {
+  if (path == "-")
+    add({option, path, true});
+  else
+    output(option, path);
+}
+
+void JobFiles::pictureOutput(const std::string& option, const std::filesystem::path& path) {
+  output(option, path);
+  if (!path.empty()) checkPictureName(path);
+}
+
 void JobFiles::output(const std::string& option, const std::filesystem::path& path) {
   if (path.empty()) return;
+  if (path == "-") throw UsageError(option + " can't be written to standard output; name a file");
   add({option, path, true});
-  if (path == "-") return;
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
     throw JobError("can't write " + quoted(path) + ": it is a folder; name a file in it");

@@ -14,10 +14,14 @@ class JobFiles {
   /// \throws UsageError when it is also an output
   void input(const std::string& option, const std::filesystem::path& path);
 
-  /// A file that will be written, or "-" for standard output; an empty path is passed over.
-  /// \throws UsageError when it is also an input or another output,
+  /// A file that will be written; an empty path is passed over.
+  /// \throws UsageError for "-", and when it is also an input or another output,
   ///         JobError when it is a folder or its folder does not exist
   void output(const std::string& option, const std::filesystem::path& path);
+  /// Likewise, and "-" is standard output.
+  void textOutput(const std::string& option, const std::filesystem::path& path);
+  /// Likewise, a picture's name. \throws FileError when no picture format has its ending
+  void pictureOutput(const std::string& option, const std::filesystem::path& path);
 
  private:
   struct File {

@@ -12,6 +12,7 @@
 #include "job_files.h"
 #include "lut2d_commands.h"
 #include "lut2d_file.h"
+#include "option_checks.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -84,11 +85,20 @@ int drag(Lut2DConfig& config, const Node& node, const AdjustOptions& options) {
   return moved;
 }
 
+std::string adviceAbout(const AdjustOptions& options, int moved, const CutChanges& cut) {
+  std::string advice;
+  if (moved == 0 && (options.by[0] != 0.0 || options.by[1] != 0.0))
+    advice +=
+        "Warning: no node moved; a drag towards larger hues needs a --range wider than itself\n";
+  if (!cut.warning.empty()) advice += "Warning: " + cut.warning + "\n";
+  return advice;
+}
+
 void run(const AdjustOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
-  files.output("--output", options.output);
-  files.output("--json", options.json);
+  nameTableOutput(files, options.output);
+  files.textOutput("--json", options.json);
   for (const auto* values : {&options.at, &options.by})
     for (const double value : *values)
       if (!std::isfinite(value)) throw UsageError("--at and --by need finite numbers");
@@ -101,16 +111,19 @@ void run(const AdjustOptions& options) {
   const int moved = drag(config, node, options);
   const double hue = config.lut_1d_h[static_cast<std::size_t>(node.row)];
   const double sat = config.lut_1d_s[static_cast<std::size_t>(node.column)];
+  const CutChanges cut = cutChanges(config);
   writeJson(options.output.string(), lut2dJson(config));
   writeJson(options.json, {{"row", node.row},
                            {"column", node.column},
                            {"hue_deg", hue},
                            {"saturation", sat},
-                           {"moved_nodes", moved}});
+                           {"moved_nodes", moved},
+                           {"cut_nodes", cut.nodes}});
   if (options.printsText() && options.output != "-")
     std::cout << "Moved " << moved << " nodes round hue " << fixed(hue, 1)
               << " degrees, saturation " << fixed(sat, 3) << " (row " << node.row << ", column "
-              << node.column << "); wrote " << quoted(options.output) << "\n";
+              << node.column << "); wrote " << quoted(options.output) << "\n"
+              << adviceAbout(options, moved, cut);
 }
 
 }  // namespace
@@ -132,20 +145,21 @@ void addLut2dAdjust(CLI::App& lut2d) {
       ->expected(2)
       ->delimiter(',')
       ->type_name("H,S")
-      ->check(CLI::Range(-360.0, 360.0));
+      ->check(numbersFrom(-360.0, 360.0));
   app.add_option("--by", options->by, "The drag in degrees and in saturation")
       ->required()
       ->expected(2)
       ->delimiter(',')
       ->type_name("dH,dS")
-      ->check(CLI::Range(-360.0, 360.0));
+      ->check(numbersFrom(-360.0, 360.0));
   app.add_option("--range", options->range,
-                 "How many hue rows and saturation columns to each side follow (default 1,1); on "
-                 "the side of the drag more do")
+                 "How many hue rows and saturation columns to each side follow (default 1,1). On "
+                 "the side of the drag more do, but a drag towards larger hues takes rows away, "
+                 "about as many as it is wide")
       ->expected(2)
       ->delimiter(',')
       ->type_name("h,s")
-      ->check(CLI::Range(0, 100));
+      ->check(wholeNumbersFrom(0, 100));
   app.add_flag("--keep-node", options->keepsHitNode, "Leave the dragged node itself as it is");
   app.callback([options] { run(*options); });
 }

@@ -22,13 +22,19 @@ struct ApplyOptions : CommonOptions {
   int bits = 0;  // of the samples; 0: those of the file
 };
 
+constexpr int kTenBitWhite = 1023;
+
 int whiteOf(const ApplyOptions& options, const Picture& picture) {
   if (options.bits > picture.bits)
     throw JobError(quoted(options.photo) + " has " + std::to_string(picture.bits) +
                    "-bit samples; leave out --bits");
   if (options.bits == 8 && picture.bits == 16)
     throw JobError(quoted(options.photo) + " has 16-bit samples; --bits must be 10 or 16");
-  return options.bits == 10 ? 1023 : picture.ceiling();
+  if (options.bits != 10) return picture.ceiling();
+  if (std::ranges::max(picture.samples) > kTenBitWhite)
+    throw JobError(quoted(options.photo) +
+                   " has samples above 1023, which 10 bits can't hold; leave out --bits");
+  return kTenBitWhite;
 }
 
 // With a gap of white between them.
@@ -47,9 +53,9 @@ void run(const ApplyOptions& options) {
   JobFiles files;
   files.input("PHOTO", options.photo);
   files.input("--lut", options.lut);
-  files.output("--output", options.output);
-  files.output("--compare", options.compare);
-  files.output("--json", options.json);
+  files.pictureOutput("--output", options.output);
+  files.pictureOutput("--compare", options.compare);
+  files.textOutput("--json", options.json);
   const Lut2DConfig config = readLut2d(options.lut);
   const Picture picture = readPicture(options.photo);
   const int white = whiteOf(options, picture);
@@ -75,7 +81,7 @@ void run(const ApplyOptions& options) {
                            {"changed_pixels", changed}});
   if (options.printsText())
     std::cout << "Wrote " << quoted(options.output) << ": " << static_cast<int>(100.0 * share + 0.5)
-              << " % of the pixels changed\n";
+              << " % of the pixels moved by the table\n";
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "job_files.h"
 #include "lut2d_commands.h"
 #include "lut2d_file.h"
+#include "option_checks.h"
 #include "sub_commands.h"
 
 namespace greycard::cli {
@@ -40,8 +41,8 @@ Lut2DConfig identity(const NewOptions& options) {
 
 void run(const NewOptions& options) {
   JobFiles files;
-  files.output("--output", options.output);
-  files.output("--json", options.json);
+  nameTableOutput(files, options.output);
+  files.textOutput("--json", options.json);
   const Json json = lut2dJson(identity(options));
   writeJson(options.output.string(), json);
   writeJson(options.json, json);
@@ -66,18 +67,18 @@ void addLut2dNew(CLI::App& lut2d) {
       ->expected(4)
       ->delimiter(',')
       ->type_name("A,B,C,D")
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(numbersFrom(0.0, 1.0));
   app.add_option("--y-blend", options->blend, "Share of the luma that is restored")
       ->capture_default_str()
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(numbersFrom(0.0, 1.0));
   app.add_option("--h-shift", options->hShift,
                  "Hue changes reach 15 degrees times 2 to this power, in steps as much coarser")
       ->capture_default_str()
-      ->check(CLI::Range(0, 6));
+      ->check(wholeNumbersFrom(0, 6));
   app.add_option("--s-shift", options->sShift,
                  "Saturation changes reach 0.25 times 2 to this power")
       ->capture_default_str()
-      ->check(CLI::Range(0, 6));
+      ->check(wholeNumbersFrom(0, 6));
   app.callback([options] { run(*options); });
 }
 

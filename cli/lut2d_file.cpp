@@ -1,14 +1,19 @@
 #include "lut2d_file.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <span>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/two_d_lut_helper.h"
 #include "json_input.h"
+#include "text_table.h"
 
 namespace greycard::cli {
 namespace {
@@ -87,6 +92,14 @@ void read(const std::string& name, const Json& json, std::array<double, Size>& v
   }
 }
 
+void checkGrid(const std::string& name, std::span<const double> nodes, double low, double high) {
+  for (std::size_t i = 0; i < nodes.size(); ++i)
+    if (nodes[i] < low || nodes[i] > high || (i > 0 && nodes[i] < nodes[i - 1]))
+      refuseField(name, "numbers from " + general(low, 3) + " to " + general(high, 3) +
+                            " that don't fall; entry " + std::to_string(i + 1) + " is " +
+                            general(nodes[i], 6));
+}
+
 Lut2DConfig configFrom(const Json& json) {
   if (!json.is_object()) throw std::invalid_argument("it must hold one object");
   Lut2DConfig config;
@@ -103,7 +116,31 @@ Lut2DConfig configFrom(const Json& json) {
         throw std::invalid_argument("there is no such field as " + item.key());
   }
   TwoDLutHelper().SetConfig(config);  // refuses numbers without meaning
+  checkGrid("lut_1d_h", config.lut_1d_h, 0.0, 360.0);
+  checkGrid("lut_1d_s", config.lut_1d_s, 0.0, 1.0);
+  if (config.lut_1d_h.front() != 0.0 || config.lut_1d_h.back() != 360.0)
+    refuseField("lut_1d_h", "from 0 to 360");
+  for (const auto& [name, value] : {std::pair{"l_boundary_start_a", config.l_boundary_start_a},
+                                    std::pair{"l_boundary_start_b", config.l_boundary_start_b},
+                                    std::pair{"l_boundary_end_a", config.l_boundary_end_a},
+                                    std::pair{"l_boundary_end_b", config.l_boundary_end_b},
+                                    std::pair{"y_blend_factor", config.y_blend_factor}})
+    if (!(value >= 0.0F && value <= 1.0F)) refuseField(name, "from 0 to 1");
   return config;
+}
+
+// "line 12, column 5" of a byte in the text.
+std::string placeOf(std::string_view text, std::size_t byte) {
+  const auto before = text.substr(0, byte == 0 ? 0 : byte - 1);
+  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+  const auto start = before.rfind('\n');
+  const auto column = before.size() - (start == std::string_view::npos ? 0 : start + 1) + 1;
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+// How far a change of the table reaches: 511 steps, each of them 2^shift of 2048 in a unit.
+double reach(float shift, double unit) {
+  return 511.0 * std::exp2(std::trunc(static_cast<double>(shift))) / 2048.0 * unit;
 }
 
 }  // namespace
@@ -126,11 +163,35 @@ Lut2DConfig readLut2d(const std::filesystem::path& path) {
   const std::string text = readWholeFile(path);
   try {
     return configFrom(Json::parse(text));
+  } catch (const Json::parse_error& error) {
+    throw JobError(quoted(path) + " is not a JSON file from " + placeOf(text, error.byte) +
+                   " on; greycard lut2d new makes one");
   } catch (const Json::exception&) {
-    throw JobError(quoted(path) + " is not a JSON file; greycard lut2d new makes one");
+    throw JobError(quoted(path) + " holds a number that is too large");
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(path) + " is no hue/saturation table: " + error.what());
   }
+}
+
+void nameTableOutput(JobFiles& files, const std::filesystem::path& path) {
+  if (path.empty()) throw UsageError("--output needs the name of a file");
+  files.textOutput("--output", path);
+}
+
+CutChanges cutChanges(const Lut2DConfig& config) {
+  const double hueReach = reach(config.h_shift, 60.0), satReach = reach(config.s_shift, 1.0);
+  CutChanges cut;
+  for (std::size_t i = 0; i < kLut2dNodes; ++i)
+    if (std::fabs(config.lut_2d_h[i]) > hueReach || std::fabs(config.lut_2d_s[i]) > satReach)
+      ++cut.nodes;
+  if (cut.nodes > 0)
+    cut.warning = std::to_string(cut.nodes) + (cut.nodes == 1 ? " node changes" : " nodes change") +
+                  " more than h_shift " + general(static_cast<double>(config.h_shift), 3) +
+                  " and s_shift " + general(static_cast<double>(config.s_shift), 3) +
+                  " can hold: hues move by at most " + general(hueReach, 3) +
+                  " degrees, saturations by " + general(satReach, 3) +
+                  "; make the table with larger shifts";
+  return cut;
 }
 
 }  // namespace greycard::cli

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "greycard/lut2d_config.h"
+#include "job_files.h"
 #include "json_output.h"
 
 namespace greycard::cli {
@@ -15,5 +16,17 @@ Json lut2dJson(const Lut2DConfig& config);
 /// Reads what lut2dJson made. \throws JobError about the first field that is missing, unknown or of
 /// the wrong kind, or about a value that the table can't work with
 Lut2DConfig readLut2d(const std::filesystem::path& path);
+
+/// Names the table that a job writes, a file or "-" for standard output.
+/// \throws UsageError for no name, and as JobFiles::textOutput
+void nameTableOutput(JobFiles& files, const std::filesystem::path& path);
+
+/// Changes that the table's shifts can't hold: such nodes move their colours only as far as those
+/// reach.
+struct CutChanges {
+  int nodes = 0;
+  std::string warning;  ///< a sentence for the user; empty without any
+};
+CutChanges cutChanges(const Lut2DConfig& config);
 
 }  // namespace greycard::cli

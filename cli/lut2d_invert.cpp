@@ -86,8 +86,8 @@ RoundTrip roundTrip(const Lut2DConfig& forward, const Lut2DConfig& inverse) {
 void run(const InvertOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
-  files.output("--output", options.output);
-  files.output("--json", options.json);
+  nameTableOutput(files, options.output);
+  files.textOutput("--json", options.json);
   const Lut2DConfig forward = readLut2d(options.lut);
   int uncovered = 0;
   const Lut2DConfig inverse = inverseOf(forward, uncovered);

@@ -45,11 +45,12 @@ void run(const ShowOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
   files.output("--plot", options.plot);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const Lut2DConfig config = readLut2d(options.lut);
   int changed = 0;
   for (std::size_t i = 0; i < kLut2dNodes; ++i)
     if (config.lut_2d_h[i] != 0.0 || config.lut_2d_s[i] != 0.0) ++changed;
+  const CutChanges cut = cutChanges(config);
   const double hue = largest(config.lut_2d_h), sat = largest(config.lut_2d_s);
   if (!options.plot.empty())
     writeWholeFile(options.plot,
@@ -58,11 +59,13 @@ void run(const ShowOptions& options) {
                            {"changed_nodes", changed},
                            {"largest_hue_change_deg", hue},
                            {"largest_saturation_change", sat},
+                           {"cut_nodes", cut.nodes},
                            {"table", lut2dJson(config)}});
   if (!options.printsText()) return;
   std::cout << quoted(options.lut) << ": " << changed << " of " << kLut2dNodes
             << " nodes change colour, by up to " << fixed(hue, 1) << " degrees and "
             << fixed(sat, 3) << " in saturation\n";
+  if (!cut.warning.empty()) std::cout << "Warning: " << cut.warning << "\n";
   print("Hue change in degrees", config, config.lut_2d_h, 1);
   print("Saturation change", config, config.lut_2d_s, 3);
 }

@@ -48,4 +48,10 @@ std::string unknownName(const std::string& kind, const std::string& name,
   return text + (closest != nullptr ? " Known: " : "; known: ") + list;
 }
 
+std::string printable(std::string text) {
+  for (char& c : text)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+  return text;
+}
+
 }  // namespace greycard::cli

@@ -11,4 +11,7 @@ namespace greycard::cli {
 std::string unknownName(const std::string& kind, const std::string& name,
                         std::span<const std::string> known);
 
+/// A piece of a user's file without its control characters, which become ?.
+std::string printable(std::string text);
+
 }  // namespace greycard::cli

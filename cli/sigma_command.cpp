@@ -24,8 +24,8 @@ void nameFiles(const SigmaOptions& options) {
   files.input("FLATFIELD", options.source.file);
   files.output("--csv", options.csv);
   files.output("--plot", options.plot);
-  files.output("--map", options.map);
-  files.output("--json", options.json);
+  files.pictureOutput("--map", options.map);
+  files.textOutput("--json", options.json);
 }
 
 Json figures(const SigmaOptions& options, const LumaPlane& plane, const SigmaLUT& sigma,

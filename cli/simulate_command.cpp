@@ -15,6 +15,7 @@
 #include "job_files.h"
 #include "json_output.h"
 #include "names.h"
+#include "option_checks.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
 #include "text_table.h"
@@ -139,9 +140,9 @@ void runFlat(const SimulateOptions& options) {
 
 void run(const SimulateOptions& options) {
   JobFiles files;
-  files.output("--output", options.picture);
-  files.output("--truth", options.truth);
-  files.output("--json", options.json);
+  files.pictureOutput("--output", options.picture);
+  files.textOutput("--truth", options.truth);
+  files.textOutput("--json", options.json);
   if (options.flat.flat) return runFlat(options);
 
   ChartSimulator simulator;
@@ -199,7 +200,9 @@ void addCameraOptions(CLI::App& app, SimulateOptions& options) {
       ->capture_default_str();
   camera.add_option("--read-noise", s.readNoise, "Standard deviation without light, likewise")
       ->capture_default_str();
-  camera.add_option("--seed", s.seed, "Of the noise")->capture_default_str();
+  camera.add_option("--seed", s.seed, "Of the noise")
+      ->check(wholeNumbersFrom(0, INT64_MAX))
+      ->capture_default_str();
 }
 
 void addPictureOptions(CLI::App& app, SimulateOptions& options) {

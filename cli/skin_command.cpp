@@ -81,7 +81,7 @@ void run(const SkinOptions& options) {
   if (std::filesystem::exists(options.ccm)) files.input("--ccm", options.ccm);
   files.output("--csv", options.csv);
   files.output("--plot", options.plot);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
 
   const CameraGamma gamma = cameraGamma(options.gamma);
   Charts charts;

@@ -28,7 +28,7 @@ void deliverStandardCurve(const StandardCurveOptions& options, const GammaCurve&
   JobFiles files;
   files.output("--output", options.output);
   options.plot.nameFiles(files);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   const GammaTable& codes = *curve.Data();
   TextTable text({{"input (12 bits)"}, {light.column}, {"output (10 bits)"}});
   std::string lines;

@@ -166,7 +166,7 @@ void run(const WbMapOptions& options) {
   JobFiles files;
   files.input("--points", options.pointsFile);
   files.output("--csv", options.csv);
-  files.output("--json", options.json);
+  files.textOutput("--json", options.json);
   WbMapResult result;
   result.from = references("--from", options.from);
   result.to = references("--to", options.to);

@@ -91,9 +91,8 @@ class GREYCARD_EXPORT NLoptHelper {
   /// \param max_pushup_mean, max_pushdown_mean, max_dark_mean  N each: kept, not used
   /// \param initial_parameter  12: the value of each parameter whose group is not enabled
   /// \param parameters_enable  9: not 0 = the group is fitted (kGaEnableFlagOf). With flag 4 set
-  /// the
-  ///                           ceiling of every image is [6] times the first image's current target
-  ///                           (deliberate), without it [6] times its own
+  ///                     the ceiling of every image is [6] times the first image's current target
+  ///                     (deliberate), without it [6] times its own
   /// \param isManual    true: evaluates initial_parameter once, without a search
   /// \param fourTargets  receives N x 4: the larger and the smaller of the targets A and B, then
   ///                     the upper and the lower dark target

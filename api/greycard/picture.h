@@ -49,6 +49,9 @@ struct Picture {
 /// \throws FileError that names the file and the reason; nothing else.
 GREYCARD_EXPORT Picture readPicture(const std::filesystem::path& path);
 
+/// \throws FileError when no format that pictures are written in has the name's ending
+GREYCARD_EXPORT void checkPictureName(const std::filesystem::path& path);
+
 /// Writes the picture; the format follows from the file name's ending, which must be able to hold
 /// the picture's bits. Written under a temporary name and renamed, so an earlier file of that name
 /// stays whole when writing fails.

@@ -69,7 +69,7 @@ std::string_view pnmWord(std::string_view& header) {
 
 bool pnmReachesItsEnd(std::string_view bytes) {
   const char kind = bytes[1];
-  if (kind < '4') return true;  // decimal text
+  if (kind < '4' || kind == '7') return true;  // decimal text, a PAM header
   auto rest = bytes.substr(2);
   const auto width = parseInt32(pnmWord(rest)), height = parseInt32(pnmWord(rest));
   const auto maximum = kind == '4' ? 1 : parseInt32(pnmWord(rest));
@@ -91,6 +91,8 @@ const char* imageFormatName(ImageFormat format) {
       return "PNG";
     case ImageFormat::Jpeg:
       return "JPEG";
+    case ImageFormat::Jpeg2000:
+      return "JPEG 2000";
     case ImageFormat::Tiff:
       return "TIFF";
     case ImageFormat::Bmp:
@@ -106,12 +108,15 @@ const char* imageFormatName(ImageFormat format) {
 std::optional<ImageFormat> imageFormat(std::string_view bytes) {
   if (bytes.starts_with("\x89PNG\r\n\x1a\n"sv)) return ImageFormat::Png;
   if (bytes.starts_with("\xFF\xD8\xFF"sv)) return ImageFormat::Jpeg;
+  for (const auto mark : {"\0\0\0\x0CjP  \r\n\x87\n"sv, "\xFF\x4F\xFF\x51"sv})
+    if (bytes.starts_with(mark)) return ImageFormat::Jpeg2000;
   for (const auto mark : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv})
     if (bytes.starts_with(mark)) return ImageFormat::Tiff;
   if (bytes.starts_with("BM")) return ImageFormat::Bmp;
   if (bytes.starts_with("RIFF") &&
       bytes.substr(std::min(bytes.size(), std::size_t{8}), 4) == "WEBP")
     return ImageFormat::WebP;
+  if (bytes.starts_with("P7\n")) return ImageFormat::Pnm;
   if (bytes.size() > 2 && bytes[0] == 'P' && bytes[1] >= '1' && bytes[1] <= '6' &&
       " \t\r\n#"sv.find(bytes[2]) != std::string_view::npos)
     return ImageFormat::Pnm;
@@ -131,6 +136,7 @@ bool reachesItsEnd(ImageFormat format, std::string_view bytes) {
       return bytes.size() >= kSmallestWebP && bytes.size() - 8 >= littleEndian32(bytes, 4);
     case ImageFormat::Pnm:
       return pnmReachesItsEnd(bytes);
+    case ImageFormat::Jpeg2000:
     case ImageFormat::Tiff:
       break;
   }

@@ -22,7 +22,7 @@
 namespace greycard {
 namespace {
 
-constexpr const char* kReadFormats = "PNG, TIFF, JPEG, BMP, PNM or WebP";
+constexpr const char* kReadFormats = "PNG, TIFF, JPEG, JPEG 2000, BMP, PNM or WebP";
 
 [[noreturn]] void refuseToRead(const std::string& name, const std::string& why) {
   throw FileError("can't read " + name + ": " + why);
@@ -75,21 +75,27 @@ std::string lowerCaseEnding(const std::filesystem::path& path) {
   return ending;
 }
 
-const WritableFormat& writableFormat(const std::filesystem::path& path, const Picture& picture) {
+const WritableFormat& formatOfName(const std::filesystem::path& path) {
   const auto ending = lowerCaseEnding(path);
   const auto format = std::find_if(kWritableFormats.begin(), kWritableFormats.end(),
                                    [&](const auto& f) { return f.ending == ending; });
   if (format == kWritableFormats.end())
     refuseToWrite(quoted(path), "no picture format has the ending \"" + ending +
                                     "\"; use .png, .tif, .jpg, .bmp, .ppm, .pgm or .webp");
-  if (picture.bits > format->maximumBits)
+  return *format;
+}
+
+const WritableFormat& writableFormat(const std::filesystem::path& path, const Picture& picture) {
+  const WritableFormat& format = formatOfName(path);
+  const std::string ending(format.ending);
+  if (picture.bits > format.maximumBits)
     refuseToWrite(quoted(path),
                   ending + " can't hold 16 bits per sample; use .png, .tif, .ppm or .pgm");
-  if (!(picture.channels == 1 ? format->holdsGrey : format->holdsColour))
+  if (!(picture.channels == 1 ? format.holdsGrey : format.holdsColour))
     refuseToWrite(quoted(path),
                   ending + (picture.channels == 1 ? " can't hold a grey picture; use .pgm or .png"
                                                   : " can't hold colours; use .ppm or .png"));
-  return *format;
+  return format;
 }
 
 std::vector<std::uint8_t> encode(std::string_view ending, const Picture& picture,
@@ -139,6 +145,10 @@ Picture readPicture(const std::filesystem::path& path) {
   if (std::filesystem::is_directory(path, ignored))
     refuseToRead(quoted(path), "it is a folder; name a picture file in it");
   return decodePicture(readWholeFile(path), quoted(path));
+}
+
+void checkPictureName(const std::filesystem::path& path) {
+  formatOfName(path);
 }
 
 void writePicture(const std::filesystem::path& path, const Picture& picture) {

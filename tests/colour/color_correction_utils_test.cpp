@@ -89,7 +89,9 @@ TEST_F(ColorCorrection, SaturationSearchReachesItsTarget) {
     EXPECT_NEAR(utils.m_fit.m_chromaChange.value(), chroma / target - 1, 1e-12);
     expectRowsSumToOne(utils.m_ccm);
     // 2 % is near enough from the start, so nothing is searched with another hue weight.
-    if (wanted == 1.02) EXPECT_EQ(utils.m_fit.m_hueWeight, 1.0);
+    if (wanted == 1.02) {
+      EXPECT_EQ(utils.m_fit.m_hueWeight, 1.0);
+    }
   }
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+// Checks of an option's numbers that not-a-number doesn't slip through, with short messages.
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+
+namespace greycard::cli {
+
+CLI::Validator numbersFrom(double low, double high);
+CLI::Validator anyFiniteNumber();
+CLI::Validator wholeNumbersFrom(std::int64_t low, std::int64_t high);
+
+}  // namespace greycard::cli
