@@ -69,7 +69,7 @@ std::string_view pnmWord(std::string_view& header) {
 
 bool pnmReachesItsEnd(std::string_view bytes) {
   const char kind = bytes[1];
-  if (kind < '4' || kind == '7') return true;  // decimal text, a PAM header
+  if (kind < '4') return true;  // decimal text
   auto rest = bytes.substr(2);
   const auto width = parseInt32(pnmWord(rest)), height = parseInt32(pnmWord(rest));
   const auto maximum = kind == '4' ? 1 : parseInt32(pnmWord(rest));
@@ -116,7 +116,6 @@ std::optional<ImageFormat> imageFormat(std::string_view bytes) {
   if (bytes.starts_with("RIFF") &&
       bytes.substr(std::min(bytes.size(), std::size_t{8}), 4) == "WEBP")
     return ImageFormat::WebP;
-  if (bytes.starts_with("P7\n")) return ImageFormat::Pnm;
   if (bytes.size() > 2 && bytes[0] == 'P' && bytes[1] >= '1' && bytes[1] <= '6' &&
       " \t\r\n#"sv.find(bytes[2]) != std::string_view::npos)
     return ImageFormat::Pnm;

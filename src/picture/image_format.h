@@ -16,8 +16,7 @@ std::optional<ImageFormat> imageFormat(std::string_view bytes);
 
 /// Whether the file goes on to the end that its own structure promises. Decoders fill the missing
 /// part of some cut files with grey and report success, so this is asked first. True for a TIFF,
-/// for JPEG 2000 and for a PNM of decimal text or with a PAM header, whose decoders notice it
-/// themselves.
+/// for JPEG 2000 and for a PNM of decimal text, whose decoders notice it themselves.
 bool reachesItsEnd(ImageFormat format, std::string_view bytes);
 
 }  // namespace greycard
