@@ -13,7 +13,8 @@
 namespace greycard {
 namespace {
 
-constexpr int kSuccess = 1, kMaxTimeReached = 6;
+constexpr int kSuccess = 1, kObjectiveToleranceReached = 3, kMaxTimeReached = 6;
+constexpr int kMostSearches = 20;
 constexpr std::array<NloptFunction, 4> kGaConstraints{GAinconstraint1, GAinconstraint2,
                                                       GAinconstraint3, GAinconstraint4};
 
@@ -57,6 +58,12 @@ NloptOutcome searchParameters(LumaTargetRun& run, const SearchOptions& options, 
   if (outcome.result == kMaxTimeReached) x = run.m_xTmp;
   if (outcome.result != 0) logGa(run, outcome.minimum, x);
   return outcome;
+}
+
+// What a search has used up of its limits; false when nothing is left of one.
+bool takeOff(SearchOptions& options, const NloptOutcome& used) {
+  if (options.maxSeconds > 0.0 && (options.maxSeconds -= used.seconds) <= 0.0) return false;
+  return !(options.maxEvaluations > 0 && (options.maxEvaluations -= used.evaluations) <= 0);
 }
 
 struct PerImageInput {
@@ -177,8 +184,19 @@ double NLoptHelper::findMinSearch(const Vector3& testRGB, const Vector3& targetR
   if (!std::isfinite(minSearch_Utility(1, kUpper, nullptr, &run)))
     throw std::invalid_argument("findMinSearch: testRGB or targetRGB is too large to have an L*");
   double x[] = {1.0};
-  const NloptOutcome outcome =
-      minimise({kLower, kUpper, minSearch_Utility, {}, &run, kStopValue}, options, x);
+  const NloptProblem problem{kLower, kUpper, minSearch_Utility, {}, &run, kStopValue};
+  NloptOutcome outcome = minimise(problem, options, x);
+  // A dark colour's lightness hardly changes with the factor, so that the tolerance of the
+  // objective is met long before the stop value: the search goes on from there, with other random
+  // numbers.
+  SearchOptions further = options;
+  for (int n = 1; n < kMostSearches && outcome.result == kObjectiveToleranceReached &&
+                  outcome.minimum > kStopValue && x[0] < kUpper[0];
+       ++n) {
+    if (!takeOff(further, outcome)) break;
+    ++further.seed;
+    outcome = minimise(problem, further, x);
+  }
   if (outcome.result != 0) debugPrint("min utility=%f, x=(%f)\n", outcome.minimum, x[0]);
   return x[0];
 }

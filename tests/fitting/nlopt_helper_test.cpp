@@ -193,6 +193,7 @@ TEST(FindMinSearch, AgreesWithBisection) {
   const std::pair<Vector3, Vector3> cases[] = {{{200, 100, 50}, {100, 100, 100}},
                                                {{60, 20, 30}, {90, 140, 40}},
                                                {{255, 255, 255}, {128, 128, 128}},
+                                               {{1, 1, 1}, {6, 6, 6}},
                                                {{30, 30, 30}, {240, 250, 245}}};
   for (const auto& [test, target] : cases) {
     double low = 0.0, high = 10.0;
