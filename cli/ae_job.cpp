@@ -148,9 +148,7 @@ void AeJob::addPicture(const std::filesystem::path& path, double target,
 AeJob readAeJob(const std::filesystem::path& path, JobFiles& files) {
   const std::string text = readWholeFile(path);
   try {
-    return jobFrom(Json::parse(text), path.parent_path(), files);
-  } catch (const Json::exception&) {
-    throw JobError(quoted(path) + " is not a JSON file; docs/ae_json.md shows one");
+    return jobFrom(parsedJson(text), path.parent_path(), files);
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(path) + " is no exposure fit: " + error.what());
   }

@@ -9,6 +9,20 @@
 #include "option_checks.h"
 
 namespace greycard::cli {
+namespace {
+
+// The middle of each region: three quarters of a patch wide, a region reaches over the patch's edge
+// when the chart lies near 45 degrees.
+PatchRegions insideAtAnyTurn(PatchRegions regions) {
+  constexpr double kShare = 2.0 / 3.0;
+  for (PatchRegion& region : regions)
+    region = {region.left + 0.5 * (1.0 - kShare) * region.width,
+              region.top + 0.5 * (1.0 - kShare) * region.height, kShare * region.width,
+              kShare * region.height};
+  return regions;
+}
+
+}  // namespace
 
 void ChartSource::addTo(CLI::App& app, bool regionsFromFile) {
   app.add_option("photo", photo, "Photograph of a 24-patch chart (PNG, TIFF, JPEG, ...)")
@@ -51,21 +65,6 @@ SampleLevels ChartSource::levels(const Picture& picture) const {
   if (!(levels.whiteLevel > levels.blackLevel)) throw UsageError("--white must be above --black");
   return levels;
 }
-
-namespace {
-
-// The middle of each region: three quarters of a patch wide, a region reaches over the patch's edge
-// when the chart lies near 45 degrees.
-PatchRegions insideAtAnyTurn(PatchRegions regions) {
-  constexpr double kShare = 2.0 / 3.0;
-  for (PatchRegion& region : regions)
-    region = {region.left + 0.5 * (1.0 - kShare) * region.width,
-              region.top + 0.5 * (1.0 - kShare) * region.height, kShare * region.width,
-              kShare * region.height};
-  return regions;
-}
-
-}  // namespace
 
 LocatedChart locateChart(const ChartSource& source, const Picture& picture) {
   if (!source.regions.empty()) return {readRegions(source.regions), std::nullopt};

@@ -8,6 +8,28 @@
 #include "names.h"
 
 namespace greycard::cli {
+namespace {
+
+// "line 12, column 5" of a byte in the text.
+std::string placeOf(std::string_view text, std::size_t byte) {
+  const auto before = text.substr(0, byte == 0 ? 0 : byte - 1);
+  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+  const auto start = before.rfind('\n');
+  const auto column = before.size() - (start == std::string_view::npos ? 0 : start + 1) + 1;
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+}  // namespace
+
+Json parsedJson(std::string_view text) {
+  try {
+    return Json::parse(text);
+  } catch (const Json::parse_error& error) {
+    throw std::invalid_argument("it is not JSON from " + placeOf(text, error.byte) + " on");
+  } catch (const Json::exception&) {
+    throw std::invalid_argument("it holds a number that is too large");
+  }
+}
 
 void refuseField(const std::string& name, const std::string& must) {
   throw std::invalid_argument(name + " must be " + must);

@@ -7,10 +7,14 @@
 #include <initializer_list>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "json_output.h"
 
 namespace greycard::cli {
+
+/// The document; a text that is none is told with the line and column where it goes wrong.
+Json parsedJson(std::string_view text);
 
 /// \throws std::invalid_argument "<name> must be <must>"
 [[noreturn]] void refuseField(const std::string& name, const std::string& must);

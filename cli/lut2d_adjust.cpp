@@ -12,6 +12,7 @@
 #include "job_files.h"
 #include "lut2d_commands.h"
 #include "lut2d_file.h"
+#include "lut2d_reach.h"
 #include "option_checks.h"
 #include "text_table.h"
 

@@ -1,12 +1,9 @@
 #include "lut2d_file.h"
 
-#include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <span>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include "command.h"
@@ -129,20 +126,6 @@ Lut2DConfig configFrom(const Json& json) {
   return config;
 }
 
-// "line 12, column 5" of a byte in the text.
-std::string placeOf(std::string_view text, std::size_t byte) {
-  const auto before = text.substr(0, byte == 0 ? 0 : byte - 1);
-  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-  const auto start = before.rfind('\n');
-  const auto column = before.size() - (start == std::string_view::npos ? 0 : start + 1) + 1;
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
-}
-
-// How far a change of the table reaches: 511 steps, each of them 2^shift of 2048 in a unit.
-double reach(float shift, double unit) {
-  return 511.0 * std::exp2(std::trunc(static_cast<double>(shift))) / 2048.0 * unit;
-}
-
 }  // namespace
 
 Json lut2dJson(const Lut2DConfig& config) {
@@ -162,12 +145,7 @@ Json lut2dJson(const Lut2DConfig& config) {
 Lut2DConfig readLut2d(const std::filesystem::path& path) {
   const std::string text = readWholeFile(path);
   try {
-    return configFrom(Json::parse(text));
-  } catch (const Json::parse_error& error) {
-    throw JobError(quoted(path) + " is not a JSON file from " + placeOf(text, error.byte) +
-                   " on; greycard lut2d new makes one");
-  } catch (const Json::exception&) {
-    throw JobError(quoted(path) + " holds a number that is too large");
+    return configFrom(parsedJson(text));
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(path) + " is no hue/saturation table: " + error.what());
   }
@@ -176,22 +154,6 @@ Lut2DConfig readLut2d(const std::filesystem::path& path) {
 void nameTableOutput(JobFiles& files, const std::filesystem::path& path) {
   if (path.empty()) throw UsageError("--output needs the name of a file");
   files.textOutput("--output", path);
-}
-
-CutChanges cutChanges(const Lut2DConfig& config) {
-  const double hueReach = reach(config.h_shift, 60.0), satReach = reach(config.s_shift, 1.0);
-  CutChanges cut;
-  for (std::size_t i = 0; i < kLut2dNodes; ++i)
-    if (std::fabs(config.lut_2d_h[i]) > hueReach || std::fabs(config.lut_2d_s[i]) > satReach)
-      ++cut.nodes;
-  if (cut.nodes > 0)
-    cut.warning = std::to_string(cut.nodes) + (cut.nodes == 1 ? " node changes" : " nodes change") +
-                  " more than h_shift " + general(static_cast<double>(config.h_shift), 3) +
-                  " and s_shift " + general(static_cast<double>(config.s_shift), 3) +
-                  " can hold: hues move by at most " + general(hueReach, 3) +
-                  " degrees, saturations by " + general(satReach, 3) +
-                  "; make the table with larger shifts";
-  return cut;
 }
 
 }  // namespace greycard::cli

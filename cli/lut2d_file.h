@@ -21,12 +21,4 @@ Lut2DConfig readLut2d(const std::filesystem::path& path);
 /// \throws UsageError for no name, and as JobFiles::textOutput
 void nameTableOutput(JobFiles& files, const std::filesystem::path& path);
 
-/// Changes that the table's shifts can't hold: such nodes move their colours only as far as those
-/// reach.
-struct CutChanges {
-  int nodes = 0;
-  std::string warning;  ///< a sentence for the user; empty without any
-};
-CutChanges cutChanges(const Lut2DConfig& config);
-
 }  // namespace greycard::cli

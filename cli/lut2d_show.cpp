@@ -10,6 +10,7 @@
 #include "job_files.h"
 #include "lut2d_commands.h"
 #include "lut2d_file.h"
+#include "lut2d_reach.h"
 #include "lut2d_wheel.h"
 #include "text_table.h"
 

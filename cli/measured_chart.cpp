@@ -8,6 +8,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/macbeth_chart_data.h"
+#include "json_input.h"
 #include "number_list.h"
 
 namespace greycard::cli {
@@ -21,14 +22,6 @@ bool looksLikeJson(std::string_view text) {
 // What follows throws plain texts; the callers add the file.
 [[noreturn]] void refuse(const std::string& what) {
   throw std::invalid_argument(what);
-}
-
-Json parsed(const std::string& text) {
-  try {
-    return Json::parse(text);
-  } catch (const Json::exception&) {
-    refuse("it is not valid JSON");
-  }
 }
 
 Vector3 tripleFrom(const std::string& name, const Json& json) {
@@ -93,7 +86,7 @@ MeasuredChart measuredChart(const ChartSource& source) {
   const std::string text = readWholeFile(source.photo);
   if (!looksLikeJson(text)) return chartFromPhotograph(source);
   try {
-    return chartFromJson(parsed(text));
+    return chartFromJson(parsedJson(text));
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(source.photo) + " is no measured chart: " + error.what());
   }
@@ -112,7 +105,7 @@ Matrix3 matrixOption(const std::string& option, const std::string& numbersOrFile
   const std::string text = readWholeFile(file);
   try {
     if (!looksLikeJson(text)) return matrixOf(finiteNumbers(text));
-    const Json json = parsed(text);
+    const Json json = parsedJson(text);
     if (!json.contains("matrix")) refuse("there is no field matrix");
     return matrixFrom(json["matrix"]);
   } catch (const std::invalid_argument& error) {

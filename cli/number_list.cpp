@@ -1,11 +1,9 @@
 #include "number_list.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace greycard::cli {
 namespace {
@@ -13,11 +11,7 @@ namespace {
 constexpr std::size_t kLongestQuotedWord = 30;
 
 double finiteNumber(std::string_view word) {
-  const std::string_view digits = word.starts_with('+') ? word.substr(1) : word;
-  const char* const end = digits.data() + digits.size();
-  double value = 0.0;
-  const auto [stop, error] = std::from_chars(digits.data(), end, value);
-  if (error == std::errc{} && stop == end && std::isfinite(value)) return value;
+  if (const auto value = numberOf<double>(word); value && std::isfinite(*value)) return *value;
   throw std::invalid_argument("\"" + std::string(word.substr(0, kLongestQuotedWord)) +
                               "\" is not a finite number");
 }

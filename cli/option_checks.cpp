@@ -1,26 +1,14 @@
 #include "option_checks.h"
 
-#include <charconv>
 #include <cmath>
 #include <functional>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <system_error>
 
+#include "number_list.h"
 #include "text_table.h"
 
 namespace greycard::cli {
 namespace {
-
-template <typename Number>
-std::optional<Number> numberOf(std::string_view word) {
-  if (word.starts_with('+')) word.remove_prefix(1);
-  Number value{};
-  const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-  if (error != std::errc{} || stop != word.data() + word.size()) return std::nullopt;
-  return value;
-}
 
 // Of the words for which `holds` is true.
 CLI::Validator checkOf(const std::string& wanted,

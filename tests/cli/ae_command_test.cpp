@@ -60,7 +60,7 @@ TEST_F(AeCommandTest, MatchesLuma) {
 
 TEST_F(AeCommandTest, RefusesFilesThatAreNoFits) {
   const std::pair<const char*, const char*> cases[] = {
-      {"{", "is not a JSON file"},
+      {"{", "is not JSON from line 1, column 2 on"},
       {"{}", "has no images"},
       {R"({"image": []})", "did you mean \"images\"?"},
       {R"({"images": [{"picture": "dark.pgm"}]})", "images[0].newTarget is missing"},

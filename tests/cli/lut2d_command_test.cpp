@@ -90,7 +90,7 @@ TEST_F(Lut2dCommandTest, RefusesFilesThatAreNoTables) {
     std::string text;
     const char* says;
   } cases[] = {
-      {"{", "is not a JSON file"},
+      {"{", "is not JSON from line 1, column 2 on"},
       {"[1, 2]", "it must hold one object"},
       {"{}", "there is no field enabled"},
       {spoiled("\"h_shift\": 2.0", "\"h_shift\": \"2\""), "h_shift must be a number"},
