@@ -10,11 +10,23 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+bool isWhiteSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isLineEnd(char c) {
+  return c == '\n' || c == '\r';
+}
+
+template <typename Unwanted>
+std::string_view withoutEnds(std::string_view text, const Unwanted& isUnwanted) {
+  while (!text.empty() && isUnwanted(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isUnwanted(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-  const auto begin = std::min(text.find_first_not_of(kWhiteSpace), text.size());
-  const auto end = text.find_last_not_of(kWhiteSpace) + 1;
-  return text.substr(begin, std::max(begin, end) - begin);
+  return withoutEnds(text, isWhiteSpace);
 }
 
 }  // namespace
@@ -33,17 +45,10 @@ TokenStream::TokenStream(Text text, std::string_view delimStr)
 }
 
 void TokenStream::readLine() {
-  const auto length = std::min(m_unread.find_first_of("\r\n"), m_unread.size());
-  m_line = m_unread.substr(0, length);
-  m_unread.remove_prefix(length);
+  m_line = {m_unread.begin(), std::find_if(m_unread.begin(), m_unread.end(), isLineEnd)};
+  m_unread.remove_prefix(m_line.size());
   m_unread.remove_prefix(m_unread.starts_with("\r\n") ? 2 : m_unread.empty() ? 0 : 1);
   ++m_lineNumber;
-}
-
-std::string_view TokenStream::withoutDelimiters(std::string_view line) const {
-  while (!line.empty() && isDelimiter(line.front())) line.remove_prefix(1);
-  while (!line.empty() && isDelimiter(line.back())) line.remove_suffix(1);
-  return line;
 }
 
 std::optional<std::string> TokenStream::ReadToken(bool& bBlankLine) {
@@ -53,13 +58,13 @@ std::optional<std::string> TokenStream::ReadToken(bool& bBlankLine) {
     m_stack.pop_back();
     return token;
   }
+  const auto isDelim = [this](char c) { return isDelimiter(c); };
   while (m_line.empty()) {
     if (m_unread.empty()) return std::nullopt;
     readLine();
-    m_line = trimmed(withoutDelimiters(trimmed(m_line)));
+    m_line = trimmed(withoutEnds(trimmed(m_line), isDelim));
     bBlankLine = bBlankLine || m_line.empty();
   }
-  const auto isDelim = [this](char c) { return isDelimiter(c); };
   const auto begin = std::find_if_not(m_line.begin(), m_line.end(), isDelim);
   const auto end = std::find_if(begin, m_line.end(), isDelim);
   const auto next = std::find_if_not(end, m_line.end(), isDelim);

@@ -44,7 +44,6 @@ class TokenStream {
   TokenStream& operator=(const TokenStream&) = delete;
 
   void readLine();
-  std::string_view withoutDelimiters(std::string_view line) const;
   bool isDelimiter(char c) const { return m_delimiters[static_cast<unsigned char>(c)]; }
 
   std::string m_text;
