@@ -6,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "allocation_count.h"
 #include "greycard/errors.h"
 #include "greycard/gamma_curve_model.h"
 
@@ -141,6 +142,17 @@ TEST_F(GammaCurveTest, GeneratesPointsThatReproduceALine) {
   EXPECT_TRUE(line->IsEditable());
   line->CalculateCurve();
   EXPECT_EQ(line->Data()->back(), 1023 * 16);
+}
+
+TEST_F(GammaCurveTest, DraggingAPointAllocatesNothing) {
+  const GammaCurvePtr edited = model.AddGammaCurve("edited", 2.2, 16383);
+  long before = 0;
+  for (int drag = 0; drag < 5; ++drag) {
+    if (drag == 1) before = allocationCount();  // the list of points has its memory by now
+    edited->GenerateControlPoints(Channel::All);
+    edited->CalculateCurve();
+  }
+  EXPECT_EQ(allocationCount(), before);
 }
 
 }  // namespace
