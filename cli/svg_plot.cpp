@@ -18,7 +18,7 @@ constexpr double kLeft = 66.0, kRight = 18.0, kBottom = 50.0, kTitleHeight = 34.
 constexpr double kLegendRow = 20.0, kLegendKey = 34.0, kLegendGap = 18.0;
 constexpr double kMarkerRadius = 4.0, kSpeckRadius = 1.6, kArrowHead = 6.0;
 // A generous mean width of a letter at the 13 pixels of the legend.
-constexpr double kLetterWidth = 7.3;
+constexpr double kLetterWidth = 8.4;
 
 bool isFinite(const Point2& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
