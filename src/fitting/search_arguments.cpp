@@ -73,6 +73,7 @@ void requireWeights(const char* call, std::span<const double> Weight) {
     sum += Weight[i];
   }
   if (!(sum > 0.0)) refuseArgument(call, "Weight", "is 0 for every image");
+  if (!std::isfinite(sum)) refuseArgument(call, "Weight", "is so large that its sum is infinite");
 }
 
 void requireLimits(const char* call, const SearchOptions& options) {

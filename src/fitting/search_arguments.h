@@ -32,7 +32,7 @@ void requireStartWithinBounds(const char* call, std::span<const double> lowerBou
                               std::span<const double> upperBound,
                               std::span<const double> initialBound);
 
-/// None negative, and not all 0.
+/// None negative, not all 0, and a finite sum.
 void requireWeights(const char* call, std::span<const double> Weight);
 
 /// Limits that are 0 or above.

@@ -157,6 +157,7 @@ TEST(GaArguments, AreRefusedByName) {
       {"Weight has 2 entries; it needs 3", [](LumaTask& t) { t.weight.pop_back(); }},
       {"Weight[1] is -1", [](LumaTask& t) { t.weight[1] = -1.0; }},
       {"Weight is 0 for every image", [](LumaTask& t) { t.weight.assign(3, 0.0); }},
+      {"Weight is so large", [](LumaTask& t) { t.weight.assign(3, 1e308); }},
       {"cur_target[0] is not", [&](LumaTask& t) { t.current[0] = nan; }},
       {"hist_RGB[1][2][255] is not", [&](LumaTask& t) { t.rgb[1][2][255] = nan; }},
       {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
