@@ -37,9 +37,9 @@ AeEvaluation evaluateRule(const AeJob& job, const GaParameters& parameters) {
 AeFit fitRule(const AeJob& job, const SearchOptions& options) {
   AeFit fit;
   fit.options = options;
-  fit.start = evaluateRule(job, job.inUse(job.initialBound));
-  Call call(job);
+  Call call(job);  // first, for it names the arguments that it refuses as the file does
   const GaParameters x = call.run(job, job.initial_parameter, false, options);
+  fit.start = evaluateRule(job, job.inUse(job.initialBound));
   fit.returned = evaluateRule(job, job.inUse(x));
   fit.best = evaluateRule(job, job.inUse(call.report.best));
   fit.resultCode = call.resultCode;

@@ -88,6 +88,8 @@ void addImage(AeJob& job, const std::string& prefix, const Json& image,
     files.input(prefix + "picture", folder / name);
     histograms = histogramsOf(folder / name, white);
   } else {
+    if (image.contains("white_level"))
+      throw std::invalid_argument(prefix + "white_level is for a picture, and none is named");
     histograms = inlineHistograms(prefix, image);
   }
   job.names.push_back(image.contains("name") ? textFrom(prefix + "name", image["name"]) : name);

@@ -31,6 +31,7 @@ struct AeJob {
   bool fits(std::size_t parameter) const {
     return parameters_enable[kGaEnableFlagOf[parameter]] != 0.0;
   }
+  bool fitsAny() const { return parameters_enable != std::array<double, kGaEnableFlags>{}; }
   /// The values that the rule works with at x: those of x where they are fitted.
   GaParameters inUse(const GaParameters& x) const;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ae_fit.h"
+#include "names.h"
 #include "svg_plot.h"
 #include "text_table.h"
 
@@ -54,8 +55,9 @@ std::string imageTable(const AeJob& job, const std::vector<Named>& columns) {
   for (const Named& column : columns) titles.push_back({column.title});
   TextTable table(titles);
   for (std::size_t i = 0; i < job.images(); ++i) {
-    std::vector<std::string> row{job.names[i], fixed(job.Weight[i], 2), fixed(job.curr_luma[i], 2),
-                                 fixed(job.cur_target[i], 2), fixed(job.newTarget[i], 2)};
+    std::vector<std::string> row{printable(job.names[i]), fixed(job.Weight[i], 2),
+                                 fixed(job.curr_luma[i], 2), fixed(job.cur_target[i], 2),
+                                 fixed(job.newTarget[i], 2)};
     for (const Named& column : columns) row.push_back(fixed(column.evaluation.target[i], 2));
     table.addRow(row);
   }
@@ -102,9 +104,12 @@ Json imagesJson(const AeJob& job) {
 }  // namespace
 
 std::string aeText(const AeJob& job, const AeFit& fit) {
-  std::string text = std::to_string(job.images()) + (job.images() == 1 ? " image: " : " images: ") +
-                     std::string(stopReason(fit.resultCode)) + " after " +
-                     std::to_string(fit.report.evaluations) + " evaluations";
+  std::string text = std::to_string(job.images()) + (job.images() == 1 ? " image: " : " images: ");
+  if (!job.fitsAny())
+    return text + "no group is enabled, so nothing was fitted\n\n" +
+           tables(job, {{"value", fit.best}});
+  text += std::string(stopReason(fit.resultCode)) + " after " +
+          std::to_string(fit.report.evaluations) + " evaluations";
   if (fit.report.seconds > 0.0)
     text += " in " + fixed(fit.report.seconds, 2) + " s (" + fixed(fit.evaluationsPerSecond(), 0) +
             " a second, seed " + std::to_string(fit.options.seed) + ")";

@@ -41,6 +41,15 @@ std::vector<const CLI::App*> parsedChain(const CLI::App& app) {
   return chain;
 }
 
+// What the positional options of a command are called in its help: "FIT.json".
+std::string positionalsOf(const CLI::App& app) {
+  std::string names;
+  for (const auto* option :
+       app.get_options([](const CLI::Option* option) { return option->get_positional(); }))
+    names += (names.empty() ? "" : " ") + option->get_type_name();
+  return names;
+}
+
 // A word where a sub-command should stand is the likely mistake behind "a sub-command is required".
 std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   const auto& deepest = *parsedChain(app).back();
@@ -52,7 +61,10 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   if (choices.empty()) return error.what();
   std::vector<std::string> names;
   for (const auto* choice : choices) names.push_back(choice->get_name());
-  return unknownName("sub-command", words.front(), names);
+  const std::string positionals = positionalsOf(deepest);
+  return (positionals.empty() ? ""
+                              : "after " + positionals + " only a sub-command may stand, and ") +
+         unknownName("sub-command", words.front(), names);
 }
 
 int fail(const CLI::App& app, std::string message, int status) {

@@ -48,6 +48,11 @@ TEST_F(AeCommandTest, FitsPicturesOfAFileAndOfTheCommandLine) {
   EXPECT_NEAR(manual["final_sat_pushup_pos"][0], 60.0, 1e-9);
   EXPECT_NEAR(manual["fourTargets"][0][0], 250.0 / 60.0 * 30.0, 1e-9);
   EXPECT_THAT(run({"ae", "fit.json", "--time", "0.05"}).out, HasSubstr("best"));
+
+  writeWholeFile(folder / "idle.json",
+                 R"({"parameters_enable": [0, 0, 0, 0, 0, 0, 0, 0, 0],
+                     "images": [{"picture": "dark.pgm", "newTarget": 25}]})");
+  EXPECT_THAT(run({"ae", "idle.json"}).out, HasSubstr("1 image: no group is enabled"));
 }
 
 TEST_F(AeCommandTest, MatchesLuma) {
@@ -68,6 +73,10 @@ TEST_F(AeCommandTest, RefusesFilesThatAreNoFits) {
       {R"({"images": [{"newTarget": 1, "picture": "no.png"}]})", "no.png"},
       {R"({"images": [{"newTarget": 1, "hist_CDF": [[1]], "hist_RGB": 1}]})", "3 lists of 256"},
       {R"({"lowerBound": [1, 2]})", "lowerBound must be a list of 12 numbers"},
+      {R"({"initialBound": [180, 250, 50, 3, 0.08, 0.04, 2, 1, 0.08, 0.01, 0, 0.15],
+           "initial_parameter": [180, 250, 50, 3, 0.08, 0.04, 2, 1, 0.02, 0.01, 0, 0.15],
+           "images": [{"newTarget": 1, "picture": "dark.pgm"}]})",
+       "x[4] and x[8] are both 0.08"},
   };
   for (const auto& [text, says] : cases) {
     SCOPED_TRACE(text);
@@ -76,7 +85,15 @@ TEST_F(AeCommandTest, RefusesFilesThatAreNoFits) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr(says));
   }
-  EXPECT_EQ(run({"ae", "--image", "dark.pgm"}).status, 2);
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"--image", "dark.pgm"},
+                                                {"bad.json", "luma-match", "1,2,3", "4,5,6"},
+                                                {"--seed", "2", "luma-match", "1,2,3", "4,5,6"}}) {
+    std::vector<std::string> line{"ae"};
+    line.insert(line.end(), words.begin(), words.end());
+    EXPECT_EQ(run(line).status, 2);
+  }
+  EXPECT_THAT(run({"ae", "bad.json", "worse.json"}).err,
+              HasSubstr("after FIT.json only a sub-command may stand"));
 }
 
 }  // namespace
