@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <span>
 #include <stdexcept>
+#include <system_error>
 
 #include "command.h"
 #include "greycard/files.h"
@@ -92,9 +94,13 @@ MeasuredChart measuredChart(const ChartSource& source) {
   }
 }
 
+bool namesFile(const std::string& text) {
+  std::error_code error;
+  return std::filesystem::exists(text, error);
+}
+
 Matrix3 matrixOption(const std::string& option, const std::string& numbersOrFile) {
-  const std::filesystem::path file = numbersOrFile;
-  if (!std::filesystem::exists(file)) {
+  if (!namesFile(numbersOrFile)) {
     try {
       return matrixOf(finiteNumbers(numbersOrFile));
     } catch (const std::invalid_argument& error) {
@@ -102,6 +108,7 @@ Matrix3 matrixOption(const std::string& option, const std::string& numbersOrFile
                        " is neither a file nor a matrix: " + error.what());
     }
   }
+  const std::filesystem::path file = numbersOrFile;
   const std::string text = readWholeFile(file);
   try {
     if (!looksLikeJson(text)) return matrixOf(finiteNumbers(text));

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "names.h"
+
 namespace greycard::cli {
 namespace {
 
@@ -12,7 +14,7 @@ constexpr std::size_t kLongestQuotedWord = 30;
 
 double finiteNumber(std::string_view word) {
   if (const auto value = numberOf<double>(word); value && std::isfinite(*value)) return *value;
-  throw std::invalid_argument("\"" + std::string(word.substr(0, kLongestQuotedWord)) +
+  throw std::invalid_argument("\"" + printable(std::string(word.substr(0, kLongestQuotedWord))) +
                               "\" is not a finite number");
 }
 

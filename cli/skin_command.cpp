@@ -57,7 +57,7 @@ std::vector<std::string> chartWarningsOf(const SkinOptions& options, const Chart
 // The matrix and where it comes from.
 std::pair<Matrix3, std::string> matrixFor(const SkinOptions& options, const Charts& charts) {
   if (!options.ccm.empty()) {
-    const bool isFile = std::filesystem::exists(options.ccm);
+    const bool isFile = namesFile(options.ccm);
     return {matrixOption("--ccm", options.ccm),
             isFile ? quoted(std::filesystem::path(options.ccm)) : "--ccm"};
   }
@@ -78,7 +78,7 @@ void run(const SkinOptions& options) {
   JobFiles files;
   for (std::size_t light = 0; light < kSkinLights.size(); ++light)
     files.input(std::string("CHART_") + kSkinLights[light], options.charts[light]);
-  if (std::filesystem::exists(options.ccm)) files.input("--ccm", options.ccm);
+  if (namesFile(options.ccm)) files.input("--ccm", options.ccm);
   files.output("--csv", options.csv);
   files.output("--plot", options.plot);
   files.textOutput("--json", options.json);

@@ -22,6 +22,9 @@ namespace greycard::cli {
 namespace {
 
 constexpr int kDigits = 8;
+// Of the largest target coordinate: rounding stays far below unless the source points are almost
+// on one line.
+constexpr double kLargestSoundResidual = 1e-6;
 
 struct WbMapOptions : CommonOptions {
   std::vector<std::string> from, to, points;
@@ -41,6 +44,11 @@ struct WbMapResult {
         largest = std::isnan(difference) ? difference : std::max(largest, std::abs(difference));
     }
     return largest;
+  }
+  bool meetsTargets() const {
+    double scale = 0.0;
+    for (const auto& [rg, bg] : to) scale = std::max({scale, std::abs(rg), std::abs(bg)});
+    return largestResidual() <= kLargestSoundResidual * scale;
   }
 };
 
@@ -184,6 +192,11 @@ void run(const WbMapOptions& options) {
   if (!AWBUtils::SpansPlane(result.from))
     std::cerr << "greycard wb-map: the three source points do not span a plane, so they leave the "
                  "mapping open and these figures mean nothing; choose three that form a triangle\n";
+  else if (!result.meetsTargets())
+    std::cerr
+        << "greycard wb-map: the references are not mapped onto their targets, for the source "
+           "points are almost on one line or the figures are too large; choose three points "
+           "that form a wider triangle\n";
 }
 
 void addPointsOption(CLI::App& app, const std::string& name, std::vector<std::string>& points,

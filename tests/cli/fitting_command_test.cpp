@@ -41,6 +41,9 @@ TEST_F(CommandTest, WbMapMapsPointsOfOptionsAndFiles) {
                          "--to", "0,0", "--to", "1,0", "--to", "0,1"});
   EXPECT_EQ(line.status, 0);
   EXPECT_THAT(line.err, HasSubstr("the three source points do not span a plane"));
+  const auto thin = run({"wb-map", "--from", "1,1", "--from", "2,2", "--from", "3,3.000000000001",
+                         "--to", "0.48,0.66", "--to", "0.64,0.52", "--to", "0.93,0.37"});
+  EXPECT_THAT(thin.err, HasSubstr("the references are not mapped onto their targets"));
 }
 
 TEST_F(CommandTest, FittingRefusalsNameTheWord) {
