@@ -16,6 +16,7 @@ namespace greycard::cli {
 namespace {
 
 constexpr std::size_t kEntries = 256;
+constexpr int kCatalogueBits = 14;
 
 std::vector<std::int32_t> everyFourth(const GammaTable& table) {
   std::vector<std::int32_t> entries;
@@ -27,7 +28,7 @@ std::vector<std::int32_t> everyFourth(const GammaTable& table) {
 int bitDepth(std::int32_t largest) {
   if (largest < 256) return 8;
   if (largest < 1024) return 10;
-  return largest < 4096 ? 12 : 14;
+  return largest < 4096 ? 12 : kCatalogueBits;
 }
 
 std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
@@ -50,24 +51,30 @@ std::vector<std::int32_t> readTable(const std::filesystem::path& path) {
   if (entries.size() != kEntries)
     throw JobError("the tone curve " + quoted(path) + " holds " + std::to_string(entries.size()) +
                    " numbers; 256 are wanted");
-  const int shift = 14 - bitDepth(std::ranges::max(entries));
-  for (std::int32_t& entry : entries) entry *= 1 << shift;
   return entries;
 }
 
 }  // namespace
+
+CameraGamma::Tables CameraGamma::in14Bits() const {
+  Tables shifted = tables;
+  for (auto& table : shifted)
+    for (std::int32_t& entry : table) entry *= 1 << (kCatalogueBits - bits);
+  return shifted;
+}
 
 CameraGamma cameraGamma(const std::string& nameOrFile) {
   const GammaCurveModel catalogue(true);
   if (const GammaCurvePtr curve = catalogue.GetGammaCurveByName(nameOrFile))
     return {
         nameOrFile,
+        kCatalogueBits,
         {everyFourth(*curve->DataR()), everyFourth(*curve->DataG()), everyFourth(*curve->DataB())}};
   std::error_code error;  // a name that can't even be looked up is no file either
   if (!std::filesystem::exists(nameOrFile, error))
     throw JobError(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
   const std::vector<std::int32_t> table = readTable(nameOrFile);
-  return {nameOrFile, {table, table, table}};
+  return {nameOrFile, bitDepth(std::ranges::max(table)), {table, table, table}};
 }
 
 }  // namespace greycard::cli

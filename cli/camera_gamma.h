@@ -7,10 +7,16 @@
 
 namespace greycard::cli {
 
-/// The camera's tone curve as three tables of 256 entries in 14-bit units: R, G, B.
+/// The camera's tone curve as three tables of 256 codes: R, G, B.
 struct CameraGamma {
+  using Tables = std::array<std::vector<std::int32_t>, 3>;
+
   std::string name;  ///< as the user gave it
-  std::array<std::vector<std::int32_t>, 3> tables;
+  int bits = 0;      ///< of the codes: full scale is 2^bits - 1
+  Tables tables;
+
+  /// The codes shifted to 14 bits, as curve tables are; full scale ends below 16383 then.
+  Tables in14Bits() const;
 };
 
 /// A curve of the catalogue by its name, or else a file of 256 whole numbers separated by blanks,

@@ -67,7 +67,8 @@ CcmResult fit(const CcmOptions& options, const CameraGamma& gamma, const Picture
   result.data = settings.m_macbethData;
 
   ColorCorrectionUtils facade;
-  facade.SetGammaTable(gamma.tables[0], gamma.tables[1], gamma.tables[2]);
+  const CameraGamma::Tables curves = gamma.in14Bits();
+  facade.SetGammaTable(curves[0], curves[1], curves[2]);
   ProgressBar progress("fitting");
   facade.Optimize(settings, 0, progress.callback());
   result.pipeline = facade.Pipeline();

@@ -18,7 +18,6 @@
 namespace greycard::cli {
 namespace {
 
-constexpr int kCameraGammaBits = 14;
 constexpr std::size_t kBalancePatch = 19;
 
 struct SkinOptions : CommonOptions {
@@ -96,7 +95,7 @@ void run(const SkinOptions& options) {
   helper.SetMCCRGBValues_A(a[0], a[1], a[2]);
   helper.SetMCCRGBValues_T84(t84[0], t84[1], t84[2]);
   helper.SetCCMValues_T84(matrix);
-  helper.SetGammaTable(gamma.tables[1], kCameraGammaBits);
+  helper.SetGammaTable(gamma.tables[1], gamma.bits);
   helper.Calibrate();
 
   const SkinResult result{options.charts,

@@ -106,6 +106,14 @@ TEST_F(CommandTest, SkinFromPhotographsAndMeasurements) {
   EXPECT_THAT(svg, HasSubstr("Hue ratio"));
   EXPECT_LT(svg.size(), 400000U);
 
+  // Everything at full scale: an 8-bit table gives 1 there.
+  std::string straight;
+  for (int i = 0; i < 256; ++i) straight += std::to_string(i) + " ";
+  writeWholeFile(folder / "straight.txt", straight);
+  const auto white = run({"skin", "TL84.json", "TL84.json", "TL84.json", "--ccm",
+                          "1e9,0,0,0,1e9,0,0,0,1e9", "--gamma", "straight.txt", "--json", "-"});
+  EXPECT_NEAR(json::parse(white.out)["lower"]["y"][0].get<double>(), 1.0, 1e-6);
+
   const auto swapped = run({"skin", "D65.png", "TL84.json", "A.png", "--ccm", "TL84.json"});
   EXPECT_THAT(swapped.out, HasSubstr("fitted for light TL84 but given as A"));
 }
