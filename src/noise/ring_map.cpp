@@ -11,9 +11,11 @@ namespace {
 
 constexpr float kMostRings = 0x1p24F;
 
+// Coordinates are whole numbers, and so is the sum of their squares: it is exact in doubles, and
+// rounded to single precision once.
 float distance(std::uint64_t dx, std::uint64_t dy) {
-  const auto x = static_cast<float>(dx), y = static_cast<float>(dy);
-  return std::sqrt(x * x + y * y);
+  const auto x = static_cast<double>(dx), y = static_cast<double>(dy);
+  return std::sqrt(static_cast<float>(x * x + y * y));
 }
 
 }  // namespace
