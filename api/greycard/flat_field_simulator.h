@@ -15,7 +15,8 @@ struct FlatFieldSettings {
   double level = 128.0;             ///< mean at the centre, in code values; 0..255
   double fallOff = 0.0;             ///< the mean falls by this share at rho = 1, as rho^2; 0..1
   /// Standard deviation of the samples at the centre, in code values and with the error of rounding
-  /// them in it: 0 for none (then only rounding), or 0.5..60.
+  /// them in it: 0 for none (then only rounding), or 0.6..60. True to 0.7 % at 0.6 and to 0.1 %
+  /// from 0.7 on, but for samples that are cut off at 0 and 255.
   double centreSigma = 3.0;
   double cornerGain = 2.0;  ///< times as much at rho = 1, growing as rho^2; 1..20
   std::uint64_t seed = 1;   ///< of the noise

@@ -13,7 +13,7 @@ namespace greycard {
 namespace {
 
 constexpr int kRowsPerReport = 64;
-constexpr double kRoundingVariance = 1.0 / 12.0, kLeastSigma = 0.5, kMost = 255.0;
+constexpr double kRoundingVariance = 1.0 / 12.0, kLeastSigma = 0.6, kMost = 255.0;
 
 void checkSettings(const FlatFieldSettings& s) {
   for (const SettingRange& range : {SettingRange{"width", 1.0 * s.width, 2, 20000},

@@ -76,7 +76,7 @@ TEST_F(CommandTest, SigmaAdvisesAndRefuses) {
       {{"sigma", "small.pgm", "--csv", "small.pgm"}, 2, "name the same file"},
       {{"simulate", "--flat", "-o", "x.png", "--light", "A"}, 2, "excludes"},
       {{"simulate", "-o", "x.png", "--gain", "2"}, 2, "requires --flat"},
-      {{"simulate", "--flat", "-o", "x.png", "--sigma", "nan"}, 2, "from 0.5 to 60, not nan"},
+      {{"simulate", "--flat", "-o", "x.png", "--sigma", "nan"}, 2, "from 0.6 to 60, not nan"},
       {{"simulate", "--flat", "-o", "x.png", "--size", "1x9"}, 2, "width must be from 2"},
   };
   for (const auto& [words, status, says] : cases) {
