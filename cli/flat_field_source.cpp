@@ -6,6 +6,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
+#include "names.h"
 
 namespace greycard::cli {
 namespace {
@@ -54,6 +55,7 @@ LumaPlane readLuma(const FlatFieldSource& source) {
   Picture picture = readPicture(source.file);
   LumaPlane plane{
       static_cast<std::uint64_t>(picture.width), static_cast<std::uint64_t>(picture.height), {}};
+  plane.isJpeg = isJpegName(source.file);
   if (picture.channels == 1) {
     plane.samples = std::move(picture.samples);
     return plane;

@@ -14,6 +14,7 @@ namespace greycard::cli {
 struct LumaPlane {
   std::uint64_t width = 0, height = 0;
   std::vector<std::uint16_t> samples;
+  bool isJpeg = false;
 };
 
 /// The flat field that a command line names: a picture file, or samples without a header.

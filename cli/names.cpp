@@ -1,6 +1,7 @@
 #include "names.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <string_view>
 #include <utility>
@@ -9,12 +10,15 @@
 namespace greycard::cli {
 namespace {
 
+int lowerCase(char c) {
+  return std::tolower(static_cast<unsigned char>(c));
+}
+
 // Levenshtein's distance, in halves: a change of case alone counts half of another change.
 std::size_t distance(std::string_view a, std::string_view b) {
   const auto costOf = [](char left, char right) -> std::size_t {
     if (left == right) return 0;
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    return lower(left) == lower(right) ? 1 : 2;
+    return lowerCase(left) == lowerCase(right) ? 1 : 2;
   };
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j < row.size(); ++j) row[j] = 2 * j;
@@ -52,6 +56,13 @@ std::string printable(std::string text) {
   for (char& c : text)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
   return text;
+}
+
+bool isJpegName(const std::filesystem::path& path) {
+  const std::string ending = path.extension().string();
+  return std::ranges::any_of(std::array{".jpg", ".jpeg"}, [&](std::string_view jpeg) {
+    return std::ranges::equal(ending, jpeg, {}, lowerCase);
+  });
 }
 
 }  // namespace greycard::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <span>
 #include <string>
 
@@ -13,5 +14,8 @@ std::string unknownName(const std::string& kind, const std::string& name,
 
 /// A piece of a user's file without its control characters, which become ?.
 std::string printable(std::string text);
+
+/// Whether the name has the ending of a JPEG file, whose compression alters noise.
+bool isJpegName(const std::filesystem::path& path);
 
 }  // namespace greycard::cli

@@ -42,7 +42,7 @@ void run(const SigmaOptions& options) {
   std::vector<float> localSigma(options.map.empty() ? 0 : plane.samples.size());
   SigmaLUT sigma;
   sigma.CalculateSigmaLUT(plane.width, plane.height, plane.samples, localSigma);
-  const auto advice = sigmaAdvice(sigma, plane.samples.size());
+  const auto advice = sigmaAdvice(sigma, plane);
 
   const std::string name = options.source.file.filename().string();
   if (!options.csv.empty()) writeWholeFile(options.csv, sigmaCsv(sigma));
@@ -65,7 +65,7 @@ void addSigma(CLI::App& parent) {
       "Estimate the radial noise table of a noise-reduction block from a flat field: how much\n"
       "stronger the noise is at each of 164 distances from the centre than at the centre",
       "greycard sigma flat.png --plot noise.svg --map noise.png\n"
-      "greycard sigma flat.yuv --raw 4000,3000,8 --csv noise.csv",
+      "greycard sigma flat.raw --raw 4000,3000,8 --csv noise.csv",
       *options);
   options->source.addTo(app);
   app.add_option("--csv", options->csv, "Write a line per ring")->type_name("FILE");

@@ -21,12 +21,16 @@ double radiusOf(std::size_t ring) {
 
 }  // namespace
 
-std::vector<std::string> sigmaAdvice(const SigmaLUT& sigma, std::uint64_t samples) {
+std::vector<std::string> sigmaAdvice(const SigmaLUT& sigma, const LumaPlane& plane) {
   const SigmaReport& report = sigma.report;
   std::vector<std::string> advice;
   if (!sigma.msg.empty()) advice.push_back(sigma.msg);
+  if (plane.isJpeg)
+    advice.push_back(
+        "a JPEG file's compression changes the noise: give a picture that was never one");
   if (report.highByteDropped != 0)
-    advice.push_back(std::to_string(report.highByteDropped) + " of " + std::to_string(samples) +
+    advice.push_back(std::to_string(report.highByteDropped) + " of " +
+                     std::to_string(plane.samples.size()) +
                      " samples are above 255 and only their low byte counts: scale the picture to "
                      "8-bit values first");
   if (report.ceilingShare > kClippedAbove)

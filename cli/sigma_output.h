@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "flat_field_source.h"
 #include "greycard/sigma_lut.h"
 #include "json_output.h"
 
 namespace greycard::cli {
 
 /// What the figures say about the flat field, a sentence each: the library's own message first.
-std::vector<std::string> sigmaAdvice(const SigmaLUT& sigma, std::uint64_t samples);
+std::vector<std::string> sigmaAdvice(const SigmaLUT& sigma, const LumaPlane& plane);
 
 std::string sigmaText(const SigmaLUT& sigma);
 Json sigmaJson(const SigmaLUT& sigma, const std::vector<std::string>& advice);

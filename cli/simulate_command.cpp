@@ -126,6 +126,8 @@ void write(const SimulateOptions& options, const Picture& picture, const Json& t
 }
 
 void runFlat(const SimulateOptions& options) {
+  if (isJpegName(options.picture))
+    throw UsageError("--output: JPEG's compression would change the noise; use .png, .tif or .pgm");
   FlatFieldSimulator simulator;
   simulator.m_settings = options.flat.settings;
   parseSize(options.size, simulator.m_settings);

@@ -75,6 +75,7 @@ TEST_F(CommandTest, SigmaAdvisesAndRefuses) {
       {{"sigma", "small.pgm", "--raw", "3,2,12"}, 2, "8 or 16 bits, not 12"},
       {{"sigma", "small.pgm", "--csv", "small.pgm"}, 2, "name the same file"},
       {{"simulate", "--flat", "-o", "x.png", "--light", "A"}, 2, "excludes"},
+      {{"simulate", "--flat", "-o", "x.JPG"}, 2, "JPEG's compression would change the noise"},
       {{"simulate", "-o", "x.png", "--gain", "2"}, 2, "requires --flat"},
       {{"simulate", "--flat", "-o", "x.png", "--sigma", "nan"}, 2, "from 0.6 to 60, not nan"},
       {{"simulate", "--flat", "-o", "x.png", "--size", "1x9"}, 2, "width must be from 2"},
