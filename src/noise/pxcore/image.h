@@ -93,15 +93,16 @@ class TImage : public TImageRoi<T>, private Uncopyable {
   void Create(std::uint64_t width, std::uint64_t height, std::uint64_t stride = 0) {
     TMem2D<T>::Create(width, height, 1, stride == 0 ? defaultImageStride(width) : stride);
   }
-  /// An image of the source's size and values.
+  /// An image of the source's size and values. The source, here and below, may be this image: it
+  /// comes as a view of its own.
   template <typename U>
-  void ConvertFrom(const TImageRoi<U>& source) {
+  void ConvertFrom(TImageRoi<U> source) {
     Create(source.Width(), source.Height());
     this->convertFrom(source);
   }
   /// Becomes the source with nPad more pixels on every side, mirrored at the border.
   /// \return the rectangle of the source's pixels
-  Rect ClonePadded(const TImageRoi<T>& srcImg, std::uint64_t nPad) {
+  Rect ClonePadded(TImageRoi<T> srcImg, std::uint64_t nPad) {
     PXCORE_CHECK(ValidSize(nPad, 0));
     PXCORE_CHECK(srcImg.IsValid());
     requireMemory(srcImg.Width(), srcImg.Height(), nPad, sizeof(T));
