@@ -4,6 +4,7 @@
 #include <langinfo.h>
 
 #include <array>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -19,6 +20,10 @@ namespace {
 struct CloseConverter {
   void operator()(void* converter) const { iconv_close(converter); }
 };
+
+// A wide string's own code. By the name WCHAR_T, glibc also takes numbers above Unicode's last.
+static_assert(sizeof(wchar_t) == 4);
+constexpr const char* kWide = std::endian::native == std::endian::little ? "UTF-32LE" : "UTF-32BE";
 
 // The bytes converted from one code to another; empty when the platform does not know one of them
 // or the bytes are not text of the first that the second can write.
@@ -63,7 +68,7 @@ const char* iconvName(int cp) {
 UniStr::UniStr(std::string_view narrow, int cp) {
   std::optional<std::string> bytes(narrow);
   if (cp == kHz) bytes = eucOfHz(narrow);
-  if (bytes) bytes = converted(*bytes, iconvName(cp), "WCHAR_T");
+  if (bytes) bytes = converted(*bytes, iconvName(cp), kWide);
   if (!bytes) throw ExceptionRuntime(UniStr(L"Failed to widen string"));
   m_text.resize(bytes->size() / sizeof(wchar_t));
   std::memcpy(m_text.data(), bytes->data(), m_text.size() * sizeof(wchar_t));
@@ -72,7 +77,7 @@ UniStr::UniStr(std::string_view narrow, int cp) {
 std::string UniStr::ToMBCS(int cp) const {
   const std::string_view wide(reinterpret_cast<const char*>(m_text.data()),
                               m_text.size() * sizeof(wchar_t));
-  const auto bytes = converted(wide, "WCHAR_T", iconvName(cp));
+  const auto bytes = converted(wide, kWide, iconvName(cp));
   if (!bytes) throw ExceptionRuntime(UniStr(L"Failed to narrow string"));
   return cp == kHz ? hzOfEuc(*bytes) : *bytes;
 }

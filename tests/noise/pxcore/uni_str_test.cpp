@@ -40,6 +40,7 @@ TEST(UniStr, CodePages) {
 TEST(UniStr, RefusesWhatIsNoTextOfTheCodePage) {
   for (const auto& [codePage, narrow] : {std::pair{UniStr::kUtf8, "\xff"},
                                          {UniStr::kUtf8, "\xe4\xb8"},
+                                         {UniStr::kUtf8, "\xf4\x90\x80\x80"},
                                          {UniStr::kHz, "~"},
                                          {UniStr::kHz, "~{V"},
                                          {UniStr::kHz, "~{VP"},
@@ -55,6 +56,7 @@ TEST(UniStr, RefusesWhatIsNoTextOfTheCodePage) {
     }
   }
   for (const auto& [codePage, wide] : {std::pair{UniStr::kUtf8, static_cast<wchar_t>(0xd800)},
+                                       {UniStr::kUtf8, static_cast<wchar_t>(0x110000)},
                                        {UniStr::kHz, L'\u00f1'},
                                        {UniStr::kPlatformDefault, L'\u4e2d'}}) {
     try {
