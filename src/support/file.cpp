@@ -58,12 +58,13 @@ std::string readWholeFile(const std::filesystem::path& path) {
 
 void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
   std::error_code error;
-  // Renaming onto a link would replace the link, onto /dev/null the device.
-  const auto target = withoutLinks(path);
-  const auto status = std::filesystem::status(target, error);
+  const auto status = std::filesystem::status(path, error);
   const bool exists = status.type() == std::filesystem::file_type::regular;
+  // Renaming onto /dev/null would replace the device, and /dev/stdout may lead to a nameless pipe.
   const bool renames = exists || status.type() == std::filesystem::file_type::not_found;
-  const auto written = renames ? temporaryBeside(target) : target;
+  // Renaming onto a link would replace the link.
+  const auto target = renames ? withoutLinks(path) : path;
+  const auto written = renames ? temporaryBeside(target) : path;
   const auto fail = [&](const std::string& why) {
     std::error_code ignored;
     if (renames) std::filesystem::remove(written, ignored);

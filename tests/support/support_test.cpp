@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <clocale>
 #include <cmath>
@@ -60,6 +61,14 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNoOther) {
   EXPECT_EQ(readWholeFile(folder / "a"), "z");
   EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(readWholeFile(folder / "taken" / "new"), "z");
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);  // as of a shell's >(...)
+  writeWholeFile("/dev/fd/" + std::to_string(ends[1]), "p");
+  char received = ' ';
+  EXPECT_EQ(::read(ends[0], &received, 1), 1);
+  EXPECT_EQ(received, 'p');
+  ::close(ends[0]);
+  ::close(ends[1]);
   try {
     readWholeFile(folder / "missing");
     FAIL();
