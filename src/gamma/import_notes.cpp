@@ -53,7 +53,7 @@ class Notes {
       add(m_file.lists[2], "the model keeps one table for all channels; this one is used");
   }
 
-  void addPoints() {
+  void addPoints(bool rgbGamma) {
     bool allChannels = true;
     for (std::size_t c = 0; c < kChannels.size(); ++c)
       allChannels = allChannels && points(c).numbers.size() >= 2;
@@ -62,6 +62,8 @@ class Notes {
       if (!list.present) continue;
       if (threeTables() && !allChannels)
         add(list, "control points are taken when every channel has some; these are left out");
+      else if (threeTables() && !rgbGamma && c < 2)
+        add(list, "the model keeps one list of control points for all channels; blue's is used");
       else if (!threeTables() && c > 0)
         add(list, "the curve is the same for all channels; these control points are left out");
       else
@@ -118,7 +120,7 @@ void describeImport(const CurveFileContents& file, bool rgbGamma, std::int32_t g
     import.refusal = notes.refusal(gammaBitSize);
   } else {
     notes.addTables(rgbGamma);
-    notes.addPoints();
+    notes.addPoints(rgbGamma);
   }
   notes.addUnknownTokens();
   std::stable_sort(import.notes.begin(), import.notes.end(),

@@ -171,6 +171,11 @@ TEST_F(CurveFile, OneTableModelTakesNoPartOfThePoints) {
   EXPECT_EQ((*curve->Data())[0], 2 << 6);  // blue wins
   const auto report = model.ImportText("x", tables + "GammaControlPointsV2R: 0 0 5 5");
   EXPECT_EQ(report.notes.size(), 2u);
+  const auto full = model.ImportText("y", tables + "GammaControlPointsV2R: 0 0 5 5\n" +
+                                              "GammaControlPointsV2G: 0 0 7 7\n" +
+                                              "GammaControlPointsV2B: 0 0 9 9");
+  EXPECT_EQ(*full.curve->ControlPoints(), (ControlPointList{{0, 0}, {9, 9}}));  // blue's too
+  EXPECT_EQ(full.notes.size(), 3u);  // red's and green's points are left out
 }
 
 TEST_F(CurveFile, RefusalsSayWhyAndLeaveTheCatalogue) {
