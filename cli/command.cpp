@@ -72,7 +72,7 @@ int fail(const CLI::App& app, std::string message, int status) {
   std::replace(message.begin(), message.end(), '\n', ' ');
   std::string name;
   for (const auto* part : parsedChain(app)) name += (name.empty() ? "" : " ") + part->get_name();
-  std::cerr << name << ": " << message;
+  std::cerr << name << ": " << printable(message);
   if (status == kWrongUsage) std::cerr << "; see " << name << " --help";
   std::cerr << '\n';
   return status;

@@ -16,7 +16,6 @@ bool isInCatalogue(const std::string& name) {
   return GammaCurveModel(true).GetGammaCurveByName(name) != nullptr;
 }
 
-// Control bytes would play with the terminal.
 Json pointsJson(const ControlPointListPtr& points) {
   Json json = Json::array();
   if (points)
@@ -46,8 +45,8 @@ void nameCurveFile(JobFiles& files, const std::string& option, const std::string
 std::string noteText(const std::string& file, const GammaImportNote& note) {
   std::string text = quoted(std::filesystem::path(file));
   if (note.line > 0) text += ", line " + std::to_string(note.line);
-  if (!note.token.empty()) text += ", \"" + printable(note.token) + "\"";
-  return text + ": " + note.text;
+  if (!note.token.empty()) text += ", \"" + note.token + "\"";
+  return printable(text + ": " + note.text);
 }
 
 Json curveJson(const GammaCurve& curve) {

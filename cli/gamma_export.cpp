@@ -9,6 +9,7 @@
 #include "curve_source.h"
 #include "gamma_commands.h"
 #include "greycard/files.h"
+#include "names.h"
 
 namespace greycard::cli {
 namespace {
@@ -37,9 +38,10 @@ void run(const ExportOptions& options) {
   json["file_bits"] = options.form.bits;
   writeJson(options.json, json);
   if (options.printsText())
-    std::cout << curve->Name() << ": " << (curve->IsUnified() ? "one table" : "three tables")
-              << " of " << options.form.size << " values of " << options.form.bits << " bits in "
-              << quoted(options.output) << '\n';
+    std::cout << printable(curve->Name()) << ": "
+              << (curve->IsUnified() ? "one table" : "three tables") << " of " << options.form.size
+              << " values of " << options.form.bits << " bits in " << quoted(options.output)
+              << '\n';
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "gamma_commands.h"
 #include "job_files.h"
 #include "json_output.h"
+#include "names.h"
 #include "option_checks.h"
 #include "text_table.h"
 
@@ -63,8 +64,8 @@ void printTable(std::span<const std::int32_t> table) {
 
 void printText(const ShowOptions& options, std::span<const std::int32_t> table,
                const ShownPoints& shown) {
-  std::cout << options.choice.name << ", " << table.size() << " entries of " << kCurveBits
-            << " bits, channel " << options.choice.channel << "\n\n";
+  std::cout << printable(options.choice.name) << ", " << table.size() << " entries of "
+            << kCurveBits << " bits, channel " << options.choice.channel << "\n\n";
   printTable(table);
   std::cout << (shown.areSamples ? "\nNo control points; the table sampled at as many places:\n"
                                  : "\nControl points:\n");

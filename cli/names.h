@@ -12,7 +12,8 @@ namespace greycard::cli {
 std::string unknownName(const std::string& kind, const std::string& name,
                         std::span<const std::string> known);
 
-/// A piece of a user's file without its control characters, which become ?.
+/// A user's name or a piece of a file without its control characters, which become ?: they would
+/// play with the terminal, and XML can't hold them.
 std::string printable(std::string text);
 
 /// Whether the name has the ending of a JPEG file, whose compression alters noise.

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "html_page.h"
+#include "names.h"
 #include "svg_axis.h"
 #include "text_table.h"
 
@@ -33,11 +34,8 @@ std::string attribute(const char* name, double value) {
 }
 
 std::string textAt(double x, double y, const std::string& more, const std::string& text) {
-  std::string clean;
-  for (const char c : text)
-    if (static_cast<unsigned char>(c) >= ' ') clean += c;  // XML has no way to write the others
-  return "<text" + attribute("x", x) + attribute("y", y) + more + ">" + htmlEscape(clean) +
-         "</text>\n";
+  return "<text" + attribute("x", x) + attribute("y", y) + more + ">" +
+         htmlEscape(printable(text)) + "</text>\n";
 }
 
 std::string stroke(const std::string& colour, bool dashed) {
@@ -103,7 +101,7 @@ class SvgPlot::Drawing {
                       fixed(kWidth, 0) + " " + fixed(m_height, 0) + "\"" +
                       attribute("width", kWidth) + attribute("height", m_height) +
                       " font-family=\"sans-serif\" font-size=\"13\" role=\"img\">\n<title>" +
-                      htmlEscape(m_plot.m_title) + "</title>\n" +
+                      htmlEscape(printable(m_plot.m_title)) + "</title>\n" +
                       "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
     svg += textAt(kLeft, 22.0, " font-size=\"15\" font-weight=\"bold\"", m_plot.m_title);
     svg += m_legend + axes() + lines();

@@ -140,8 +140,7 @@ class GREYCARD_EXPORT GammaCurve {
   /// Recomputes the tables from the control points, when editable and points have been set since.
   /// More than 512 points, or a table of other than 1024 entries, leave the table as it was.
   /// \throws NumericError("Bad xa input to routine splint") for a single point, or where the spline
-  /// is
-  ///         evaluated between two points of equal X; that channel's table stays as it was
+  ///         is evaluated between two points of equal X; that channel's table stays as it was
   void CalculateCurve();
   /// Replaces the channel's points, unless immutable, by a few that reproduce its table's first
   /// stretch. The table is left to CalculateCurve. A table that can't be sampled changes nothing.
