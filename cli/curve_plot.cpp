@@ -14,7 +14,6 @@ namespace greycard::cli {
 namespace {
 
 constexpr std::size_t kStandardCurveEntries = 257;
-constexpr std::array kChannelNames{"red", "green", "blue"};
 
 double inputPart(std::size_t index, std::size_t entries) {
   const auto i = static_cast<double>(index);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -53,7 +54,8 @@ class CurvePlot {
   SvgPlot m_plot;
 };
 
-/// The distinct colours of the channels R, G, B.
+inline constexpr std::array kChannelNames{"red", "green", "blue"};
+/// Their distinct colours.
 const char* channelColour(std::size_t channel);
 
 }  // namespace greycard::cli

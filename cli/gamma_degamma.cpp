@@ -18,7 +18,6 @@
 namespace greycard::cli {
 namespace {
 
-constexpr std::array kChannels{"red", "green", "blue"};
 constexpr double kTableUnitsPerLevel = 4.0;
 
 struct DegammaOptions : CommonOptions {
@@ -41,7 +40,7 @@ void draw(const DegammaOptions& options, const GammaCurve& curve,
                  {"Output (10-bit code, 4 per 8-bit level)", 0.0, 1023.0});
   plot.addCurve(curve.Name(), curve);
   for (std::size_t c = 0; c < found.size(); ++c)
-    plot.addMarker(kChannels[c], {found[c], kTableUnitsPerLevel * options.colour[c]},
+    plot.addMarker(kChannelNames[c], {found[c], kTableUnitsPerLevel * options.colour[c]},
                    channelColour(c));
   plot.write(options.plot);
 }
@@ -72,7 +71,7 @@ void run(const DegammaOptions& options) {
   bool flat = false;
   for (std::size_t c = 0; c < found.size(); ++c) {
     flat = flat || std::isnan(found[c]);
-    text.addRow({kChannels[c], fixed(options.colour[c], 2), fixed(found[c], 3),
+    text.addRow({kChannelNames[c], fixed(options.colour[c], 2), fixed(found[c], 3),
                  fixed((found[c] - 1.0) / 2.55, 2)});
   }
   std::cout << text.text();

@@ -11,6 +11,7 @@
 #include "curve_source.h"
 #include "gamma_commands.h"
 #include "greycard/gamma_curve_model.h"
+#include "names.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -50,17 +51,22 @@ std::string tableText(const GammaImport::Table& table) {
   return std::to_string(table.numbers) + " x " + std::to_string(table.bits) + " bits";
 }
 
+std::string countText(const ControlPointListPtr& points) {
+  return std::to_string(points ? points->size() : 0);
+}
+
 void printText(const ImportOptions& options, const std::vector<GammaImport>& imports) {
   using enum TextTable::Align;
   TextTable text({{"curve", Left}, {"channels", Left}, {"in the file", Left}, {"points"}});
   for (const GammaImport& import : imports) {
     const GammaCurve& curve = *import.curve;
-    std::string tables = tableText(import.tables[0]);
-    if (!curve.IsUnified())
+    std::string tables = tableText(import.tables[0]), points = countText(curve.ControlPoints());
+    if (!curve.IsUnified()) {
       tables += ", " + tableText(import.tables[1]) + ", " + tableText(import.tables[2]);
-    const auto& points = curve.ControlPoints();
-    text.addRow({curve.Name(), curve.IsUnified() ? "together" : "separate", tables,
-                 std::to_string(points ? points->size() : 0)});
+      points += ", " + countText(curve.ControlPointsG()) + ", " + countText(curve.ControlPointsB());
+    }
+    text.addRow(
+        {printable(curve.Name()), curve.IsUnified() ? "together" : "separate", tables, points});
   }
   std::cout << text.text();
   for (std::size_t i = 0; i < imports.size(); ++i)
@@ -72,9 +78,10 @@ Json importJson(const std::string& file, const GammaImport& import) {
   Json json = curveJson(*import.curve);
   json["file"] = file;
   json["file_tables"] = Json::array();
-  for (const GammaImport::Table& table : import.tables)
-    if (table.numbers > 0)
-      json["file_tables"].push_back({{"values", table.numbers}, {"bits", table.bits}});
+  for (std::size_t c = 0; c < import.tables.size(); ++c)
+    if (const auto& [numbers, bits] = import.tables[c]; numbers > 0)
+      json["file_tables"].push_back(
+          {{"channel", kChannelNames[c]}, {"values", numbers}, {"bits", bits}});
   json["notes"] = Json::array();
   for (const GammaImportNote& note : import.notes)
     json["notes"].push_back({{"line", note.line}, {"token", note.token}, {"text", note.text}});
@@ -97,10 +104,12 @@ void run(const ImportOptions& options) {
       plot.addTable(curve.Name(), *curve.Data(), plotColour(i));
   }
   plot.write(options.plot);
-  Json curves = Json::array();
-  for (std::size_t i = 0; i < imports.size(); ++i)
-    curves.push_back(importJson(options.inputs[i], imports[i]));
-  writeJson(options.json, {{"curves", curves}});
+  if (!options.json.empty()) {
+    Json curves = Json::array();
+    for (std::size_t i = 0; i < imports.size(); ++i)
+      curves.push_back(importJson(options.inputs[i], imports[i]));
+    writeJson(options.json, {{"curves", curves}});
+  }
   if (options.printsText()) printText(options, imports);
 }
 
@@ -117,6 +126,7 @@ void addGammaImport(CLI::App& gamma) {
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
       ->type_name("FILE...");
   options->form.addTo(app);
+  for (const char* shape : {"--size", "--bits"}) app.get_option(shape)->needs("--export");
   options->plot.addTo(app);
   app.callback([options] { run(*options); });
 }

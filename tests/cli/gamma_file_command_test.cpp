@@ -28,6 +28,12 @@ TEST_F(CommandTest, CurveFilesGoOutAndComeBack) {
   EXPECT_EQ(curve["name"], "a");
   EXPECT_EQ(curve["table"].size(), 1024u);
   EXPECT_EQ(curve["file_tables"][0]["bits"], 12);
+
+  // Control bytes would play with the terminal, and no XML reader takes them.
+  std::filesystem::copy(folder / "a.txt", folder / "esc\x1b[31m.txt");
+  const auto shown = run({"gamma", "import", "esc\x1b[31m.txt", "--plot", "esc.svg"});
+  EXPECT_EQ(shown.status, 0) << shown.err;
+  EXPECT_THAT(shown.out + read("esc.svg"), testing::Not(HasSubstr("\x1b")));
 }
 
 TEST_F(CommandTest, CurveFileErrorsNameFileLineAndWord) {
@@ -39,6 +45,7 @@ TEST_F(CommandTest, CurveFileErrorsNameFileLineAndWord) {
   EXPECT_THAT(outcome.err, HasSubstr("line 2, \"junk\""));
   EXPECT_EQ(run({"gamma", "export", "VNormal", "-o", "none/x.txt"}).status, 1);
   EXPECT_EQ(run({"gamma", "import", "bad.txt", "--export", "bad.txt"}).status, 2);
+  EXPECT_EQ(run({"gamma", "import", "bad.txt", "--size", "64"}).status, 2);
   EXPECT_EQ(run({"gamma", "hlg", "--against", "VNormal"}).status, 2);
   EXPECT_EQ(run({"gamma", "hdr10", "--nits", "0"}).status, 2);
 }
