@@ -14,9 +14,13 @@ long allocationCount() {
   return count;
 }
 
-void* operator new(std::size_t size) {
+// The one of std::stable_sort's buffer, which AddressSanitizer would provide with its own.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   ++count;
-  if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
+  return std::malloc(size > 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+  if (void* memory = operator new(size, std::nothrow)) return memory;
   throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
