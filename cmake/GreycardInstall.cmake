@@ -7,14 +7,17 @@ install(TARGETS greycard greycard_api EXPORT greycardTargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(TARGET greycard_command)
   # The installed command finds the library beside it, wherever the tree is put.
-  set_target_properties(greycard_command PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  file(RELATIVE_PATH libdir_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(greycard_command PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir_from_bin}")
   install(TARGETS greycard_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/api/greycard ${PROJECT_BINARY_DIR}/api/greycard
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
-# The embedded spectra ask for attribution wherever a copy goes.
+# The licence and the embedded spectra ask to go, with their attribution, wherever a copy goes.
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/data/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
         RENAME spectral_data.md)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/greycard)
 install(EXPORT greycardTargets NAMESPACE greycard:: FILE greycardTargets.cmake DESTINATION ${package_dir})
@@ -22,6 +25,9 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/greycardConfigVersion.cma
                                  COMPATIBILITY SameMinorVersion)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycardConfig.cmake.in
                ${PROJECT_BINARY_DIR}/greycardConfig.cmake @ONLY)
+file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH includedir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycard.pc.in ${PROJECT_BINARY_DIR}/greycard.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/greycardConfig.cmake
               ${PROJECT_BINARY_DIR}/greycardConfigVersion.cmake DESTINATION ${package_dir})

@@ -10,7 +10,10 @@
 using namespace greycard;
 
 int main(int argc, char** argv) try {
-  if (argc != 2) return 2;
+  if (argc != 2) {
+    std::fputs("usage: fit_chart PHOTO\n", stderr);
+    return 2;
+  }
   const Picture photo = readPicture(argv[1]);
   const ChartDetection chart = MCCDetector().detect(photo);
   if (!chart.trustworthy()) {

@@ -1,4 +1,5 @@
-# Installs the build into WORK/stage, builds the example against it with find_package, and runs it.
+# Installs the build into WORK/stage, builds the example against it with find_package, and runs it;
+# then builds it with pkg-config's answer alone.
 function(run)
   execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -10,3 +11,12 @@ run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -D CMAKE_PREFIX_PATH=${WORK}/
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 run(${WORK}/stage/bin/greycard simulate -o ${WORK}/chart.png --seed 1)
 run(${WORK}/build/fit_chart ${WORK}/chart.png)
+
+find_program(PKG_CONFIG pkg-config)
+if(PKG_CONFIG)
+  file(GLOB_RECURSE pc ${WORK}/stage/greycard.pc)
+  execute_process(COMMAND ${PKG_CONFIG} --cflags --libs ${pc} OUTPUT_VARIABLE flags
+                  COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  run(${CXX} -std=c++20 ${SOURCE}/main.cpp -o ${WORK}/by_pkg_config ${flags})
+endif()
