@@ -15,8 +15,8 @@ namespace greycard {
 /// All saturation factors within 0.0001 of 1 and all hues within 0.001 of 0 make the fit aim at the
 /// chart's own m_RefLab. Anything else makes it aim at the built-in chart of the light, adjusted.
 struct ColorCorrectionAdvancedSettings {
-  double m_fSat_all =
-      1.0;  ///< chroma factor of all patches; counts only when equal to the next three
+  /// Chroma factor of all patches; counts only when equal to the next three.
+  double m_fSat_all = 1.0;
   double m_fSat_R = 1.0;         ///< of patches 9, 15, 17
   double m_fSat_G = 1.0;         ///< of patches 4, 6, 11, 14
   double m_fSat_B = 1.0;         ///< of patches 3, 8, 13, 18
@@ -44,7 +44,8 @@ class GREYCARD_EXPORT ColorCorrectionSettings {
   /// Others are refused.
   std::int32_t m_RGBtoXYZTransform;
   double m_fNoiseRate = 0.0;  ///< 0..1, weight of noise after correction against the colour error
-  /// Chroma to reach, 1.1 for 10 % more than the target's. Below 0.9 there is no saturation search.
+  /// Chroma to reach, 1.1 for 10 % more than the target's. Below 0.9 there is no saturation search;
+  /// -1 at first.
   double m_fSaturation;
   std::int32_t m_nHueAccuracy = 5;
   std::int32_t m_nDeltaEMode = 1;  ///< 0 minimises CIE76, any other value CIE94
@@ -54,8 +55,8 @@ class GREYCARD_EXPORT ColorCorrectionSettings {
   Vector3 m_fBias{};
   ColorCorrectionAdvancedSettings m_advanced;
   MacbethChartData m_macbethData;
-  Matrix3 m_CustRGB2XYZ;   ///< linear RGB to XYZ on the 0..1 scale
-  Matrix3 m_CustXYZ2sRGB;  ///< its inverse, to linear sRGB
+  Matrix3 m_CustRGB2XYZ;   ///< linear RGB to XYZ on the 0..1 scale; a wide-gamut space at first
+  Matrix3 m_CustXYZ2sRGB;  ///< its inverse, from XYZ to linear RGB
 };
 
 }  // namespace greycard

@@ -67,10 +67,10 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   ///
   /// \param progress  called before every minimisation and at the end
   /// \return false when the callback cancelled; the fields are as before then and after an
-  /// exception \throws std::invalid_argument naming what can't be fitted, with patch and channel:
-  /// gamma tables
-  ///         that are missing, short or don't rise; a value that isn't finite; grey patches whose
-  ///         sum is no base for a gain; a setting out of its range
+  ///         exception
+  /// \throws std::invalid_argument naming what can't be fitted, with patch and channel: gamma
+  ///         tables that are missing, short or don't rise; a value that isn't finite; grey patches
+  ///         whose sum is no base for a gain; a setting out of its range
   /// \throws NumericError when the search doesn't come to an end
   bool Optimize(const ColorCorrectionSettings& params, std::int32_t headerID,
                 const ProgressCallback& progress = {});
@@ -88,8 +88,8 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   /// Releases the optimiser of the step-by-step calls. Optimize goes on working.
   void Dispose();
 
-  PatchTable
-      m_macbethLab{};    ///< L*a*b* after correction, or of the measured chart (CalculateDeltaE)
+  /// L*a*b* after correction, or of the measured chart (CalculateDeltaE).
+  PatchTable m_macbethLab{};
   Matrix3 m_ccm{};       ///< takes balanced RGB to corrected RGB: m_ccm * column
   Vector3 m_wbGain{};    ///< R, G, B
   double m_gain = 0.0;   ///< exposure gain

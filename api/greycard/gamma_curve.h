@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -117,7 +116,7 @@ class GREYCARD_EXPORT GammaCurve {
   /// The channel's table as the block of a curve file: every (1024 / tableSize)-th entry shifted to
   /// bitSize bits, right-aligned (5 characters for 14 bits, 4 for 12, else 3), 16 to a line.
   /// \return absent for an absent or empty table, a tableSize outside 1..1024, or a shift beyond 31
-  /// bits
+  ///         bits
   std::optional<std::string> GetDataAsString(ColorChannel color, std::int32_t tableSize,
                                              std::int32_t bitSize) const;
   /// Every entry as " value"; absent for an absent or empty table.

@@ -22,9 +22,8 @@ struct GREYCARD_EXPORT GammaLUT {
   bool SetTitle(const char* psz);
 };
 
-/// The shapes in which a curve is used elsewhere, each made from its 1024 entries.
-/// All return false, with nothing written, unless the curve has 1024 entries. None checks the
-/// values.
+// The shapes in which a curve is used elsewhere, each made from its 1024 entries. All return false,
+// with nothing written, unless the curve has 1024 entries. None checks the values.
 
 /// Every fourth entry, unchanged.
 GREYCARD_EXPORT bool GenerateGammaLUT255(std::span<double, 256> pLUT,

@@ -11,7 +11,7 @@ namespace greycard {
 
 /// Test lights. Three names are aliases that share their value with the light after them.
 enum Illum : std::int32_t {
-  illum_unknown = -1,
+  illum_unknown = -1,  ///< D65 stands for it, as for any value without a name
   illum_A = 0,         ///< CIE standard illuminant A
   illum_D65 = 1,       ///< CIE standard illuminant D65
   illum_TL84 = 2,      ///< narrow-band fluorescent, CIE F11

@@ -37,8 +37,8 @@ struct ChartDetection {
   /// A square of one and a half sizes round each point: what the region file holds, not rounded.
   PatchRegions regions{};
   double size = 0.0;  ///< half the mean patch side, whole pixels
-  double error =
-      0.0;  ///< sum over 24 patches of squared differences to the chart's 8-bit sRGB colours
+  /// Sum over 24 patches of squared differences to the chart's 8-bit sRGB colours.
+  double error = 0.0;
   /// Signs that the grid is not on the chart, each one sentence: centres outside the picture, a
   /// neutral row that does not darken, uneven regions, colours unlike the chart's, tiny patches.
   std::vector<std::string> doubts;
@@ -70,8 +70,7 @@ class GREYCARD_EXPORT MCCDetector {
   /// The search works on 8-bit encoded values; linear samples are searched in a gamma-encoded copy,
   /// as the dark patches would otherwise sink into the frame.
   /// \param levels  what the samples mean (its scale is not used). Absent: encoded, from 0 to 255
-  /// or,
-  ///        for 16 bits, to the smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
+  ///        or, for 16 bits, to the smallest of 1023, 4095, 16383 and 65535 that no sample exceeds.
   /// \throws std::invalid_argument when the levels are not finite or not in order.
   ChartDetection detect(const Picture& picture,
                         const std::optional<SampleLevels>& levels = {}) const;

@@ -141,7 +141,7 @@ class GREYCARD_EXPORT NLoptHelper {
   /// \param testRGB, targetRGB  encoded sRGB, nominally 0..255
   /// \return the factor; 1 at once for a black test colour, which no factor can change
   /// \throws std::invalid_argument naming the argument that is not finite, or so large that its L*
-  /// is not
+  ///         is not
   double findMinSearch(const Vector3& testRGB, const Vector3& targetRGB,
                        const SearchOptions& options = {}) const;
 
