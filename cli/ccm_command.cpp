@@ -6,11 +6,11 @@
 #include <iostream>
 #include <memory>
 
+#include "camera_gamma.h"
 #include "ccm_options.h"
 #include "ccm_result.h"
 #include "greycard/files.h"
 #include "greycard/picture_correction.h"
-#include "light_option.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
 #include "text_table.h"

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "camera_gamma.h"
 #include "chart_source.h"
 #include "colour_errors.h"
 #include "greycard/color_correction_utils.h"

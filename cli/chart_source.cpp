@@ -1,7 +1,5 @@
 #include "chart_source.h"
 
-#include <map>
-
 #include "command.h"
 #include "greycard/chart_regions.h"
 #include "greycard/files.h"

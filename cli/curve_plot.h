@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "greycard/gamma_curve.h"
 #include "job_files.h"

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "job_files.h"
-
 namespace greycard::cli {
 
 /// One plane of samples, row by row.

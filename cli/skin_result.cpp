@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "greycard/files.h"
 #include "text_table.h"
 
 namespace greycard::cli {

@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "color_matrix_opt.h"
-#include "colour_space.h"
 #include "delta_e_color_calc.h"
 #include "fit_input_check.h"
 #include "matrix_functions.h"

@@ -60,21 +60,6 @@ inline Vector3 XYZ_to_CIELab(const Vector3& xyz, const Vector3& white) {
 /// The same for an n x 3 table and a 1 x 3 white. \throws ShapeError for other column counts
 CDoubleMatrix XYZ2Lab(const CDoubleMatrix& xyz, const CDoubleMatrix& white);
 
-/// d f / d t of L*a*b* at XYZ component t with white component tn.
-inline double labFSlope(double t, double tn) {
-  if (!(t / tn > kLabRootAboveT)) return kLabLinearSlope / tn;
-  const double root = std::cbrt(t);
-  return 1.0 / (3.0 * root * root * std::cbrt(tn));
-}
-
-/// Jacobian of (L*, a*, b*) with respect to (X, Y, Z): rows L*, a*, b*.
-inline Matrix3 labJacobian(const Vector3& xyz, const Vector3& white) {
-  const double dx = labFSlope(xyz[0], white[0]);
-  const double dy = labFSlope(xyz[1], white[1]);
-  const double dz = labFSlope(xyz[2], white[2]);
-  return {{{0.0, 116.0 * dy, 0.0}, {500.0 * dx, -500.0 * dy, 0.0}, {0.0, 200.0 * dy, -200.0 * dz}}};
-}
-
 /// White-balanced camera RGB (n x 3, 0..1) to L*a*b*: camera gamma, matrix, clip to 0..1, then
 /// sRGB_to_CIELab row by row into pLab (n x 3 afterwards).
 /// \param gamma_step      the gamma grid, m x 1

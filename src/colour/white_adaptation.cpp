@@ -1,7 +1,5 @@
 #include "white_adaptation.h"
 
-#include <cmath>
-
 #include "colour_space.h"
 #include "matrix_functions.h"
 #include "numeric_error.h"

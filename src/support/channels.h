@@ -2,7 +2,6 @@
 
 // The library's side of the diagnostics channels of greycard/diagnostics.h.
 
-#include <cstdio>
 #include <string>
 #include <string_view>
 

@@ -1,12 +1,15 @@
 #include "double_matrix.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "greycard/errors.h"
+#include "row_array.h"
 
 namespace greycard {
 namespace {
@@ -66,6 +69,16 @@ TEST(DoubleMatrix, EqualityIsBitwise) {
   b[0][1] = -0.0;
   EXPECT_FALSE(a == b);
   EXPECT_FALSE(CDoubleMatrix(2, 1) == CDoubleMatrix(1, 2));
+}
+
+TEST(RowArray, RowsOfOneZeroBlock) {
+  MatrixType<std::int32_t> array(3, 2);
+  array[1][1] = 7;
+  EXPECT_EQ(&array[2][0], array[0] + 4);
+  EXPECT_THAT(std::vector(array[0], array[0] + 6), testing::ElementsAre(0, 0, 0, 7, 0, 0));
+  free_MatrixType(array);
+  EXPECT_TRUE(array.empty());
+  EXPECT_EQ(Create2DArray<double>(2, 3), (std::vector<std::vector<double>>{{0, 0, 0}, {0, 0, 0}}));
 }
 
 }  // namespace
