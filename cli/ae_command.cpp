@@ -1,6 +1,5 @@
 // greycard ae: the parameters of an auto-exposure luma-target rule that meet wanted targets.
 
-#include <cmath>
 #include <iostream>
 #include <memory>
 
@@ -29,8 +28,6 @@ AeJob jobOf(const AeOptions& options) {
     throw UsageError("name a FIT.json, or pictures with --image and --target");
   if (options.pictures.size() != options.targets.size())
     throw UsageError("there must be one --target for each --image");
-  for (const double target : options.targets)
-    if (!std::isfinite(target)) throw UsageError("--target must be a number from 0 to 255");
   if (options.search.maxSeconds == 0.0 && options.search.maxEvaluations == 0)
     throw UsageError("with --time 0, limit the --evaluations");
   JobFiles files;
@@ -85,19 +82,21 @@ void addAe(CLI::App& parent) {
          "fit", options->fit,
          "Bounds, start, flags and images as JSON (docs/ae_json.md); not needed with --image")
       ->type_name("FIT.json");
-  app.add_option("--image", options->pictures, "A picture more, of which histograms are made")
-      ->allow_extra_args(false)
-      ->type_name("PICTURE");
+  CLI::Option* const image =
+      app.add_option("--image", options->pictures, "A picture more, of which histograms are made")
+          ->allow_extra_args(false)
+          ->type_name("PICTURE");
   app.add_option("--target", options->targets, "The luma target wanted for it, in 8-bit codes")
       ->allow_extra_args(false)
       ->type_name("T")
       ->check(numbersFrom(0.0, 255.0));
   app.add_option("--white", options->whiteLevel,
                  "Sample of full scale in the pictures of --image (default 255 or 65535)")
+      ->needs(image)
       ->type_name("LEVEL")
       ->check(wholeNumbersFrom(1, 65535));
   app.add_flag("--manual", options->manual, "Evaluate initial_parameter without a search");
-  app.add_option("--seed", options->search.seed, "Of the random numbers")
+  app.add_option("--seed", options->search.seed, "Seed of the random numbers")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, UINT32_MAX));
   app.add_option("--time", options->search.maxSeconds, "Longest time of the search; 0 = no limit")
@@ -109,9 +108,12 @@ void addAe(CLI::App& parent) {
       ->capture_default_str()
       ->type_name("COUNT")
       ->check(wholeNumbersFrom(0, INT32_MAX));
-  app.add_option("--plot", options->plot, "Draw the targets reached against those wanted")
-      ->type_name("OUT.svg");
+  app.add_option("--plot", options->plot,
+                 "Plot to write, as SVG: the targets reached against those wanted")
+      ->type_name("FILE");
   addAeLumaMatch(app);
+  for (CLI::Option* option : app.get_options())  // which luma-match would pass over in silence
+    if (option != app.get_help_ptr()) app.get_subcommand("luma-match")->excludes(option);
   app.callback([options, &app] {
     if (app.get_subcommands().empty()) run(*options);
   });

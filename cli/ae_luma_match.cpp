@@ -61,14 +61,6 @@ void run(const LumaMatchOptions& options) {
     std::cout << "No factor from 0 to 10 reaches the target.\n";
 }
 
-// What stands before luma-match is for greycard ae itself and would be lost without a word.
-void refuseEarlierOptions(const CLI::App& ae) {
-  for (const CLI::Option* option : ae.get_options())
-    if (option->count() > 0 && option->get_name() != "--verbose")
-      throw UsageError((option->get_positional() ? option->get_type_name() : option->get_name()) +
-                       " before luma-match has no effect; leave it out");
-}
-
 }  // namespace
 
 void addAeLumaMatch(CLI::App& ae) {
@@ -81,13 +73,10 @@ void addAeLumaMatch(CLI::App& ae) {
   app.add_option("target", options->target, "Colour whose L* is wanted")
       ->required()
       ->type_name("R,G,B");
-  app.add_option("--seed", options->seed, "Of the random numbers")
+  app.add_option("--seed", options->seed, "Seed of the random numbers")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, UINT32_MAX));
-  app.callback([options, &ae] {
-    refuseEarlierOptions(ae);
-    run(*options);
-  });
+  app.callback([options] { run(*options); });
 }
 
 }  // namespace greycard::cli

@@ -58,7 +58,7 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
       .add_option("--sat", options.saturationAdjustments,
                   "Chroma factors of the target: all, red, green, blue patches (all counts when "
                   "the four are equal)")
-      ->check(anyFiniteNumber())
+      ->check(numbersFrom(0.0, 10.0))
       ->delimiter(',')
       ->expected(4)
       ->capture_default_str()
@@ -66,7 +66,7 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
   target
       .add_option("--hue", options.hueAdjustments,
                   "Hue rotations of the target in degrees: red, green, blue patches")
-      ->check(anyFiniteNumber())
+      ->check(numbersFrom(-360.0, 360.0))
       ->delimiter(',')
       ->expected(3)
       ->capture_default_str()

@@ -32,7 +32,7 @@ void printSummary(const ChartOptions& options, const LocatedChart& chart) {
 void run(const ChartOptions& options) {
   JobFiles files;
   options.source.nameFiles(files);
-  files.output("-o", options.regionFile);
+  files.output("--output", options.regionFile);
   files.pictureOutput("--annotate", options.annotated);
   files.textOutput("--json", options.json);
 

@@ -41,30 +41,23 @@ std::vector<const CLI::App*> parsedChain(const CLI::App& app) {
   return chain;
 }
 
-// What the positional options of a command are called in its help: "FIT.json".
-std::string positionalsOf(const CLI::App& app) {
-  std::string names;
-  for (const auto* option :
-       app.get_options([](const CLI::Option* option) { return option->get_positional(); }))
-    names += (names.empty() ? "" : " ") + option->get_type_name();
-  return names;
-}
-
-// A word where a sub-command should stand is the likely mistake behind "a sub-command is required".
+// What is likely to be wrong behind the parser's own words.
 std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   const auto& deepest = *parsedChain(app).back();
   const auto words = app.remaining(true);
   const auto choices =
       deepest.get_subcommands([](const CLI::App* choice) { return !choice->get_name().empty(); });
-  if (words.empty()) return error.what();
-  if (words.front().starts_with('-')) return "there is no option " + words.front();
-  if (choices.empty()) return error.what();
+  if (!words.empty() && words.front().starts_with('-'))
+    return "there is no option " + words.front();
+  if (deepest.get_require_subcommand_min() == 0) {
+    if (!words.empty() && error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError))
+      return "\"" + words.front() + "\" is one argument too many";
+    return error.what();
+  }
   std::vector<std::string> names;
   for (const auto* choice : choices) names.push_back(choice->get_name());
-  const std::string positionals = positionalsOf(deepest);
-  return (positionals.empty() ? ""
-                              : "after " + positionals + " only a sub-command may stand, and ") +
-         unknownName("sub-command", words.front(), names);
+  if (!words.empty()) return unknownName("sub-command", words.front(), names);
+  return "a sub-command is required; known: " + listed(names);
 }
 
 int fail(const CLI::App& app, std::string message, int status) {
@@ -79,6 +72,10 @@ int fail(const CLI::App& app, std::string message, int status) {
 }
 
 int parseAndRun(CLI::App& app, int argc, char** argv) {
+  // A shell variable without a value would otherwise count as an option that was not given.
+  for (int i = 1; i < argc; ++i)
+    if (*argv[i] == '\0')
+      return fail(app, "the argument after " + std::string(argv[i - 1]) + " is empty", kWrongUsage);
   try {
     app.parse(argc, argv);
     std::cout.flush();

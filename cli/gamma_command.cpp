@@ -50,7 +50,7 @@ void list(const CommonOptions& options) {
 }  // namespace
 
 void CurveChoice::addTo(CLI::App& app) {
-  app.add_option("name", name, "A curve of the catalogue (greycard gamma list), or a curve file")
+  app.add_option("curve", name, "A curve of the catalogue (greycard gamma list), or a curve file")
       ->required()
       ->type_name("NAME|FILE");
   app.add_option("--channel", channel, "Of the curve; all is the same as red")

@@ -1,6 +1,5 @@
 // greycard gamma import: what curve files hold.
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -122,7 +121,7 @@ void addGammaImport(CLI::App& gamma) {
       "What curve files hold, and what of it could not be used; also converts them.\n"
       "A plot of several files shows the red (or common) table of each.",
       "greycard gamma import outdoor.txt --export outdoor64.txt --size 64 --bits 8", *options);
-  app.add_option("files", options->inputs, "Curve files")->required()->type_name("FILE...");
+  app.add_option("file", options->inputs, "Curve files")->required()->type_name("FILE...");
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
       ->type_name("FILE...");
   options->form.addTo(app);

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <string_view>
-#include <vector>
 
 #include "names.h"
 
@@ -22,6 +20,7 @@ std::string placeOf(std::string_view text, std::size_t byte) {
 }  // namespace
 
 Json parsedJson(std::string_view text) {
+  if (text.empty()) throw std::invalid_argument("the file is empty");
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
@@ -48,13 +47,10 @@ void readNumbers(const std::string& name, const Json& json, std::span<double> va
 }
 
 void refuseUnknownFields(const std::string& prefix, const Json& object,
-                         std::initializer_list<const char*> known) {
-  for (const auto& item : object.items()) {
-    const std::string_view name = item.key();
-    if (std::find(known.begin(), known.end(), name) != known.end()) continue;
-    const std::vector<std::string> names(known.begin(), known.end());
-    throw std::invalid_argument(unknownName("field", prefix + item.key(), names));
-  }
+                         const std::vector<std::string>& known) {
+  for (const auto& item : object.items())
+    if (std::find(known.begin(), known.end(), item.key()) == known.end())
+      throw std::invalid_argument(unknownName("field", prefix + item.key(), known));
 }
 
 }  // namespace greycard::cli

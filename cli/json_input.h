@@ -3,11 +3,10 @@
 // Fields of a JSON document that a user wrote. What is wrong is thrown as std::invalid_argument
 // with a plain text that begins with the field; the caller adds the file.
 
-#include <filesystem>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "json_output.h"
 
@@ -27,6 +26,6 @@ void readNumbers(const std::string& name, const Json& json, std::span<double> va
 /// Refuses a field of the object that is not among the known ones, with the closest of them.
 /// \param prefix  what stands before the field's name in the message, as in "images[2]."
 void refuseUnknownFields(const std::string& prefix, const Json& object,
-                         std::initializer_list<const char*> known);
+                         const std::vector<std::string>& known);
 
 }  // namespace greycard::cli

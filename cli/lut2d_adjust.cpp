@@ -98,11 +98,8 @@ std::string adviceAbout(const AdjustOptions& options, int moved, const CutChange
 void run(const AdjustOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
-  nameTableOutput(files, options.output);
+  files.textOutput("--output", options.output);
   files.textOutput("--json", options.json);
-  for (const auto* values : {&options.at, &options.by})
-    for (const double value : *values)
-      if (!std::isfinite(value)) throw UsageError("--at and --by need finite numbers");
   if (options.at[1] < 0.0 || options.at[1] > 1.0)
     throw UsageError("--at: a saturation lies in 0 to 1");
   if (std::fabs(options.by[1]) > 1.0)

@@ -1,5 +1,6 @@
 // greycard lut2d: hue/saturation tables; and lut2d new, which makes one.
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -40,8 +41,9 @@ Lut2DConfig identity(const NewOptions& options) {
 }
 
 void run(const NewOptions& options) {
+  if (!std::ranges::is_sorted(options.fade)) throw UsageError("--fade: A,B,C,D must not fall");
   JobFiles files;
-  nameTableOutput(files, options.output);
+  files.textOutput("--output", options.output);
   files.textOutput("--json", options.json);
   const Json json = lut2dJson(identity(options));
   writeJson(options.output.string(), json);

@@ -5,6 +5,7 @@
 #include <span>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "command.h"
 #include "greycard/files.h"
@@ -100,18 +101,13 @@ void checkGrid(const std::string& name, std::span<const double> nodes, double lo
 Lut2DConfig configFrom(const Json& json) {
   if (!json.is_object()) throw std::invalid_argument("it must hold one object");
   Lut2DConfig config;
-  std::size_t known = 0;
+  std::vector<std::string> known;
   visitFields(config, [&](const std::string& name, auto& member) {
-    if (!json.contains(name)) throw std::invalid_argument("there is no field " + name);
+    if (!json.contains(name)) throw std::invalid_argument(name + " is missing");
     read(name, json[name], member);
-    ++known;
+    known.push_back(name);
   });
-  if (known != json.size()) {
-    const Json all = lut2dJson(config);
-    for (const auto& item : json.items())
-      if (!all.contains(item.key()))
-        throw std::invalid_argument("there is no such field as " + item.key());
-  }
+  refuseUnknownFields("", json, known);
   TwoDLutHelper().SetConfig(config);  // refuses numbers without meaning
   checkGrid("lut_1d_h", config.lut_1d_h, 0.0, 360.0);
   checkGrid("lut_1d_s", config.lut_1d_s, 0.0, 1.0);
@@ -149,11 +145,6 @@ Lut2DConfig readLut2d(const std::filesystem::path& path) {
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(path) + " is no hue/saturation table: " + error.what());
   }
-}
-
-void nameTableOutput(JobFiles& files, const std::filesystem::path& path) {
-  if (path.empty()) throw UsageError("--output needs the name of a file");
-  files.textOutput("--output", path);
 }
 
 }  // namespace greycard::cli

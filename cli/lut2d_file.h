@@ -1,10 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 #include "greycard/lut2d_config.h"
-#include "job_files.h"
 #include "json_output.h"
 
 namespace greycard::cli {
@@ -16,9 +14,5 @@ Json lut2dJson(const Lut2DConfig& config);
 /// Reads what lut2dJson made. \throws JobError about the first field that is missing, unknown or of
 /// the wrong kind, or about a value that the table can't work with
 Lut2DConfig readLut2d(const std::filesystem::path& path);
-
-/// Names the table that a job writes, a file or "-" for standard output.
-/// \throws UsageError for no name, and as JobFiles::textOutput
-void nameTableOutput(JobFiles& files, const std::filesystem::path& path);
 
 }  // namespace greycard::cli

@@ -86,7 +86,7 @@ RoundTrip roundTrip(const Lut2DConfig& forward, const Lut2DConfig& inverse) {
 void run(const InvertOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
-  nameTableOutput(files, options.output);
+  files.textOutput("--output", options.output);
   files.textOutput("--json", options.json);
   const Lut2DConfig forward = readLut2d(options.lut);
   int uncovered = 0;

@@ -1,6 +1,5 @@
 #include "measured_chart.h"
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <span>
@@ -47,14 +46,14 @@ Matrix3 matrixFrom(const Json& json) {
 
 MeasuredChart chartFromJson(const Json& json) {
   if (!json.contains("patches"))
-    refuse("there is no field patches; greycard ccm PHOTO --json FILE writes one");
+    refuse("patches is missing; greycard ccm PHOTO --json FILE writes one");
   const Json& patches = json["patches"];
   if (!patches.is_array() || patches.size() != kPatchCount)
     refuse("patches must be a list of 24 patches");
   MeasuredChart chart;
   for (std::size_t i = 0; i < kPatchCount; ++i) {
     const std::string name = "patches[" + std::to_string(i) + "]";
-    if (!patches[i].is_object() || !patches[i].contains("rgb")) refuse(name + " has no field rgb");
+    if (!patches[i].is_object() || !patches[i].contains("rgb")) refuse(name + ".rgb is missing");
     chart.rgb[i] = tripleFrom(name + ".rgb", patches[i]["rgb"]);
   }
   if (json.contains("matrix")) chart.matrix = matrixFrom(json["matrix"]);
@@ -113,7 +112,7 @@ Matrix3 matrixOption(const std::string& option, const std::string& numbersOrFile
   try {
     if (!looksLikeJson(text)) return matrixOf(finiteNumbers(text));
     const Json json = parsedJson(text);
-    if (!json.contains("matrix")) refuse("there is no field matrix");
+    if (!json.contains("matrix")) refuse("matrix is missing");
     return matrixFrom(json["matrix"]);
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(file) + " is no colour-correction matrix: " + error.what());

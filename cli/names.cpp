@@ -36,12 +36,10 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 std::string unknownName(const std::string& kind, const std::string& name,
                         std::span<const std::string> known) {
-  std::string list;
   const std::string* closest = nullptr;
   // Half the letters may differ.
   std::size_t closestDistance = 1 + std::max<std::size_t>(4, name.size());
   for (const auto& candidate : known) {
-    list += (list.empty() ? "" : ", ") + candidate;
     if (const auto d = distance(name, candidate); d < closestDistance) {
       closestDistance = d;
       closest = &candidate;
@@ -49,7 +47,13 @@ std::string unknownName(const std::string& kind, const std::string& name,
   }
   std::string text = "there is no " + kind + " \"" + name + "\"";
   if (closest != nullptr) text += "; did you mean \"" + *closest + "\"?";
-  return text + (closest != nullptr ? " Known: " : "; known: ") + list;
+  return text + (closest != nullptr ? " Known: " : "; known: ") + listed(known);
+}
+
+std::string listed(std::span<const std::string> names) {
+  std::string list;
+  for (const auto& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
 }
 
 std::string printable(std::string text) {

@@ -12,8 +12,11 @@ namespace greycard::cli {
 std::string unknownName(const std::string& kind, const std::string& name,
                         std::span<const std::string> known);
 
-/// A user's name or a piece of a file without its control characters, which become ?: they would
-/// play with the terminal, and XML can't hold them.
+/// The names with commas between them.
+std::string listed(std::span<const std::string> names);
+
+/// A text with something of a user's in it without its control characters, which become ?: they
+/// would play with the terminal, and XML can't hold them.
 std::string printable(std::string text);
 
 /// Whether the name has the ending of a JPEG file, whose compression alters noise.

@@ -7,6 +7,7 @@
 #include "command.h"
 #include "flat_field_source.h"
 #include "greycard/files.h"
+#include "job_files.h"
 #include "sigma_map.h"
 #include "sigma_output.h"
 #include "sub_commands.h"

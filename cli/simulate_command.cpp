@@ -202,7 +202,7 @@ void addCameraOptions(CLI::App& app, SimulateOptions& options) {
       ->capture_default_str();
   camera.add_option("--read-noise", s.readNoise, "Standard deviation without light, likewise")
       ->capture_default_str();
-  camera.add_option("--seed", s.seed, "Of the noise")
+  camera.add_option("--seed", s.seed, "Seed of the noise")
       ->check(wholeNumbersFrom(0, INT64_MAX))
       ->capture_default_str();
 }
@@ -214,13 +214,17 @@ void addPictureOptions(CLI::App& app, SimulateOptions& options) {
       ->capture_default_str()
       ->type_name("WIDTHxHEIGHT");
   picture.add_option("--bits", s.bits, "8 or 16")->capture_default_str();
+  CLI::Option* const encoding =
+      picture
+          .add_option("--encoding", options.encoding,
+                      "What samples mean: srgb (default for 8 bits) or linear (default for 16 "
+                      "bits)")
+          ->check(CLI::IsMember({"srgb", "linear"}))
+          ->type_name("NAME");
   picture
-      .add_option("--encoding", options.encoding,
-                  "What samples mean: srgb (default for 8 bits) or linear (default for 16 bits)")
-      ->check(CLI::IsMember({"srgb", "linear"}))
-      ->type_name("NAME");
-  picture.add_flag_callback(
-      "--linear", [&options] { options.encoding = "linear"; }, "Short for --encoding linear");
+      .add_flag_callback(
+          "--linear", [&options] { options.encoding = "linear"; }, "Short for --encoding linear")
+      ->excludes(encoding);
   picture.add_option("--black", s.blackLevel, "Sample value without light")->capture_default_str();
   picture.add_option("--white", s.whiteLevel,
                      "Sample value of full scale (default: the most that the bits hold)");

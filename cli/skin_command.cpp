@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <utility>
 
 #include "camera_gamma.h"
@@ -56,11 +55,9 @@ std::vector<std::string> chartWarningsOf(const SkinOptions& options, const Chart
 // The matrix and where it comes from.
 std::pair<Matrix3, std::string> matrixFor(const SkinOptions& options, const Charts& charts) {
   if (!options.ccm.empty()) {
-    const bool isFile = namesFile(options.ccm);
-    return {matrixOption("--ccm", options.ccm),
-            isFile ? quoted(std::filesystem::path(options.ccm)) : "--ccm"};
+    return {matrixOption("--ccm", options.ccm), namesFile(options.ccm) ? options.ccm : "--ccm"};
   }
-  if (charts.back().matrix) return {*charts.back().matrix, quoted(options.charts.back())};
+  if (charts.back().matrix) return {*charts.back().matrix, options.charts.back().string()};
   throw UsageError(
       "a colour-correction matrix is needed: give --ccm, or as CHART_T84 what greycard ccm --json "
       "wrote");

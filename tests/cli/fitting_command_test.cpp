@@ -74,7 +74,7 @@ TEST_F(CommandTest, FittingRefusalsNameTheWord) {
       {with(skin, {"chart.json"}), 2, "a colour-correction matrix is needed"},
       {with(skin, {"chart.json", "--ccm", "1,0,0"}), 2, "a matrix is 9 numbers, and here are 3"},
       {with(skin, {"chart.json", "--ccm", "bad.txt"}), 1, "\"0.5;0.6\" is not a finite number"},
-      {with(skin, {"chart.json", "--ccm", "chart.json"}), 1, "there is no field matrix"},
+      {with(skin, {"chart.json", "--ccm", "chart.json"}), 1, "matrix is missing"},
   };
   for (const auto& [words, status, says] : failures) {
     SCOPED_TRACE(says);

@@ -44,7 +44,6 @@ TEST_F(CommandTest, CurveFileErrorsNameFileLineAndWord) {
   EXPECT_THAT(outcome.err, HasSubstr("line 2, \"junk\""));
   EXPECT_EQ(run({"gamma", "export", "VNormal", "-o", "none/x.txt"}).status, 1);
   EXPECT_EQ(run({"gamma", "import", "bad.txt", "--export", "bad.txt"}).status, 2);
-  EXPECT_EQ(run({"gamma", "import", "bad.txt", "--size", "64"}).status, 2);
   EXPECT_EQ(run({"gamma", "hlg", "--against", "VNormal"}).status, 2);
   EXPECT_EQ(run({"gamma", "hdr10", "--nits", "0"}).status, 2);
 }

@@ -92,14 +92,14 @@ TEST_F(Lut2dCommandTest, RefusesFilesThatAreNoTables) {
   } cases[] = {
       {"{", "is not JSON from line 1, column 2 on"},
       {"[1, 2]", "it must hold one object"},
-      {"{}", "there is no field enabled"},
+      {"{}", "enabled is missing"},
       {spoiled("\"h_shift\": 2.0", "\"h_shift\": \"2\""), "h_shift must be a number"},
       {spoiled("\"h_shift\": 2.0", "\"h_shift\": -3"), "h_shift is -3; it must be"},
       {spoiled("\"s_shift\": 2.0", "\"s_shift\": 1e99"), "s_shift must be a number that fits"},
       {spoiled("\"enabled\": 1", "\"enabled\": 300"), "enabled must be a whole number"},
       {spoiled("[0.0,15.0,", "[15.0,"), "lut_1d_h must be a list of 25 numbers"},
       {spoiled("[0.0,15.0,", "[0.0,null,"), "lut_1d_h[1] must be a number"},
-      {spoiled("{", "{\"colour\": 1,"), "there is no such field as colour"},
+      {spoiled("{", "{\"colour\": 1,"), "there is no field \"colour\""},
   };
   for (const auto& [text, says] : cases) {
     SCOPED_TRACE(says);
