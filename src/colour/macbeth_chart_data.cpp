@@ -9,8 +9,8 @@
 #include "chart_text.h"
 #include "color_calc.h"
 #include "colour_space.h"
-#include "file.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "table_conversion.h"
 
 namespace greycard {

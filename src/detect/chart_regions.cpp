@@ -4,8 +4,8 @@
 #include <cmath>
 #include <vector>
 
-#include "file.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "text.h"
 
 namespace greycard {

@@ -1,7 +1,6 @@
 #include "curve_file.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "text.h"
 

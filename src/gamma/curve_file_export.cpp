@@ -4,7 +4,7 @@
 #include <exception>
 
 #include "curve_file.h"
-#include "file.h"
+#include "greycard/files.h"
 #include "greycard/gamma_curve.h"
 
 namespace greycard {

@@ -1,7 +1,5 @@
 #include "greycard/gamma_curve_model.h"
 
-#include <utility>
-
 #include "builtin_curves.h"
 #include "control_point_reduction.h"
 #include "gamma_curve_collection.h"

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 #include "gamma_lut_matrix.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "file.h"
+#include "greycard/files.h"
 
 namespace greycard {
 namespace {

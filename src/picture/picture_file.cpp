@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "decode_picture.h"
-#include "file.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "greycard/picture.h"
 #include "image_format.h"
 #include "picture_mat.h"

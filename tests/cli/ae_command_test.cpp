@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "file.h"
+#include "greycard/files.h"
 #include "run_command.h"
 
 namespace greycard {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "file.h"
+#include "greycard/files.h"
 #include "run_command.h"
 
 namespace greycard {

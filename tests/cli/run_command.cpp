@@ -4,7 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "file.h"
+#include "greycard/files.h"
 
 namespace greycard {
 namespace {

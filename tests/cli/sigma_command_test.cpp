@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "file.h"
+#include "greycard/files.h"
 #include "run_command.h"
 
 namespace greycard {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "file.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "greycard/gamma_curve_model.h"
 
 namespace greycard {

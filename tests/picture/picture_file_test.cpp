@@ -7,8 +7,8 @@
 #include <string>
 
 #include "decode_picture.h"
-#include "file.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "greycard/picture.h"
 #include "picture_mat.h"
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "channels.h"
-#include "file.h"
 #include "greycard/diagnostics.h"
+#include "greycard/files.h"
 #include "numeric_error.h"
 #include "text.h"
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "interleave.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "uni_str.h"
 

@@ -1,4 +1,4 @@
-#include "file.h"
+#include "greycard/files.h"
 
 #include <unistd.h>
 
