@@ -8,7 +8,8 @@
 
 namespace greycard {
 
-/// The whole file as bytes. \throws FileError that names the file and the system's reason
+/// The whole file as bytes, at most 4 GiB.
+/// \throws FileError that names the file and the system's reason
 GREYCARD_EXPORT std::string readWholeFile(const std::filesystem::path& path);
 
 /// Writes the bytes under a temporary name in the same folder and renames it, so that no reader

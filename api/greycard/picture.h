@@ -44,8 +44,8 @@ struct Picture {
   }
 };
 
-/// Reads a PNG, TIFF, JPEG, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or colour; an
-/// alpha channel is dropped, an orientation mark is obeyed.
+/// Reads a PNG, TIFF, JPEG, JPEG 2000, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or
+/// colour; an alpha channel is dropped, an orientation mark is obeyed.
 /// \throws FileError that names the file and the reason; nothing else.
 GREYCARD_EXPORT Picture readPicture(const std::filesystem::path& path);
 

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <system_error>
@@ -46,12 +47,17 @@ std::string quoted(const std::filesystem::path& path) {
 }
 
 std::string readWholeFile(const std::filesystem::path& path) {
+  constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 32;  // a device or a pipe may be endless
   const File file(std::fopen(path.c_str(), "rb"));
   if (!file) throw FileError("can't read " + quoted(path) + ": " + reason());
   std::string bytes;
   char block[65536];
   std::size_t got = 0;
-  while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) bytes.append(block, got);
+  while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) {
+    if (got > kMostBytes - bytes.size())
+      throw FileError("can't read " + quoted(path) + ": it holds more than 4 GiB");
+    bytes.append(block, got);
+  }
   if (std::ferror(file.get())) throw FileError("can't read " + quoted(path) + ": " + reason());
   return bytes;
 }
