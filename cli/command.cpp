@@ -48,7 +48,9 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   const auto choices =
       deepest.get_subcommands([](const CLI::App* choice) { return !choice->get_name().empty(); });
   if (!words.empty() && words.front().starts_with('-'))
-    return "there is no option " + words.front();
+    return deepest.get_option_no_throw(words.front()) != nullptr
+               ? words.front() + " must stand behind " + deepest.get_name()
+               : "there is no option " + words.front();
   if (deepest.get_require_subcommand_min() == 0) {
     if (!words.empty() && error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError))
       return "\"" + words.front() + "\" is one argument too many";

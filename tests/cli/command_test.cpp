@@ -57,6 +57,7 @@ TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
       {{"gamma", "import", "a.txt", "--size", "64"}, 2, "--size requires --export"},
       {{"gamma", "shwo", "VNormal"}, 2, "did you mean \"show\"?"},
       {{"gamma", "show"}, 2, "curve is required"},
+      {{"gamma", "--json", "a", "show", "VNormal"}, 2, "--json must stand behind show"},
       {{"gamma", "show", "vnormal"}, 1, "did you mean \"VNormal\"? Known: VNormal, VLowlight"},
       {{"gamma", "lut", "VNormal", "--kind", "13bit"}, 2, "--kind"},
       {{"simulate"}, 2, "--output is required"},
