@@ -57,6 +57,7 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
     return error.what();
   }
   std::vector<std::string> names;
+  names.reserve(choices.size());
   for (const auto* choice : choices) names.push_back(choice->get_name());
   if (!words.empty()) return unknownName("sub-command", words.front(), names);
   return "a sub-command is required; known: " + listed(names);

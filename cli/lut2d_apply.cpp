@@ -1,6 +1,7 @@
 // greycard lut2d apply: a picture through a hue/saturation table.
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -80,7 +81,7 @@ void run(const ApplyOptions& options) {
                            {"pixels", after.r.size()},
                            {"changed_pixels", changed}});
   if (options.printsText())
-    std::cout << "Wrote " << quoted(options.output) << ": " << static_cast<int>(100.0 * share + 0.5)
+    std::cout << "Wrote " << quoted(options.output) << ": " << std::lround(100.0 * share)
               << " % of the pixels moved by the table\n";
 }
 

@@ -32,7 +32,7 @@ Picture greys(const LumaPlane& plane, std::span<const float> sigma, double least
   Picture grey(static_cast<int>(plane.width), static_cast<int>(plane.height), 1, 16);
   const double scale = most > least ? kMostGrey / (most - least) : 0.0;
   std::ranges::transform(sigma, grey.samples.begin(), [&](float s) {
-    return static_cast<std::uint16_t>((s - least) * scale + 0.5);
+    return static_cast<std::uint16_t>(std::lround((s - least) * scale));
   });
   const int longest = std::max(grey.width, grey.height);
   return longest > kLongestSide ? shrinkPicture(grey, kLongestSide) : grey;

@@ -157,9 +157,9 @@ void ColorMatrixOpt::Normalize() {
     for (double& value : rgb) value *= m_gain;
 }
 
-void ColorMatrixOpt::ColorMatrix_WB(std::vector<std::int32_t> patches) {
+void ColorMatrixOpt::ColorMatrix_WB(const std::vector<std::int32_t>& patches) {
   const CDoubleMatrix measured = toMatrix(m_RGB);
-  const CDoubleMatrix gains = M_white_balance(measured, std::move(patches));
+  const CDoubleMatrix gains = M_white_balance(measured, patches);
   m_balancedRGB = toPatchTable(mmABt(measured, gains));
   m_whiteBalance = toMatrix3(gains);
 }

@@ -48,7 +48,7 @@ class ColorMatrixOpt {
   /// \throws std::invalid_argument as exposureGain(), or when SetGamma hasn't run
   void Normalize();
   /// Sets the gains and the balanced RGB. \throws std::out_of_range as M_white_balance()
-  void ColorMatrix_WB(std::vector<std::int32_t> patches);
+  void ColorMatrix_WB(const std::vector<std::int32_t>& patches);
   /// \return the exposure gain of the last Normalize
   double SetOptimLight(OptimLight light);
 

@@ -17,7 +17,7 @@ CDoubleMatrix diagonal(const Vector3& gains) {
 
 }  // namespace
 
-CDoubleMatrix M_white_balance(const CDoubleMatrix& rgb, std::vector<std::int32_t> patches) {
+CDoubleMatrix M_white_balance(const CDoubleMatrix& rgb, const std::vector<std::int32_t>& patches) {
   if (rgb.rows() != kPatchCount || rgb.cols() != 3)
     throw ShapeError("white balance needs a table of 24 patches with R, G and B");
   Vector3 sum{};

@@ -18,6 +18,6 @@ namespace greycard {
 /// \param patches  rows of rgb, 0..23; one listed twice counts twice
 /// \return 3 x 3, the gains on the diagonal
 /// \throws ShapeError unless rgb is 24 x 3, std::out_of_range naming an index that isn't a patch
-CDoubleMatrix M_white_balance(const CDoubleMatrix& rgb, std::vector<std::int32_t> patches);
+CDoubleMatrix M_white_balance(const CDoubleMatrix& rgb, const std::vector<std::int32_t>& patches);
 
 }  // namespace greycard

@@ -32,14 +32,12 @@ TargetRange targetRange(const CandidateTargets& t) {
   return {t.darkHi, t.second};
 }
 
-double shortTargetWithCompression(double safeTarget, double unswappedA, double maxGain) {
-  double shortTarget = std::min(unswappedA, safeTarget);
-  // The gain is at most 1 before its floor, hence always 1, and the short target ends at the safe
-  // one. Deliberate.
+// The gain is at most 1 before its floor, hence always 1, and the short target is the safe one, not
+// the smaller of it and A. Deliberate.
+double shortTargetWithCompression(double safeTarget, double maxGain) {
   const double gain = std::max(
       std::min(std::min(safeTarget / std::max(safeTarget, 1.0), maxGain), kGainCeiling), 1.0);
-  shortTarget = safeTarget / gain;
-  return shortTarget;
+  return safeTarget / gain;
 }
 
 }  // namespace
@@ -124,7 +122,7 @@ double LumaTargetRun::errorFunc_LumaTarget(const GaParameters& x) {
     const double target = safeTarget(i, p, lo, hi);
     m_resHistBasedSafeTarget[i] = m_resHistBasedLongTarget[i] = target;
     m_resHistBasedShortTarget[i] =
-        m_ADRC_Enable != 0.0 ? shortTargetWithCompression(target, a, m_max_drc_gain) : target;
+        m_ADRC_Enable != 0.0 ? shortTargetWithCompression(target, m_max_drc_gain) : target;
 
     const double error = target - m_newTarget[i];
     weightedSquares += m_Weight[i] * (error * error);

@@ -26,7 +26,8 @@ void setChart(CDoubleMatrix& chart, const char* light,
       throw std::invalid_argument(name + ofLight + " holds " + std::to_string(channels[c].size()) +
                                   " values; 24 are wanted");
     for (std::size_t i = 0; i < kPatchCount; ++i)
-      requireFinite(channels[c][i], name + "[" + std::to_string(i) + "]" + ofLight);
+      requireFinite(channels[c][i],
+                    std::string(name).append("[" + std::to_string(i) + "]").append(ofLight));
   }
   for (std::int32_t i = 0; i < kPatchCount; ++i)
     for (std::size_t c = 0; c < channels.size(); ++c)

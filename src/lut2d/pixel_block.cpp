@@ -42,7 +42,7 @@ constexpr Int16 max(Int16 a, Int16 b) {
 // Two lanes of 16 bits as one of 32: half of it is a lane widened, without a shuffle. Which half is
 // which does not matter, as results go back into the same ones.
 std::uint32_t loadPair(const PixelBlock::Lanes& lanes, std::size_t k) {
-  std::uint32_t pair;
+  std::uint32_t pair = 0;
   std::memcpy(&pair, &lanes[k], sizeof pair);
   return pair;
 }

@@ -35,7 +35,7 @@ RingMap::RingMap(std::uint64_t w, std::uint64_t h, float fScalingFactor)
 
 std::uint64_t RingMap::ringAt(std::uint64_t dx, std::uint64_t dy) const {
   const float r = distance(dx, dy) / m_scale;
-  return std::min(static_cast<std::uint64_t>(r + 0.5F), m_count - 1);
+  return std::min(static_cast<std::uint64_t>(std::floor(r + 0.5F)), m_count - 1);
 }
 
 // Every operation of ringAt rounds correctly, so that it never falls when dx or dy rises.

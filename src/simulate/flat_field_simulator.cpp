@@ -47,7 +47,7 @@ bool FlatFieldSimulator::Simulate(const ProgressCallback& progress) {
         const double sigma = s.centreSigma * gainAt(rho);
         value += std::sqrt(sigma * sigma - kRoundingVariance) * normal.next();
       }
-      *picture.pixel(x, y) = static_cast<std::uint16_t>(std::clamp(value, 0.0, kMost) + 0.5);
+      *picture.pixel(x, y) = static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kMost)));
     }
   }
   m_picture = std::move(picture);
