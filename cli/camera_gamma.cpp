@@ -10,6 +10,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/gamma_curve_model.h"
+#include "job_files.h"
 #include "names.h"
 
 namespace greycard::cli {
@@ -70,8 +71,7 @@ CameraGamma cameraGamma(const std::string& nameOrFile) {
         nameOrFile,
         kCatalogueBits,
         {everyFourth(*curve->DataR()), everyFourth(*curve->DataG()), everyFourth(*curve->DataB())}};
-  std::error_code error;  // a name that can't even be looked up is no file either
-  if (!std::filesystem::exists(nameOrFile, error))
+  if (!namesFile(nameOrFile))
     throw JobError(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
   const std::vector<std::int32_t> table = readTable(nameOrFile);
   return {nameOrFile, bitDepth(std::ranges::max(table)), {table, table, table}};

@@ -28,8 +28,7 @@ Json pointsJson(const ControlPointListPtr& points) {
 GammaCurvePtr curveByNameOrFile(const std::string& nameOrFile) {
   GammaCurveModel catalogue(true);
   if (GammaCurvePtr curve = catalogue.GetGammaCurveByName(nameOrFile)) return curve;
-  std::error_code error;  // a name that can't even be looked up is no file either
-  if (!std::filesystem::exists(nameOrFile, error))
+  if (!namesFile(nameOrFile))
     throw JobError(unknownName("curve or curve file", nameOrFile, catalogue.GetNames()));
   const GammaImport import = catalogue.ImportWithReport(nameOrFile);
   for (const GammaImportNote& note : import.notes)

@@ -58,4 +58,9 @@ void JobFiles::add(File file) {
   m_files.push_back(std::move(file));
 }
 
+bool namesFile(const std::string& text) {
+  std::error_code error;
+  return std::filesystem::exists(text, error);
+}
+
 }  // namespace greycard::cli

@@ -33,4 +33,7 @@ class JobFiles {
   std::vector<File> m_files;
 };
 
+/// Whether the text names a file or folder; one that can't even be looked up names none.
+bool namesFile(const std::string& text);
+
 }  // namespace greycard::cli

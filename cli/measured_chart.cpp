@@ -4,11 +4,11 @@
 #include <filesystem>
 #include <span>
 #include <stdexcept>
-#include <system_error>
 
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/macbeth_chart_data.h"
+#include "job_files.h"
 #include "json_input.h"
 #include "number_list.h"
 
@@ -91,11 +91,6 @@ MeasuredChart measuredChart(const ChartSource& source) {
   } catch (const std::invalid_argument& error) {
     throw JobError(quoted(source.photo) + " is no measured chart: " + error.what());
   }
-}
-
-bool namesFile(const std::string& text) {
-  std::error_code error;
-  return std::filesystem::exists(text, error);
 }
 
 Matrix3 matrixOption(const std::string& option, const std::string& numbersOrFile) {

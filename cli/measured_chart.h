@@ -22,9 +22,6 @@ struct MeasuredChart {
 /// \throws JobError that names the file and what is wrong with it
 MeasuredChart measuredChart(const ChartSource& source);
 
-/// Whether the text names a file or folder; one that can't even be looked up names none.
-bool namesFile(const std::string& text);
-
 /// A colour-correction matrix: nine numbers row by row, or a file of them, or what `ccm --json`
 /// wrote.
 /// \throws UsageError or JobError about what is neither

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "names.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -50,7 +51,7 @@ std::string skinText(const SkinResult& result) {
   std::string text = std::to_string(result.upper.points->size()) +
                      " synthetic skin colours: 357 spectra, dark, plain and bright, under D65, A "
                      "and T84\nMatrix for all three lights from " +
-                     result.matrixFrom + ", tone curve " + result.gammaName + "\n\n";
+                     printable(result.matrixFrom + ", tone curve " + result.gammaName) + "\n\n";
   std::vector<TextTable::Column> columns{{"", TextTable::Align::Left}, {"accepted"}};
   for (const char* light : kSkinLights) columns.push_back({light});
   for (const char* value : {"h", "s", "y"}) {
