@@ -31,4 +31,11 @@ class GREYCARD_EXPORT FileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A job that can't be done with what it was given. what() is one sentence: what went wrong, with
+/// which file, what to try.
+class GREYCARD_EXPORT JobError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace greycard

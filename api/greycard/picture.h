@@ -52,6 +52,9 @@ GREYCARD_EXPORT Picture readPicture(const std::filesystem::path& path);
 /// \throws FileError when no format that pictures are written in has the name's ending
 GREYCARD_EXPORT void checkPictureName(const std::filesystem::path& path);
 
+/// Whether the name has the ending of a JPEG file, whose compression alters noise.
+GREYCARD_EXPORT bool isJpegName(const std::filesystem::path& path);
+
 /// Writes the picture; the format follows from the file name's ending, which must be able to hold
 /// the picture's bits. Written under a temporary name and renamed, so an earlier file of that name
 /// stays whole when writing fails.

@@ -147,6 +147,11 @@ Picture readPicture(const std::filesystem::path& path) {
   return decodePicture(readWholeFile(path), quoted(path));
 }
 
+bool isJpegName(const std::filesystem::path& path) {
+  const auto ending = lowerCaseEnding(path);
+  return ending == ".jpg" || ending == ".jpeg";
+}
+
 void checkPictureName(const std::filesystem::path& path) {
   formatOfName(path);
 }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+
+#include "greycard/flat_field_simulator.h"
+#include "transition.h"
+
+namespace greycard::cli {
+
+/// What `greycard simulate --flat` renders, but for the size, bits and seed, which charts have too.
+struct FlatFieldOptions {
+  bool flat = false;
+  FlatFieldSettings settings;
+
+  /// To be called after the chart's options: --flat excludes those that mean nothing for it.
+  void addTo(CLI::App& app);
+};
+
+/// The noise and its growth at the radii of a sigma table's entries.
+Json flatFieldJson(const std::filesystem::path& picture, const FlatFieldSimulator& simulator);
+
+}  // namespace greycard::cli

@@ -1,0 +1,260 @@
+// greycard simulate: renders a photograph of the chart, or a flat field, with the truth about it.
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "command.h"
+#include "flat_field_options.h"
+#include "greycard/chart_simulator.h"
+#include "greycard/files.h"
+#include "greycard/names.h"
+#include "greycard/number_text.h"
+#include "greycard/picture.h"
+#include "job_files.h"
+#include "option_checks.h"
+#include "progress_bar.h"
+#include "sub_commands.h"
+#include "text_table.h"
+#include "transition.h"
+
+namespace greycard::cli {
+namespace {
+
+struct SimulateOptions : CommonOptions {
+  std::filesystem::path picture, truth;
+  std::string light = "D65", sensor = "ordinary", size = "1600x1200", encoding;
+  std::vector<double> offset, surround;
+  SimulationSettings settings;
+  FlatFieldOptions flat;
+};
+
+// "1600x1200", into anything that has a width and a height.
+template <typename Settings>
+void parseSize(const std::string& text, Settings& settings) {
+  const char* end = text.data() + text.size();
+  const auto width = std::from_chars(text.data(), end, settings.width);
+  if (width.ec == std::errc{} && width.ptr != end && *width.ptr == 'x') {
+    const auto height = std::from_chars(width.ptr + 1, end, settings.height);
+    if (height.ec == std::errc{} && height.ptr == end) return;
+  }
+  throw UsageError("--size: \"" + text + "\" is not WIDTHxHEIGHT in pixels, such as 1600x1200");
+}
+
+SimulationSettings settingsOf(const SimulateOptions& options) {
+  SimulationSettings settings = options.settings;
+  parseSize(options.size, settings);
+  const auto light = illumFromName(options.light);
+  if (!light) {
+    const std::vector<std::string> known{"A", "D65", "TL84", "D50", "Horizon", "CoolWhite"};
+    throw UsageError("--light: " + unknownName("light", options.light, known));
+  }
+  settings.light = *light;
+  const auto sensor = modelSensorFromName(options.sensor);
+  if (!sensor) {
+    const std::vector<std::string> known{"ordinary", "narrow", "broad", "colorimetric"};
+    throw UsageError("--sensor: " + unknownName("sensor", options.sensor, known));
+  }
+  settings.sensor = *sensor;
+  if (!options.offset.empty()) {
+    settings.offsetX = options.offset[0];
+    settings.offsetY = options.offset[1];
+  }
+  if (options.surround.size() == 2)
+    throw UsageError("--surround takes one number for a grey or three for R,G,B, not two");
+  for (std::size_t c = 0; !options.surround.empty() && c < 3; ++c)
+    settings.surround[c] = options.surround[options.surround.size() == 3 ? c : 0];
+  const bool linear = options.encoding.empty() ? settings.bits == 16 : options.encoding == "linear";
+  settings.encoding = linear ? SampleEncoding::linear : SampleEncoding::sRGB;
+  return settings;
+}
+
+double meanPatchArea(const SimulationTruth& truth) {
+  double doubled = 0.0;
+  for (const auto& quad : truth.corners)
+    for (std::size_t k = 0; k < 4; ++k)
+      doubled += quad[k].x * quad[(k + 1) % 4].y - quad[k].y * quad[(k + 1) % 4].x;
+  return 0.5 * std::abs(doubled) / kPatchCount;
+}
+
+// The fields of a measured photograph's JSON file, and what only a simulation knows.
+Json truthJson(const std::filesystem::path& picture, const SimulationSettings& s,
+               const SimulationTruth& truth) {
+  return {
+      {"file", picture.filename().string()},
+      {"synthetic", true},
+      {"width", s.width},
+      {"height", s.height},
+      {"centres", truth.centres},
+      {"corners", truth.corners},
+      {"pitch_px", truth.pitch},
+      {"patch_px", truth.patchSide},
+      {"patch_area_over_minimum", meanPatchArea(truth) / std::max(1, s.width * s.height / 2400)},
+      {"side_ratio_max", truth.sideRatio},
+      {"turn_deg", truth.turnDeg},
+      {"light", illumName(s.light)},
+      {"sensor", modelSensorName(s.sensor)},
+      {"bits", s.bits},
+      {"encoding", s.encoding == SampleEncoding::linear ? "linear" : "srgb"},
+      {"black_level", s.blackLevel},
+      {"white_level", s.whiteLevel == 0.0 ? (s.bits == 8 ? 255.0 : 65535.0) : s.whiteLevel},
+      {"white_rgb", truth.whiteRgb},
+      {"rgb_linear", truth.rgb},
+      {"noise_sigma", truth.noiseSigma},
+      {"shading", truth.shading},
+      {"seed", s.seed}};
+}
+
+template <typename Simulator>
+void render(Simulator& simulator) try {
+  ProgressBar bar("Rendering");
+  simulator.Simulate(bar.callback());
+} catch (const std::invalid_argument& error) {
+  throw UsageError(error.what());  // every setting came from the command line
+}
+
+// The picture, the truth about it, and what it shows for people.
+void write(const SimulateOptions& options, const Picture& picture, const Json& truth,
+           const std::string& shows) {
+  writePicture(options.picture, picture);
+  writeJson(options.truth.string(), truth);
+  writeJson(options.json, truth);
+  if (options.printsText() && options.truth != "-")
+    std::cout << "Rendered " << quoted(options.picture) << ": " << shows << "\n";
+}
+
+void runFlat(const SimulateOptions& options) {
+  if (isJpegName(options.picture))
+    throw UsageError("--output: JPEG's compression would change the noise; use .png, .tif or .pgm");
+  FlatFieldSimulator simulator;
+  simulator.m_settings = options.flat.settings;
+  parseSize(options.size, simulator.m_settings);
+  simulator.m_settings.seed = options.settings.seed;
+  simulator.m_settings.bits = options.settings.bits;
+  render(simulator);
+  write(options, simulator.m_picture, flatFieldJson(options.picture, simulator),
+        "a flat field of level " + fixed(simulator.m_settings.level, 1) + ", noise " +
+            fixed(simulator.m_settings.centreSigma, 2) + " at the centre and " +
+            fixed(simulator.m_settings.cornerGain, 2) + " times that in the corners");
+}
+
+void run(const SimulateOptions& options) {
+  JobFiles files;
+  files.pictureOutput("--output", options.picture);
+  files.textOutput("--truth", options.truth);
+  files.textOutput("--json", options.json);
+  if (options.flat.flat) return runFlat(options);
+
+  ChartSimulator simulator;
+  simulator.m_settings = settingsOf(options);
+  render(simulator);
+  write(options, simulator.m_picture,
+        truthJson(options.picture, simulator.m_settings, simulator.m_truth),
+        std::string("the chart under ") + illumName(simulator.m_settings.light) + ", " +
+            modelSensorName(simulator.m_settings.sensor) + " sensor, patch pitch " +
+            fixed(simulator.m_truth.pitch, 1) + " pixels");
+}
+
+void addSceneOptions(CLI::App& app, SimulateOptions& options) {
+  SimulationSettings& s = options.settings;
+  CLI::Option_group& scene = *app.add_option_group("Scene");
+  scene.add_option("--light", options.light, "A, D65, TL84, D50, Horizon or CoolWhite")
+      ->capture_default_str()
+      ->type_name("NAME");
+  scene.add_option("--share", s.sizeShare, "Share of the picture that the chart takes")
+      ->capture_default_str();
+  scene.add_option("--offset", options.offset, "Shift from the centre, as shares of the picture")
+      ->expected(2)
+      ->delimiter(',')
+      ->type_name("X,Y");
+  scene.add_option("--rotate", s.rotationDeg, "Degrees clockwise")->capture_default_str();
+  scene.add_option("--tilt", s.tiltDeg, "Degrees by which the chart's top leans away")
+      ->capture_default_str();
+  scene.add_option("--yaw", s.yawDeg, "Degrees by which its right side turns away")
+      ->capture_default_str();
+  scene
+      .add_option("--surround", options.surround,
+                  "What surrounds the chart, as a share of white (default 0.35)")
+      ->expected(1, 3)
+      ->delimiter(',')
+      ->type_name("GREY|R,G,B")
+      ->check(CLI::Number);
+}
+
+void addCameraOptions(CLI::App& app, SimulateOptions& options) {
+  SimulationSettings& s = options.settings;
+  CLI::Option_group& camera = *app.add_option_group("Camera");
+  camera.add_option("--sensor", options.sensor, "ordinary, narrow, broad or colorimetric")
+      ->capture_default_str()
+      ->type_name("NAME");
+  camera.add_option("--exposure", s.whiteShare, "Share of full scale that the white patch reaches")
+      ->capture_default_str();
+  camera.add_option("--vignette", s.vignetting, "Share of light lost in the corners")
+      ->capture_default_str();
+  camera.add_option("--blur", s.blurSigma, "Standard deviation of the blur in pixels")
+      ->capture_default_str();
+  camera
+      .add_option(
+          "--noise", s.shotNoise,
+          "Standard deviation at full scale, as a share of it; falls with the root of light")
+      ->capture_default_str();
+  camera.add_option("--read-noise", s.readNoise, "Standard deviation without light, likewise")
+      ->capture_default_str();
+  camera.add_option("--seed", s.seed, "Seed of the noise")
+      ->check(wholeNumbersFrom(0, INT64_MAX))
+      ->capture_default_str();
+}
+
+void addPictureOptions(CLI::App& app, SimulateOptions& options) {
+  SimulationSettings& s = options.settings;
+  CLI::Option_group& picture = *app.add_option_group("Picture");
+  picture.add_option("--size", options.size, "Pixels")
+      ->capture_default_str()
+      ->type_name("WIDTHxHEIGHT");
+  picture.add_option("--bits", s.bits, "8 or 16")->capture_default_str();
+  CLI::Option* const encoding =
+      picture
+          .add_option("--encoding", options.encoding,
+                      "What samples mean: srgb (default for 8 bits) or linear (default for 16 "
+                      "bits)")
+          ->check(CLI::IsMember({"srgb", "linear"}))
+          ->type_name("NAME");
+  picture
+      .add_flag_callback(
+          "--linear", [&options] { options.encoding = "linear"; }, "Short for --encoding linear")
+      ->excludes(encoding);
+  picture.add_option("--black", s.blackLevel, "Sample value without light")->capture_default_str();
+  picture.add_option("--white", s.whiteLevel,
+                     "Sample value of full scale (default: the most that the bits hold)");
+}
+
+}  // namespace
+
+void addSimulate(CLI::App& parent) {
+  const auto options = std::make_shared<SimulateOptions>();
+  CLI::App& app = addSubCommand(
+      parent, "simulate",
+      "Render a photograph of the 24-patch chart (the sensor's own values, not white-balanced), "
+      "or\n"
+      "a flat field with known noise",
+      "greycard simulate -o chart.png --truth chart.json --light A --rotate 12 --noise 0.01\n"
+      "greycard simulate -o raw.tif --bits 16 --white 4095 --black 64 --sensor colorimetric\n"
+      "greycard simulate --flat -o flat.png --size 2000x1500 --sigma 3 --gain 2 --fall-off 0.3",
+      *options);
+  app.add_option("-o,--output", options->picture, "Picture to write (.png, .tif, ...)")
+      ->required()
+      ->type_name("FILE");
+  app.add_option("--truth", options->truth,
+                 "JSON of the centres, corners and linear values, or of the noise")
+      ->type_name("FILE");
+  addSceneOptions(app, *options);
+  addCameraOptions(app, *options);
+  addPictureOptions(app, *options);
+  options->flat.addTo(app);
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,80 @@
+#pragma once
+
+// One description of a struct serves writing and reading. A struct that JSON can hold has
+//
+//   void describe(auto& fields, Like<Struct> auto& value) {
+//     fields("photo", value.photo);                        a field of any type below
+//     fields.derived("mean", value.mean());                written; passed over when read
+//     fields.optional("saturation", value.saturation);     written and read only where it is there
+//     fields.group("fit", [&](auto& inner) { ... });       an object without a struct of its own
+//     fields.rows("patches", 24, [&](auto& row, std::size_t i) { ... });    a list of objects
+//   }
+//
+// in this namespace, and JsonWriter and JsonReader do the rest. Fields are numbers, bool, texts,
+// paths, enumerations with an EnumNames, std::array, std::vector and std::optional (null) of these,
+// and described structs.
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+#include "greycard/types.h"
+
+namespace greycard::present {
+
+/// Struct, const when it is written.
+template <typename T, typename Struct>
+concept Like = std::same_as<std::remove_const_t<T>, Struct>;
+
+/// Names of an enumeration in JSON: specialise with `static constexpr std::array kNames` of
+/// std::pair<Enum, const char*> and `static constexpr const char* kKind`.
+template <typename Enum>
+struct EnumNames;
+
+/// A number counted from 0 here and from 1 in JSON.
+template <typename Whole>
+struct OneBased {
+  Whole& value;
+};
+template <typename Whole>
+OneBased(Whole&) -> OneBased<Whole>;
+
+template <typename T>
+inline constexpr bool isOneBased = false;
+template <typename T>
+inline constexpr bool isOneBased<OneBased<T>> = true;
+
+template <typename T>
+inline constexpr bool isOptional = false;
+template <typename T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+template <typename T>
+inline constexpr bool isArray = false;
+template <typename T, std::size_t Size>
+inline constexpr bool isArray<std::array<T, Size>> = true;
+
+template <typename T>
+inline constexpr bool isVector = false;
+template <typename T>
+inline constexpr bool isVector<std::vector<T>> = true;
+
+// Written as lists.
+inline std::array<const double*, 2> components(const Point2& p) {
+  return {&p.x, &p.y};
+}
+inline std::array<double*, 2> components(Point2& p) {
+  return {&p.x, &p.y};
+}
+inline std::array<const double*, 4> components(const PatchRegion& r) {
+  return {&r.left, &r.top, &r.width, &r.height};
+}
+inline std::array<double*, 4> components(PatchRegion& r) {
+  return {&r.left, &r.top, &r.width, &r.height};
+}
+
+}  // namespace greycard::present

@@ -1,0 +1,192 @@
+#pragma once
+
+#include <cmath>
+#include <limits>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "describe.h"
+#include "json_text.h"
+
+namespace greycard::present {
+
+/// Options are written by people: a field that is missing keeps its default, and one that is not
+/// known is refused. Results are written by us, perhaps by a later version: fields that are not
+/// known are passed over, and none may be missing.
+enum class JsonKind { Options, Result };
+
+/// \throws std::invalid_argument "<name> must be <must>"
+[[noreturn]] void refuseField(const std::string& name, const std::string& must);
+
+/// \throws std::invalid_argument with the closest of the known names
+[[noreturn]] void refuseName(const std::string& kind, const std::string& name,
+                             std::span<const std::string> known);
+
+bool isSameIgnoringCase(std::string_view a, std::string_view b);
+
+/// Fills a described value from a JSON object (describe.h). What is wrong is thrown as
+/// std::invalid_argument with a plain text that begins with the field; the caller adds the file.
+class JsonReader {
+ public:
+  static constexpr bool kReads = true;
+
+  /// \param prefix  what stands before a field's name in messages, as in "images[2]."
+  JsonReader(const Json& object, JsonKind kind, std::string prefix = {});
+
+  template <typename T>
+  void operator()(const char* name, T&& value) {
+    if (const Json* json = find(name)) read(m_prefix + name, *json, value);
+  }
+  template <typename T>
+  void derived(const char* name, const T& /*value*/) {
+    m_known.emplace_back(name);
+  }
+  template <typename T>
+  void optional(const char* name, std::optional<T>& value) {
+    m_known.emplace_back(name);
+    if (!m_object.contains(name)) return value.reset();
+    read(m_prefix + name, m_object[name], value.emplace());
+  }
+  template <typename Inner>
+  void group(const char* name, Inner inner) {
+    const Json* json = find(name);
+    if (json == nullptr) return;
+    JsonReader reader(*json, m_kind, m_prefix + name + ".");
+    inner(reader);
+    reader.finish();
+  }
+  template <typename Row>
+  void rows(const char* name, std::size_t count, Row row) {
+    const Json* json = find(name);
+    if (json == nullptr) return;
+    if (!json->is_array() || json->size() != count)
+      refuseField(m_prefix + name, "a list of " + std::to_string(count) + " objects");
+    for (std::size_t i = 0; i < count; ++i) {
+      JsonReader reader((*json)[i], m_kind, m_prefix + name + "[" + std::to_string(i) + "].");
+      row(reader, i);
+      reader.finish();
+    }
+  }
+  template <typename Item, typename Row>
+  void list(const char* name, std::vector<Item>& items, Row row) {
+    const Json* json = find(name);
+    if (json == nullptr) return;
+    if (!json->is_array()) refuseField(m_prefix + name, "a list of objects");
+    items.assign(json->size(), {});
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      JsonReader reader((*json)[i], m_kind, m_prefix + name + "[" + std::to_string(i) + "].");
+      row(reader, items[i]);
+      reader.finish();
+    }
+  }
+  template <typename T, typename Fields>
+  void block(const char* mark, std::optional<T>& value, Fields fields) {
+    if (!m_object.contains(mark)) return value.reset();
+    fields(*this, value.emplace());
+  }
+
+  /// To be called after the description: refuses what options have beside the described fields.
+  void finish() const;
+
+ private:
+  // The field, noted as known; null when it is missing and may be.
+  const Json* find(const char* name);
+
+  template <typename T>
+  void read(const std::string& name, const Json& json, T& value) {
+    if constexpr (isOneBased<T>) {
+      read(name, json, value.value);
+      --value.value;
+    } else if constexpr (isOptional<T>) {
+      if (json.is_null()) return value.reset();
+      read(name, json, value.emplace());
+    } else if constexpr (isArray<T>) {
+      if (!json.is_array() || json.size() != value.size())
+        refuseField(name, "a list of " + std::to_string(value.size()) + listedThings<T>());
+      for (std::size_t i = 0; i < value.size(); ++i) readItem(name, json, i, value[i]);
+    } else if constexpr (isVector<T>) {
+      if (!json.is_array()) refuseField(name, "a list");
+      value.resize(json.size());
+      for (std::size_t i = 0; i < value.size(); ++i) readItem(name, json, i, value[i]);
+    } else if constexpr (std::is_enum_v<T>) {
+      value = enumOf<T>(name, json);
+    } else if constexpr (std::same_as<T, bool>) {
+      if (!json.is_boolean()) refuseField(name, "true or false");
+      value = json.template get<bool>();
+    } else if constexpr (std::floating_point<T>) {
+      value = static_cast<T>(number(name, json, std::numeric_limits<T>::max()));
+    } else if constexpr (std::integral<T>) {
+      value = whole<T>(name, json);
+    } else if constexpr (std::same_as<T, std::string> || std::same_as<T, std::filesystem::path>) {
+      if (!json.is_string()) refuseField(name, "a text");
+      value = json.template get<std::string>();
+    } else if constexpr (requires { components(value); }) {
+      const auto parts = components(value);
+      if (!json.is_array() || json.size() != parts.size())
+        refuseField(name, "a list of " + std::to_string(parts.size()) + " numbers");
+      for (std::size_t i = 0; i < parts.size(); ++i) readItem(name, json, i, *parts[i]);
+    } else {
+      JsonReader reader(json, m_kind, name + ".");
+      describe(reader, value);
+      reader.finish();
+    }
+  }
+  template <typename T>
+  void readItem(const std::string& name, const Json& json, std::size_t i, T& value) {
+    read(name + "[" + std::to_string(i) + "]", json[i], value);
+  }
+  template <typename T>
+  static const char* listedThings() {
+    return std::is_arithmetic_v<typename T::value_type> ? " numbers" : " items";
+  }
+
+  // Of a result, null is a number that was not finite.
+  double number(const std::string& name, const Json& json, double most) const;
+
+  template <std::integral T>
+  static T whole(const std::string& name, const Json& json) {
+    constexpr T kLow = std::numeric_limits<T>::min(), kHigh = std::numeric_limits<T>::max();
+    const bool fits =
+        json.is_number_unsigned()
+            ? std::in_range<T>(json.template get<std::uint64_t>())
+            : json.is_number_integer() && std::in_range<T>(json.template get<std::int64_t>());
+    if (!fits)
+      refuseField(name,
+                  "a whole number from " + std::to_string(kLow) + " to " + std::to_string(kHigh));
+    return json.template get<T>();
+  }
+
+  template <typename Enum>
+  static Enum enumOf(const std::string& name, const Json& json) {
+    if (!json.is_string()) refuseField(name, "a text");
+    const auto text = json.template get<std::string>();
+    std::vector<std::string> names;
+    for (const auto& [value, known] : EnumNames<Enum>::kNames) {
+      if (isSameIgnoringCase(known, text)) return value;
+      names.emplace_back(known);
+    }
+    refuseName(EnumNames<Enum>::kKind, text, names);
+  }
+
+  const Json& m_object;
+  JsonKind m_kind;
+  std::string m_prefix;
+  std::vector<std::string> m_known;
+};
+
+/// Fills the described value, which is changed only when all of the document can be used.
+/// \throws std::invalid_argument
+template <typename T>
+void readDocument(std::string_view text, JsonKind kind, T& value) {
+  const Json json = parsedJson(text);
+  T filled = value;
+  JsonReader reader(json, kind);
+  describe(reader, filled);
+  reader.finish();
+  value = std::move(filled);
+}
+
+}  // namespace greycard::present
