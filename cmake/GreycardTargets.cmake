@@ -51,7 +51,7 @@ function(greycard_component name)
   target_compile_definitions(${inside} PRIVATE greycard_${name}_EXPORTS)
   greycard_warnings(${inside})
 
-  add_library(greycard_${name} SHARED $<TARGET_OBJECTS:${inside}>)
+  add_library(greycard_${name} $<TARGET_OBJECTS:${inside}>)
   add_library(greycard::${name} ALIAS greycard_${name})
   set_target_properties(greycard_${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
                                                     EXPORT_NAME ${name} LINKER_LANGUAGE CXX)
