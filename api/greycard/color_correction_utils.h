@@ -23,7 +23,7 @@ class ColorMatrixOpt;
 /// All that takes a camera's linear RGB (0..1) to corrected colours, in this order:
 /// multiply by m_gains, multiply by m_ccm (m_ccm * column), clip to 0..1, look up in m_gamma.
 struct ColorPipeline {
-  Vector3 m_gains{};  ///< exposure times white balance
+  Vector3 m_gains{};  ///< exposure gain times white-balance gains
   Matrix3 m_ccm{};
   /// 256 values each at equal steps over 0..1: encoded output with full scale 1, which the upper
   /// end of a 14-bit table exceeds by 3 %.

@@ -22,7 +22,7 @@ namespace greycard {
 enum class ColorChannel : std::int32_t { All = 0, Red = 0, Green = 1, Blue = 2 };
 
 /// \ingroup contract
-/// Output levels by input index, normally 1024 of them, in units of the model's GammaBitSize bits
+/// Output codes by input index, normally 1024 of them, in units of the model's GammaBitSize bits
 /// (0..16383 at its default of 14).
 using GammaTable = std::vector<std::int32_t>;
 /// Shared between a curve and its host; null means absent.
