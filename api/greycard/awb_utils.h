@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 
@@ -6,12 +8,14 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// A white-balance point: the ratios R/G and B/G of a sensor's response to a grey.
 struct WhiteBalancePoint {
   double rg = 0.0, bg = 0.0;
   bool operator==(const WhiteBalancePoint&) const = default;
 };
 
+/// \ingroup own
 /// X' = a X + b Y + e and Y' = c X + d Y + f, where X is an R/G and Y a B/G value.
 struct AffineTransform {
   double a = 1.0, b = 0.0, c = 0.0, d = 1.0, e = 0.0, f = 0.0;
@@ -21,6 +25,7 @@ struct AffineTransform {
   }
 };
 
+/// \ingroup contract
 /// Maps white-balance points from one sensor's chromaticity plane to another's by the affine
 /// transform that carries three reference points onto their counterparts. Has no state.
 class GREYCARD_EXPORT AWBUtils {
@@ -43,10 +48,12 @@ class GREYCARD_EXPORT AWBUtils {
                                                    double targetRG3, double targetBG3, double px,
                                                    double py) const;
 
+  /// \ingroup own
   /// The transform itself, for several points. Not checked either.
   AffineTransform GetAffineTransform(const ReferencePoints& source,
                                      const ReferencePoints& target) const;
 
+  /// \ingroup own
   /// Whether three points span a triangle, so that a transform from them is defined: false when
   /// they lie on one line or in one place to within the rounding of their coordinates, or when one
   /// is not finite.

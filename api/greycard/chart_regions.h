@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <filesystem>
 #include <string>
@@ -12,7 +14,7 @@ namespace greycard {
 
 // The region file: 24 lines "left,top,width,height" in pixels, in chart order (dark skin first,
 // white nineteenth, black last), no header. A detection writes whole numbers; a hand-made file may
-// hold any.
+// hold any. The file is the hosts' contract, the calls are the library's own.
 
 /// The 24 regions of a region file. Empty lines at the end and spaces round a number are accepted.
 ///

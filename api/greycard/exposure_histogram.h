@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstddef>
@@ -10,9 +12,11 @@ namespace greycard {
 
 inline constexpr std::size_t kHistogramBins = 256;
 
+/// \ingroup contract
 /// One table of 256 bins per channel R, G, B.
 using ChannelHistograms = std::array<std::array<double, kHistogramBins>, 3>;
 
+/// \ingroup contract
 /// The two cumulative histograms that the luma-target rule reads. With p[j] the share of a
 /// channel's pixels in bin j:
 ///   hist_CDF[k] = p[0] + ... + p[k],  1 at the end;
@@ -25,6 +29,7 @@ struct ExposureHistograms {
   double luma = 0.0;
 };
 
+/// \ingroup own
 /// The histograms of a picture. Bin k holds the samples from k to below k + 1 when full scale is
 /// 256; those above the white level are counted with it. A grey picture has three equal channels.
 ///

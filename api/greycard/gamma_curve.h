@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstdint>
@@ -15,10 +17,12 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// All and Red name the same storage.
 enum class ColorChannel : std::int32_t { All = 0, Red = 0, Green = 1, Blue = 2 };
 
-/// Output levels by input index, normally 1024 of them, in units of the model's GammaBitSize bits
+/// \ingroup contract
+/// Output codes by input index, normally 1024 of them, in units of the model's GammaBitSize bits
 /// (0..16383 at its default of 14).
 using GammaTable = std::vector<std::int32_t>;
 /// Shared between a curve and its host; null means absent.
@@ -27,6 +31,7 @@ using GammaTablePtr = std::shared_ptr<GammaTable>;
 class GammaCurveModel;
 struct GammaModelState;
 
+/// \ingroup contract
 /// One named tone curve: a table for all channels together (unified) or one per channel, each
 /// optionally backed by control points from which the table is recomputed.
 ///
@@ -124,6 +129,7 @@ class GREYCARD_EXPORT GammaCurve {
   /// Every point as " X,Y"; absent for an absent or empty list.
   std::optional<std::string> GetControlPointsAsString(ColorChannel color) const;
 
+  /// \ingroup own
   /// The curve as the text of a curve file: its table (or the three of a per-channel curve) as
   /// GetDataAsString gives it, each after its keyword, then the control points if every channel
   /// written has some. A per-channel curve with a table that can't be written counts as unified.

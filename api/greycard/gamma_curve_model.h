@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <cstdint>
 #include <filesystem>
@@ -15,6 +17,7 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// One value per built-in curve, in catalogue order.
 enum class GammaCurveID : std::int32_t {
   ID_GAMMA_NORMAL = 0,
@@ -33,6 +36,7 @@ enum class GammaCurveID : std::int32_t {
 class GammaCurveCollection;
 class TokenStream;
 
+/// \ingroup contract
 /// The catalogue of named tone curves and the settings that give every curve its scale.
 ///
 /// Names are unique, exact and case-sensitive. Operations refuse silently, by an absent curve
@@ -137,8 +141,10 @@ class GREYCARD_EXPORT GammaCurveModel {
   ///         table (CreateCurve)
   /// \throws FileError when the file can't be read
   GammaCurvePtr ImportFromFile(const std::filesystem::path& fileName);
+  /// \ingroup own
   /// The same, telling why there is no curve and what was left out.
   GammaImport ImportWithReport(const std::filesystem::path& fileName);
+  /// \ingroup own
   /// The same from a text in memory; `name` is what the file name would be.
   GammaImport ImportText(std::string_view name, std::string text);
 

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstddef>
@@ -13,13 +15,16 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// The parameters of the luma-target rule, and the groups of them that can be held fixed.
 inline constexpr std::size_t kGaParameters = 12, kGaEnableFlags = 9;
+/// \ingroup contract
 /// Most images of one GA run.
 inline constexpr int kGaMaxImages = 299;
 
 using GaParameters = std::array<double, kGaParameters>;
 
+/// \ingroup contract
 /// Where the design of the rule starts from:
 ///   0, 1    numerators of targets A (over the push-down statistic) and B (over the push-up one)
 ///   2, 3    numerators of the upper and the lower dark target
@@ -30,10 +35,12 @@ using GaParameters = std::array<double, kGaParameters>;
 inline constexpr GaParameters kGaReferenceParameters{180.0, 250.0, 50.0, 3.0,  0.08, 0.04,
                                                      2.0,   1.0,   0.02, 0.01, 0.0,  0.15};
 
+/// \ingroup contract
 /// The entry of parameters_enable that frees each parameter.
 inline constexpr std::array<std::size_t, kGaParameters> kGaEnableFlagOf{0, 1, 2, 3, 6, 7,
                                                                         4, 5, 6, 7, 8, 8};
 
+/// \ingroup own
 /// When a search gives up, and what makes it repeatable.
 ///
 /// The random numbers are NLopt's, whose generator belongs to the thread: each run seeds the one of
@@ -52,6 +59,7 @@ struct SearchOptions {
   ProgressCallback progress;
 };
 
+/// \ingroup own
 /// What a GA run offers beside its results.
 struct GaReport {
   /// The best point found, with the error `errorValue`. GA itself returns the parameters of the
@@ -64,9 +72,11 @@ struct GaReport {
   double seconds = 0.0;
 };
 
+/// \ingroup own
 /// NLopt's result code in words, as in "the time limit was reached".
 GREYCARD_EXPORT std::string_view stopReason(int resultCode);
 
+/// \ingroup contract
 /// Tunes an auto-exposure luma-target rule and matches lightness by a scale factor, both with
 /// NLopt's improved stochastic ranking evolution strategy (ISRES: Runarsson and Yao, IEEE Trans.
 /// Systems, Man and Cybernetics C 35 (2005) 233). Nothing is shared between calls: any number may

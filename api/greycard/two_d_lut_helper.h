@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <cstdint>
 #include <memory>
@@ -11,6 +13,7 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// Edits and applies a hue/saturation table: a grid of hue rows by saturation columns that says how
 /// far a colour at a node moves in hue and in saturation; in between, changes are interpolated.
 ///
@@ -44,6 +47,7 @@ class GREYCARD_EXPORT TwoDLutHelper {
   /// \return false without a configuration
   bool CalInverseLut2dCfg();
 
+  /// \ingroup own
   /// Nodes that the last inverse since SetConfig found outside every triangle of targets; they got
   /// no change.
   int UncoveredNodes() const { return m_uncoveredNodes; }
@@ -91,6 +95,7 @@ class GREYCARD_EXPORT TwoDLutHelper {
   /// "Lut2D"); does nothing without a configuration.
   void DebugPrint() const;
 
+  /// \ingroup own
   /// The processing record; null without a configuration.
   const lut2d_cfg* record() const { return m_cfg.get(); }
 
