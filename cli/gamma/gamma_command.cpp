@@ -4,13 +4,12 @@
 #include <memory>
 
 #include "command.h"
-#include "curve_source.h"
 #include "gamma_commands.h"
-#include "greycard/gamma_curve_model.h"
+#include "greycard/present/gamma.h"
 #include "job_files.h"
 #include "sub_commands.h"
+#include "text_output.h"
 #include "text_table.h"
-#include "transition.h"
 
 namespace greycard::cli {
 namespace {
@@ -18,6 +17,9 @@ namespace {
 void list(const CommonOptions& options) {
   JobFiles().textOutput("--json", options.json);
   const GammaCurveModel catalogue(true);
+  const GammaCatalogueListing listing = listCurves(catalogue);
+  if (!options.json.empty()) writeText(options.json, present::toJson(listing));
+  if (!options.printsText()) return;
   TextTable table({{"curve", TextTable::Align::Left},
                    {"entries"},
                    {"first"},
@@ -25,57 +27,19 @@ void list(const CommonOptions& options) {
                    {"half"},
                    {"last"},
                    {"channels", TextTable::Align::Left}});
-  Json curves = Json::array();
-  for (const std::string& name : catalogue.GetNames()) {
-    const GammaCurvePtr curve = catalogue.GetGammaCurveByName(name);
-    const GammaTable& data = *curve->Data();
+  for (const CatalogueCurve& curve : listing.curves) {
+    const auto data = curveTable(*catalogue.GetGammaCurveByName(curve.name));
     const auto at = [&data](std::size_t quarters) {
-      return data[std::min(quarters * data.size() / 4, data.size() - 1)];
+      return std::to_string(data[std::min(quarters * data.size() / 4, data.size() - 1)]);
     };
-    const std::string channels = curve->IsUnified() ? "together" : "separate";
-    table.addRow({name, std::to_string(data.size()), std::to_string(at(0)), std::to_string(at(1)),
-                  std::to_string(at(2)), std::to_string(at(4)), channels});
-    curves.push_back({{"name", name},
-                      {"entries", data.size()},
-                      {"bits", kCurveBits},
-                      {"unified", curve->IsUnified()},
-                      {"immutable", curve->IsImmutable()}});
+    table.addRow({curve.name, std::to_string(curve.entries), at(0), at(1), at(2), at(4),
+                  curve.unified ? "together" : "separate"});
   }
-  writeJson(options.json, {{"curves", curves}});
-  if (options.printsText())
-    std::cout << table.text() << "Outputs are " << kCurveBits << "-bit codes, 0.." << kCurveMax
-              << ".\n";
+  std::cout << table.text() << "Outputs are " << kCurveBits << "-bit codes, 0.." << kCurveMax
+            << ".\n";
 }
 
 }  // namespace
-
-void CurveChoice::addTo(CLI::App& app) {
-  app.add_option("curve", name, "A curve of the catalogue (greycard gamma list), or a curve file")
-      ->required()
-      ->type_name("NAME|FILE");
-  app.add_option("--channel", channel, "Of the curve; all is the same as red")
-      ->capture_default_str()
-      ->type_name("NAME")
-      ->check(CLI::IsMember({"all", "red", "green", "blue"}));
-}
-
-void CurveChoice::nameFile(JobFiles& files) const {
-  nameCurveFile(files, "the curve file", name);
-}
-
-GammaCurvePtr CurveChoice::curve() const {
-  return curveByNameOrFile(name);
-}
-
-ColorChannel CurveChoice::colorChannel() const {
-  if (channel == "green") return ColorChannel::Green;
-  return channel == "blue" ? ColorChannel::Blue : ColorChannel::All;
-}
-
-std::span<const std::int32_t> CurveChoice::table(const GammaCurve& curve) const {
-  if (channel == "green") return *curve.DataG();
-  return channel == "blue" ? *curve.DataB() : *curve.Data();
-}
 
 void addGammaList(CLI::App& gamma) {
   const auto options = std::make_shared<CommonOptions>();

@@ -1,49 +1,40 @@
 // greycard gamma degamma: the linear inputs behind an encoded colour.
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iostream>
 #include <memory>
-#include <vector>
 
 #include "command.h"
-#include "curve_plot.h"
-#include "curve_source.h"
+#include "curve_options.h"
 #include "gamma_commands.h"
-#include "greycard/de_gamma.h"
 #include "greycard/number_text.h"
+#include "greycard/present/gamma.h"
 #include "option_checks.h"
+#include "text_output.h"
 #include "text_table.h"
-#include "transition.h"
 
 namespace greycard::cli {
 namespace {
 
-constexpr double kTableUnitsPerLevel = 4.0;
-
 struct DegammaOptions : CommonOptions {
   std::string curve;
-  std::array<double, 3> colour{};
+  Vector3 colour{};
   CurvePlotOptions plot;
 };
 
-// The 256-entry table of 10 bits that a pipeline of 8-bit colours works with.
-std::vector<double> pipelineTable(const GammaTable& table) {
-  std::vector<double> entries;
-  for (std::size_t i = 0; i < 256; ++i) entries.push_back(table[4 * i] / 16.0);
-  return entries;
-}
-
-void draw(const DegammaOptions& options, const GammaCurve& curve,
-          const std::array<double, 3>& found) {
-  CurvePlot plot("Inputs behind a colour, by " + curve.Name(),
-                 {"Input (entry of the table, 1..256)", 1.0, 256.0},
-                 {"Output (10-bit code, 4 per 8-bit level)", 0.0, 1023.0});
-  plot.addCurve(curve.Name(), curve);
-  for (std::size_t c = 0; c < found.size(); ++c)
-    plot.addMarker(kChannelNames[c], {found[c], kTableUnitsPerLevel * options.colour[c]},
-                   channelColour(c));
-  plot.write(options.plot);
+void print(const DeGammaResult& result) {
+  TextTable text(
+      {{"channel", TextTable::Align::Left}, {"level"}, {"entry (1..256)"}, {"input (%)"}});
+  for (std::size_t c = 0; c < result.positions.size(); ++c)
+    text.addRow({kCurveChannelNames[c + 1], fixed(result.colour[c], 2),
+                 fixed(result.positions[c], 3), fixed((result.positions[c] - 1.0) / 2.55, 2)});
+  std::cout << text.text();
+  if (std::ranges::any_of(result.positions, [](double position) { return std::isnan(position); }))
+    std::cout
+        << "A dash: the level lies at the edge of a flat stretch of the curve, where straight "
+           "lines give no single input.\n";
 }
 
 void run(const DegammaOptions& options) {
@@ -51,35 +42,13 @@ void run(const DegammaOptions& options) {
   nameCurveFile(files, "the curve file", options.curve);
   options.plot.nameFiles(files);
   files.textOutput("--json", options.json);
-  const GammaCurvePtr curve = curveByNameOrFile(options.curve);
-  const std::array tables{curve->DataR(), curve->DataG(), curve->DataB()};
-  std::array<double, 3> found{};
-  for (std::size_t c = 0; c < found.size(); ++c) {
-    std::array<double, 3> positions{};
-    DeGamma().runDeGamma(pipelineTable(*tables[c]), options.colour, positions);
-    found[c] = positions[c];
-  }
-  if (!options.plot.plot.empty()) draw(options, *curve, found);
-  writeJson(options.json, {{"name", curve->Name()},
-                           {"colour", options.colour},
-                           {"positions", found},
-                           {"table_red", pipelineTable(*tables[0])},
-                           {"table_green", pipelineTable(*tables[1])},
-                           {"table_blue", pipelineTable(*tables[2])}});
-  if (!options.printsText()) return;
-  TextTable text(
-      {{"channel", TextTable::Align::Left}, {"level"}, {"entry (1..256)"}, {"input (%)"}});
-  bool flat = false;
-  for (std::size_t c = 0; c < found.size(); ++c) {
-    flat = flat || std::isnan(found[c]);
-    text.addRow({kChannelNames[c], fixed(options.colour[c], 2), fixed(found[c], 3),
-                 fixed((found[c] - 1.0) / 2.55, 2)});
-  }
-  std::cout << text.text();
-  if (flat)
-    std::cout
-        << "A dash: the level lies at the edge of a flat stretch of the curve, where straight "
-           "lines give no single input.\n";
+  const GammaCurvePtr curve = curveFromOption(options.curve);
+  const DeGammaResult result = degammaColour(*curve, options.colour);
+  options.plot.write([&](const auto& against) {
+    return present::curvePlot(result, curveTables(*curve), against);
+  });
+  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+  if (options.printsText()) print(result);
 }
 
 }  // namespace

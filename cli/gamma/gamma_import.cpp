@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "command.h"
-#include "curve_plot.h"
-#include "curve_source.h"
+#include "curve_options.h"
 #include "gamma_commands.h"
-#include "greycard/gamma_curve_model.h"
 #include "greycard/names.h"
+#include "greycard/present/gamma.h"
+#include "text_output.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -33,83 +33,46 @@ void nameFiles(const ImportOptions& options) {
   files.textOutput("--json", options.json);
 }
 
-std::vector<GammaImport> importAll(GammaCurveModel& catalogue, const ImportOptions& options) {
-  std::vector<GammaImport> imports;
-  for (const std::string& file : options.inputs) {
-    imports.push_back(catalogue.ImportWithReport(file));
-    if (const auto& refusal = imports.back().refusal) {
-      for (const GammaImportNote& note : imports.back().notes)
-        std::cerr << "note: " << noteText(file, note) << '\n';
-      throw JobError(noteText(file, *refusal));
-    }
-  }
-  return imports;
+CurveImportReport importAll(GammaCurveModel& catalogue, const ImportOptions& options) try {
+  const std::vector<std::filesystem::path> files(options.inputs.begin(), options.inputs.end());
+  return importCurves(catalogue, files);
+} catch (const CurveFileRefused& refusal) {
+  printNotes(refusal.notes());
+  throw;
 }
 
-std::string tableText(const GammaImport::Table& table) {
-  return std::to_string(table.numbers) + " x " + std::to_string(table.bits) + " bits";
+std::string tableText(const CurveFileTable& table) {
+  return std::to_string(table.values) + " x " + std::to_string(table.bits) + " bits";
 }
 
-std::string countText(const ControlPointListPtr& points) {
-  return std::to_string(points ? points->size() : 0);
-}
-
-void printText(const ImportOptions& options, const std::vector<GammaImport>& imports) {
+void printText(const CurveImportReport& report) {
   using enum TextTable::Align;
   TextTable text({{"curve", Left}, {"channels", Left}, {"in the file", Left}, {"points"}});
-  for (const GammaImport& import : imports) {
-    const GammaCurve& curve = *import.curve;
-    std::string tables = tableText(import.tables[0]), points = countText(curve.ControlPoints());
-    if (!curve.IsUnified()) {
-      tables += ", " + tableText(import.tables[1]) + ", " + tableText(import.tables[2]);
-      points += ", " + countText(curve.ControlPointsG()) + ", " + countText(curve.ControlPointsB());
+  for (const ImportedCurve& imported : report.curves) {
+    const CurveTables& curve = imported.curve;
+    std::string tables, points;
+    for (std::size_t c = 0; c < (curve.unified ? 1 : curve.channels.size()); ++c) {
+      tables += (c == 0 ? "" : ", ") + tableText(imported.fileTables.at(c));
+      points += (c == 0 ? "" : ", ") + std::to_string(curve.channels[c].points.size());
     }
-    text.addRow(
-        {printable(curve.Name()), curve.IsUnified() ? "together" : "separate", tables, points});
+    text.addRow({printable(curve.name), curve.unified ? "together" : "separate", tables, points});
   }
   std::cout << text.text();
-  for (std::size_t i = 0; i < imports.size(); ++i)
-    for (const GammaImportNote& note : imports[i].notes)
-      std::cout << "note: " << noteText(options.inputs[i], note) << '\n';
-}
-
-Json importJson(const std::string& file, const GammaImport& import) {
-  Json json = curveJson(*import.curve);
-  json["file"] = file;
-  json["file_tables"] = Json::array();
-  for (std::size_t c = 0; c < import.tables.size(); ++c)
-    if (const auto& [numbers, bits] = import.tables[c]; numbers > 0)
-      json["file_tables"].push_back(
-          {{"channel", kChannelNames[c]}, {"values", numbers}, {"bits", bits}});
-  json["notes"] = Json::array();
-  for (const GammaImportNote& note : import.notes)
-    json["notes"].push_back({{"line", note.line}, {"token", note.token}, {"text", note.text}});
-  return json;
+  for (const ImportedCurve& imported : report.curves)
+    for (const GammaImportNote& note : imported.notes)
+      std::cout << "note: " << noteText(imported.file, note) << '\n';
 }
 
 void run(const ImportOptions& options) {
   nameFiles(options);
   GammaCurveModel catalogue(true);
-  const std::vector<GammaImport> imports = importAll(catalogue, options);
+  const CurveImportReport report = importAll(catalogue, options);
   for (std::size_t i = 0; i < options.exports.size(); ++i)
-    options.form.write(*imports[i].curve, options.exports[i]);
-  const std::string& first = imports.front().curve->Name();
-  CurvePlot plot(imports.size() == 1 ? "Tone curve " + first : "Imported tone curves", 1024);
-  for (std::size_t i = 0; i < imports.size(); ++i) {
-    const GammaCurve& curve = *imports[i].curve;
-    if (imports.size() == 1)
-      plot.addCurve(curve.Name(), curve);
-    else
-      plot.addTable(curve.Name(), *curve.Data(), plotColour(i));
-  }
-  plot.write(options.plot);
-  if (!options.json.empty()) {
-    Json curves = Json::array();
-    for (std::size_t i = 0; i < imports.size(); ++i)
-      curves.push_back(importJson(options.inputs[i], imports[i]));
-    writeJson(options.json, {{"curves", curves}});
-  }
-  if (options.printsText()) printText(options, imports);
+    exportCurve(*catalogue.GetGammaCurveByName(report.curves[i].curve.name), options.exports[i],
+                options.form);
+  options.plot.write([&](const auto& against) { return present::curvePlot(report, against); });
+  if (!options.json.empty()) writeText(options.json, present::toJson(report));
+  if (options.printsText()) printText(report);
 }
 
 }  // namespace
@@ -124,7 +87,7 @@ void addGammaImport(CLI::App& gamma) {
   app.add_option("file", options->inputs, "Curve files")->required()->type_name("FILE...");
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
       ->type_name("FILE...");
-  options->form.addTo(app);
+  addCurveFileForm(app, options->form);
   for (const char* shape : {"--size", "--bits"}) app.get_option(shape)->needs("--export");
   options->plot.addTo(app);
   app.callback([options] { run(*options); });

@@ -1,20 +1,15 @@
 // greycard gamma lut: a curve in the shapes in which it is used elsewhere.
 
-#include "greycard/gamma_lut.h"
-
-#include <array>
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <vector>
 
 #include "command.h"
+#include "curve_options.h"
 #include "gamma_commands.h"
 #include "greycard/files.h"
-#include "greycard/number_text.h"
-#include "job_files.h"
-#include "text_table.h"
-#include "transition.h"
+#include "greycard/present/gamma.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -22,29 +17,9 @@ namespace {
 struct LutOptions : CommonOptions {
   CurveChoice choice;
   std::string kind;
-  int bits = 0;  // of the curve handed to the builder; 0: what it expects
+  std::optional<int> bits;
   std::filesystem::path output;
 };
-
-struct Lut {
-  std::vector<double> values;
-  int decimals = 0;
-};
-
-Lut build(const std::string& kind, std::span<const std::int32_t> curve) {
-  if (kind == "12bit") {
-    std::array<std::int16_t, 4096> lut{};
-    if (!GenerateGammaLUT12bit(lut, curve)) return {};
-    lut.back() = lut[lut.size() - 2];  // left to the caller
-    return {{lut.begin(), lut.end()}, 0};
-  }
-  std::array<double, 256> lut{};
-  const bool built = kind == "255"    ? GenerateGammaLUT255(lut, curve)
-                     : kind == "norm" ? GenerateGammaLUTNorm(lut, curve)
-                                      : GenerateGammaLUT255_14bit(lut, curve);
-  if (!built) return {};
-  return {{lut.begin(), lut.end()}, kind == "255" ? 0 : 6};
-}
 
 void run(const LutOptions& options) {
   if (options.kind == "12bit" && options.bits == 14)
@@ -54,22 +29,11 @@ void run(const LutOptions& options) {
   files.output("--output", options.output);
   files.textOutput("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
-  const auto table = options.choice.table(*curve);
-  std::vector<std::int32_t> entries(table.begin(), table.end());
-  const int bits = options.bits != 0 ? options.bits : options.kind == "255-14bit" ? 14 : 8;
-  for (auto& entry : entries) entry >>= kCurveBits - bits;
-  const Lut lut = build(options.kind, entries);
-  if (lut.values.empty())
-    throw JobError("the curve has not 1024 entries; no such table can be made");
-
-  std::string text;
-  for (const double value : lut.values) text += fixed(value, lut.decimals) + '\n';
+  const CurveLut lut = buildCurveLut(*curve, {enumFrom<LutKind>(kLutKindNames, options.kind),
+                                              options.choice.curveChannel(), options.bits});
+  const std::string text = lutText(lut);
   if (!options.output.empty()) writeWholeFile(options.output, text);
-  writeJson(options.json, {{"name", curve->Name()},
-                           {"channel", options.choice.channel},
-                           {"kind", options.kind},
-                           {"curve_bits", bits},
-                           {"values", lut.values}});
+  if (!options.json.empty()) writeText(options.json, present::toJson(lut));
   if (options.printsText() && options.output.empty()) std::cout << text;
 }
 

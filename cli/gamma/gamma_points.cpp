@@ -1,19 +1,17 @@
 // greycard gamma points: control points made of a curve's table, and how far the curve through them
 // is from it.
 
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 
 #include "command.h"
-#include "curve_plot.h"
+#include "curve_options.h"
 #include "gamma_commands.h"
-#include "greycard/gamma_curve_model.h"
 #include "greycard/number_text.h"
+#include "greycard/present/gamma.h"
+#include "text_output.h"
 #include "text_table.h"
-#include "transition.h"
 
 namespace greycard::cli {
 namespace {
@@ -23,18 +21,15 @@ struct PointsOptions : CommonOptions {
   CurvePlotOptions plot;
 };
 
-struct Deviation {
-  std::size_t index = 0;
-  std::int64_t codes = 0;
-};
-
-Deviation largestDeviation(std::span<const std::int32_t> table, const GammaTable& through) {
-  Deviation worst;
-  for (std::size_t i = 0; i < std::min(table.size(), through.size()); ++i) {
-    const std::int64_t codes = std::int64_t{through[i]} - table[i];
-    if (std::abs(codes) > std::abs(worst.codes)) worst = {i, codes};
-  }
-  return worst;
+void print(const ControlPointReduction& reduction) {
+  TextTable text({{"X (index / 4)"}, {"Y (code / 64)"}});
+  for (const ControlPoint& point : reduction.points)
+    text.addRow({std::to_string(point.X), std::to_string(point.Y)});
+  const std::int64_t deviation = std::abs(reduction.largestDeviation);
+  std::cout << text.text() << "The curve through these points deviates from the table by at most "
+            << deviation << " of " << kCurveMax << " ("
+            << fixed(100.0 * static_cast<double>(deviation) / kCurveMax, 2) << " %), at index "
+            << reduction.largestDeviationIndex << ".\n";
 }
 
 void run(const PointsOptions& options) {
@@ -43,42 +38,11 @@ void run(const PointsOptions& options) {
   options.plot.nameFiles(files);
   files.textOutput("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
-  const auto table = options.choice.table(*curve);
-
-  GammaCurveModel model(false);
-  GammaCurve through(curve->Name(), model);
-  through.SetGammaTable(ColorChannel::All,
-                        std::make_shared<GammaTable>(table.begin(), table.end()));
-  through.GenerateControlPoints(ColorChannel::All);
-  through.CalculateCurve();
-  const ControlPointList& points = *through.ControlPoints();
-  const Deviation worst = largestDeviation(table, *through.Data());
-
-  CurvePlot plot("Control points of " + curve->Name(), table.size());
-  plot.addTable(curve->Name(), table, plotColour(0));
-  plot.addTable("through the points", *through.Data(), plotColour(2), SvgPlot::Stroke::Dashed);
-  plot.addControlPoints("control points", points, plotColour(1));
-  plot.write(options.plot);
-
-  TextTable text({{"X (index / 4)"}, {"Y (code / 64)"}});
-  Json pairs = Json::array();
-  for (const ControlPoint& point : points) {
-    text.addRow({std::to_string(point.X), std::to_string(point.Y)});
-    pairs.push_back({point.X, point.Y});
-  }
-  writeJson(options.json, {{"name", curve->Name()},
-                           {"channel", options.choice.channel},
-                           {"bits", kCurveBits},
-                           {"points", pairs},
-                           {"largest_deviation", worst.codes},
-                           {"largest_deviation_index", worst.index},
-                           {"table", table},
-                           {"table_through_points", *through.Data()}});
-  if (options.printsText())
-    std::cout << text.text() << "The curve through these points deviates from the table by at most "
-              << std::abs(worst.codes) << " of " << kCurveMax << " ("
-              << fixed(100.0 * static_cast<double>(std::abs(worst.codes)) / kCurveMax, 2)
-              << " %), at index " << worst.index << ".\n";
+  const ControlPointReduction reduction =
+      reduceToControlPoints(*curve, options.choice.curveChannel());
+  options.plot.write([&](const auto& against) { return present::curvePlot(reduction, against); });
+  if (!options.json.empty()) writeText(options.json, present::toJson(reduction));
+  if (options.printsText()) print(reduction);
 }
 
 }  // namespace

@@ -1,53 +1,34 @@
 // greycard lut2d apply: a picture through a hue/saturation table.
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
+#include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
-#include "lut2d_file.h"
-#include "lut2d_planes.h"
-#include "transition.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
 
 struct ApplyOptions : CommonOptions {
   std::filesystem::path photo, lut, output, compare;
-  int bits = 0;  // of the samples; 0: those of the file
+  std::optional<int> bits;
 };
 
-constexpr int kTenBitWhite = 1023;
-
-int whiteOf(const ApplyOptions& options, const Picture& picture) {
-  if (options.bits > picture.bits)
-    throw JobError(quoted(options.photo) + " has " + std::to_string(picture.bits) +
-                   "-bit samples; leave out --bits");
-  if (options.bits == 8 && picture.bits == 16)
-    throw JobError(quoted(options.photo) + " has 16-bit samples; --bits must be 10 or 16");
-  if (options.bits != 10) return picture.ceiling();
-  if (std::ranges::max(picture.samples) > kTenBitWhite)
-    throw JobError(quoted(options.photo) +
-                   " has samples above 1023, which 10 bits can't hold; leave out --bits");
-  return kTenBitWhite;
-}
-
-// With a gap of white between them.
-Picture sideBySide(const Picture& left, const Picture& right) {
-  const int gap = std::max(4, left.width / 50);
-  Picture both(left.width + gap + right.width, left.height, 3, left.bits);
-  std::fill(both.samples.begin(), both.samples.end(), static_cast<std::uint16_t>(both.ceiling()));
-  for (int y = 0; y < left.height; ++y) {
-    std::copy_n(left.pixel(0, y), 3 * left.width, both.pixel(0, y));
-    std::copy_n(right.pixel(0, y), 3 * right.width, both.pixel(left.width + gap, y));
-  }
-  return both;
+// With the advice in the command's words.
+AppliedLut2d applied(const ApplyOptions& options) try {
+  const Lut2DConfig table = present::readLut2d(options.lut);
+  return applyLut2d(readPicture(options.photo), table, {options.bits}, options.photo, options.lut);
+} catch (const WrongSampleBits& wrong) {
+  throw JobError(wrong.fact() +
+                 (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));
 }
 
 void run(const ApplyOptions& options) {
@@ -57,32 +38,16 @@ void run(const ApplyOptions& options) {
   files.pictureOutput("--output", options.output);
   files.pictureOutput("--compare", options.compare);
   files.textOutput("--json", options.json);
-  const Lut2DConfig config = readLut2d(options.lut);
-  const Picture picture = readPicture(options.photo);
-  const int white = whiteOf(options, picture);
-
-  TwoDLutHelper helper;
-  helper.SetConfig(config);
-  const TenBitPlanes before(picture, white);
-  TenBitPlanes after = before;
-  after.apply(helper);
-
-  std::size_t changed = 0;
-  for (std::size_t i = 0; i < after.r.size(); ++i)
-    if (after.r[i] != before.r[i] || after.g[i] != before.g[i] || after.b[i] != before.b[i])
-      ++changed;
-  const double share = static_cast<double>(changed) / static_cast<double>(after.r.size());
-  writePicture(options.output, after.picture(white, picture.bits));
-  if (!options.compare.empty())
-    writePicture(options.compare, sideBySide(before.picture(255, 8), after.picture(255, 8)));
-  writeJson(options.json, {{"photo", options.photo.string()},
-                           {"lut", options.lut.string()},
-                           {"white_level", white},
-                           {"pixels", after.r.size()},
-                           {"changed_pixels", changed}});
-  if (options.printsText())
-    std::cout << "Wrote " << quoted(options.output) << ": " << std::lround(100.0 * share)
-              << " % of the pixels moved by the table\n";
+  const AppliedLut2d result = applied(options);
+  const Lut2dApplyReport& report = result.report;
+  writePicture(options.output, result.picture());
+  if (!options.compare.empty()) writePicture(options.compare, result.comparison());
+  if (!options.json.empty()) writeText(options.json, present::toJson(report));
+  if (!options.printsText()) return;
+  const double share =
+      static_cast<double>(report.changedPixels) / static_cast<double>(report.pixels);
+  std::cout << "Wrote " << quoted(options.output) << ": " << std::lround(100.0 * share)
+            << " % of the pixels moved by the table\n";
 }
 
 }  // namespace

@@ -8,11 +8,12 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
-#include "lut2d_file.h"
 #include "option_checks.h"
 #include "sub_commands.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -20,34 +21,19 @@ namespace {
 struct NewOptions : CommonOptions {
   std::filesystem::path output;
   std::vector<float> fade{0.0F, 0.0F, 1.0F, 1.0F};
-  float hShift = 2.0F, sShift = 2.0F, blend = 0.0F;
+  Lut2dIdentityOptions table;  // but for the fade
 };
-
-Lut2DConfig identity(const NewOptions& options) {
-  Lut2DConfig config;
-  config.enabled = 1;
-  for (std::size_t i = 0; i < config.lut_1d_h.size(); ++i)
-    config.lut_1d_h[i] = 360.0 * static_cast<double>(i) / kLut2dHueRows;
-  for (std::size_t j = 0; j < config.lut_1d_s.size(); ++j)
-    config.lut_1d_s[j] = static_cast<double>(j) / (kLut2dSatColumns - 1);
-  config.h_shift = options.hShift;
-  config.s_shift = options.sShift;
-  config.l_boundary_start_a = options.fade[0];
-  config.l_boundary_start_b = options.fade[1];
-  config.l_boundary_end_a = options.fade[2];
-  config.l_boundary_end_b = options.fade[3];
-  config.y_blend_factor = options.blend;
-  return config;
-}
 
 void run(const NewOptions& options) {
   if (!std::ranges::is_sorted(options.fade)) throw UsageError("--fade: A,B,C,D must not fall");
   JobFiles files;
   files.textOutput("--output", options.output);
   files.textOutput("--json", options.json);
-  const Json json = lut2dJson(identity(options));
-  writeJson(options.output.string(), json);
-  writeJson(options.json, json);
+  Lut2dIdentityOptions identity = options.table;
+  std::ranges::copy(options.fade, identity.fade.begin());
+  const std::string json = present::toJson(identityLut2d(identity));
+  writeText(options.output.string(), json);
+  if (!options.json.empty()) writeText(options.json, json);
   if (options.printsText() && options.output != "-")
     std::cout << "Wrote " << quoted(options.output) << ": a table that changes nothing\n";
 }
@@ -70,14 +56,14 @@ void addLut2dNew(CLI::App& lut2d) {
       ->delimiter(',')
       ->type_name("A,B,C,D")
       ->check(numbersFrom(0.0, 1.0));
-  app.add_option("--y-blend", options->blend, "Share of the luma that is restored")
+  app.add_option("--y-blend", options->table.yBlend, "Share of the luma that is restored")
       ->capture_default_str()
       ->check(numbersFrom(0.0, 1.0));
-  app.add_option("--h-shift", options->hShift,
+  app.add_option("--h-shift", options->table.hShift,
                  "Hue changes reach 15 degrees times 2 to this power, in steps as much coarser")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, 6));
-  app.add_option("--s-shift", options->sShift,
+  app.add_option("--s-shift", options->table.sShift,
                  "Saturation changes reach 0.25 times 2 to this power")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, 6));

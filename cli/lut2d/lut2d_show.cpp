@@ -1,6 +1,6 @@
 // greycard lut2d show: a table's changes as text and as a wheel.
 
-#include <cmath>
+#include <array>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -8,11 +8,10 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
+#include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
-#include "lut2d_file.h"
-#include "lut2d_reach.h"
-#include "lut2d_wheel.h"
+#include "text_output.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -24,23 +23,18 @@ struct ShowOptions : CommonOptions {
 
 using Changes = std::array<double, kLut2dNodes>;
 
-double largest(const Changes& changes) {
-  double most = 0.0;
-  for (const double change : changes) most = std::max(most, std::fabs(change));
-  return most;
-}
-
-void print(const char* title, const Lut2DConfig& config, const Changes& changes, int decimals) {
+void printChanges(const char* title, const Lut2DConfig& table, const Changes& changes,
+                  int decimals) {
   std::vector<TextTable::Column> columns{{"hue \\ sat"}};
-  for (const double sat : config.lut_1d_s) columns.push_back({fixed(sat, 2)});
-  TextTable table(columns);
+  for (const double sat : table.lut_1d_s) columns.push_back({fixed(sat, 2)});
+  TextTable text(columns);
   for (std::size_t row = 0; row < kLut2dHueRows; ++row) {
-    std::vector<std::string> cells{fixed(config.lut_1d_h[row], 1)};
+    std::vector<std::string> cells{fixed(table.lut_1d_h[row], 1)};
     for (std::size_t column = 0; column < kLut2dSatColumns; ++column)
       cells.push_back(fixed(changes[row * kLut2dSatColumns + column], decimals));
-    table.addRow(std::move(cells));
+    text.addRow(std::move(cells));
   }
-  std::cout << "\n" << title << "\n" << table.text();
+  std::cout << "\n" << title << "\n" << text.text();
 }
 
 void run(const ShowOptions& options) {
@@ -48,28 +42,18 @@ void run(const ShowOptions& options) {
   files.input("LUT", options.lut);
   files.output("--plot", options.plot);
   files.textOutput("--json", options.json);
-  const Lut2DConfig config = readLut2d(options.lut);
-  int changed = 0;
-  for (std::size_t i = 0; i < kLut2dNodes; ++i)
-    if (config.lut_2d_h[i] != 0.0 || config.lut_2d_s[i] != 0.0) ++changed;
-  const CutChanges cut = cutChanges(config);
-  const double hue = largest(config.lut_2d_h), sat = largest(config.lut_2d_s);
+  const Lut2dSummary summary = summariseLut2d(present::readLut2d(options.lut));
+  const Lut2DConfig& table = summary.table;
   if (!options.plot.empty())
-    writeWholeFile(options.plot,
-                   lut2dWheel("Hue/saturation table " + options.lut.filename().string(), config));
-  writeJson(options.json, {{"nodes", kLut2dNodes},
-                           {"changed_nodes", changed},
-                           {"largest_hue_change_deg", hue},
-                           {"largest_saturation_change", sat},
-                           {"cut_nodes", cut.nodes},
-                           {"table", lut2dJson(config)}});
+    writeWholeFile(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
+  if (!options.json.empty()) writeText(options.json, present::toJson(summary));
   if (!options.printsText()) return;
-  std::cout << quoted(options.lut) << ": " << changed << " of " << kLut2dNodes
-            << " nodes change colour, by up to " << fixed(hue, 1) << " degrees and "
-            << fixed(sat, 3) << " in saturation\n";
-  if (!cut.warning.empty()) std::cout << "Warning: " << cut.warning << "\n";
-  print("Hue change in degrees", config, config.lut_2d_h, 1);
-  print("Saturation change", config, config.lut_2d_s, 3);
+  std::cout << quoted(options.lut) << ": " << summary.changedNodes << " of " << kLut2dNodes
+            << " nodes change colour, by up to " << fixed(summary.largestHueChangeDeg, 1)
+            << " degrees and " << fixed(summary.largestSatChange, 3) << " in saturation\n";
+  if (const CutChanges cut = cutChanges(table); !cut.warning.empty()) printWarnings({cut.warning});
+  printChanges("Hue change in degrees", table, table.lut_2d_h, 1);
+  printChanges("Saturation change", table, table.lut_2d_s, 3);
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 //     fields.optional("saturation", value.saturation);     written and read only where it is there
 //     fields.group("fit", [&](auto& inner) { ... });       an object without a struct of its own
 //     fields.rows("patches", 24, [&](auto& row, std::size_t i) { ... });    a list of objects
+//     fields("worst_patch", OneBased{value.worst});        counted from 1 in JSON
+//     fields("lut_2d_h", inRows<16>(value.changes));       an array as lists of 16
 //   }
 //
 // in this namespace, and JsonWriter and JsonReader do the rest. Fields are numbers, bool, texts,
@@ -17,11 +19,15 @@
 #include <array>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <tuple>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
+#include "greycard/control_point.h"
 #include "greycard/types.h"
 
 namespace greycard::present {
@@ -35,6 +41,14 @@ concept Like = std::same_as<std::remove_const_t<T>, Struct>;
 template <typename Enum>
 struct EnumNames;
 
+/// kNames of an enumeration that counts from 0, from its names in that order.
+template <typename Enum, std::size_t Size>
+constexpr auto namesInOrder(const std::array<const char*, Size>& names) {
+  std::array<std::pair<Enum, const char*>, Size> pairs{};
+  for (std::size_t i = 0; i < Size; ++i) pairs[i] = {static_cast<Enum>(i), names[i]};
+  return pairs;
+}
+
 /// A number counted from 0 here and from 1 in JSON.
 template <typename Whole>
 struct OneBased {
@@ -47,6 +61,23 @@ template <typename T>
 inline constexpr bool isOneBased = false;
 template <typename T>
 inline constexpr bool isOneBased<OneBased<T>> = true;
+
+/// An array that is a list of rows in JSON.
+template <std::size_t Columns, typename Array>
+struct InRows {
+  Array& values;
+  static constexpr std::size_t kColumns = Columns;
+  static constexpr std::size_t kRows = std::tuple_size_v<std::remove_const_t<Array>> / Columns;
+};
+template <std::size_t Columns, typename Array>
+InRows<Columns, Array> inRows(Array& values) {
+  return {values};
+}
+
+template <typename T>
+inline constexpr bool isInRows = false;
+template <std::size_t Columns, typename Array>
+inline constexpr bool isInRows<InRows<Columns, Array>> = true;
 
 template <typename T>
 inline constexpr bool isOptional = false;
@@ -75,6 +106,12 @@ inline std::array<const double*, 4> components(const PatchRegion& r) {
 }
 inline std::array<double*, 4> components(PatchRegion& r) {
   return {&r.left, &r.top, &r.width, &r.height};
+}
+inline std::array<const std::int32_t*, 2> components(const ControlPoint& p) {
+  return {&p.X, &p.Y};
+}
+inline std::array<std::int32_t*, 2> components(ControlPoint& p) {
+  return {&p.X, &p.Y};
 }
 
 }  // namespace greycard::present

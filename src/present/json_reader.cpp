@@ -30,7 +30,7 @@ JsonReader::JsonReader(const Json& object, JsonKind kind, std::string prefix)
 const Json* JsonReader::find(const char* name) {
   m_known.emplace_back(name);
   if (m_object.contains(name)) return &m_object[name];
-  if (m_kind == JsonKind::Result) throw std::invalid_argument(m_prefix + name + " is missing");
+  if (m_kind != JsonKind::Options) throw std::invalid_argument(m_prefix + name + " is missing");
   return nullptr;
 }
 

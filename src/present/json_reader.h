@@ -15,8 +15,9 @@ namespace greycard::present {
 
 /// Options are written by people: a field that is missing keeps its default, and one that is not
 /// known is refused. Results are written by us, perhaps by a later version: fields that are not
-/// known are passed over, and none may be missing.
-enum class JsonKind { Options, Result };
+/// known are passed over, and none may be missing. A document is ours and people's: no field may be
+/// missing, nor unknown.
+enum class JsonKind { Options, Result, Document };
 
 /// \throws std::invalid_argument "<name> must be <must>"
 [[noreturn]] void refuseField(const std::string& name, const std::string& must);
@@ -100,6 +101,11 @@ class JsonReader {
     if constexpr (isOneBased<T>) {
       read(name, json, value.value);
       --value.value;
+    } else if constexpr (isInRows<T>) {
+      if (!json.is_array() || json.size() != T::kRows)
+        refuseField(name, std::to_string(T::kRows) + " lists of " + std::to_string(T::kColumns) +
+                              listedThings<std::remove_reference_t<decltype(value.values)>>());
+      for (std::size_t row = 0; row < T::kRows; ++row) readRow(name, json, row, value);
     } else if constexpr (isOptional<T>) {
       if (json.is_null()) return value.reset();
       read(name, json, value.emplace());
@@ -139,6 +145,15 @@ class JsonReader {
     read(name + "[" + std::to_string(i) + "]", json[i], value);
   }
   template <typename T>
+  void readRow(const std::string& name, const Json& json, std::size_t row, T& value) {
+    const std::string rowName = name + "[" + std::to_string(row) + "]";
+    if (!json[row].is_array() || json[row].size() != T::kColumns)
+      refuseField(rowName, "a list of " + std::to_string(T::kColumns) +
+                               listedThings<std::remove_reference_t<decltype(value.values)>>());
+    for (std::size_t i = 0; i < T::kColumns; ++i)
+      readItem(rowName, json[row], i, value.values[row * T::kColumns + i]);
+  }
+  template <typename T>
   static const char* listedThings() {
     return std::is_arithmetic_v<typename T::value_type> ? " numbers" : " items";
   }
@@ -149,6 +164,7 @@ class JsonReader {
   template <std::integral T>
   static T whole(const std::string& name, const Json& json) {
     constexpr T kLow = std::numeric_limits<T>::min(), kHigh = std::numeric_limits<T>::max();
+    if (!json.is_number()) refuseField(name, "a number");
     const bool fits =
         json.is_number_unsigned()
             ? std::in_range<T>(json.template get<std::uint64_t>())
@@ -187,6 +203,15 @@ void readDocument(std::string_view text, JsonKind kind, T& value) {
   describe(reader, filled);
   reader.finish();
   value = std::move(filled);
+}
+
+/// The same of a result, of which nothing stays that the value held before.
+/// \throws std::invalid_argument
+template <typename T>
+void readFresh(std::string_view text, T& value) {
+  T fresh;
+  readDocument(text, JsonKind::Result, fresh);
+  value = std::move(fresh);
 }
 
 }  // namespace greycard::present

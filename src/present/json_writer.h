@@ -60,6 +60,15 @@ class JsonWriter {
   static Json valueOf(const T& value) {
     if constexpr (isOneBased<T>) {
       return value.value + 1;
+    } else if constexpr (isInRows<T>) {
+      Json rows = Json::array();
+      for (std::size_t row = 0; row < T::kRows; ++row) {
+        Json columns = Json::array();
+        for (std::size_t i = 0; i < T::kColumns; ++i)
+          columns.push_back(valueOf(value.values[row * T::kColumns + i]));
+        rows.push_back(std::move(columns));
+      }
+      return rows;
     } else if constexpr (isOptional<T>) {
       return value ? valueOf(*value) : Json(nullptr);
     } else if constexpr (isArray<T> || isVector<T>) {
@@ -80,7 +89,7 @@ class JsonWriter {
       return std::string(value);
     } else if constexpr (requires { components(value); }) {
       Json list = Json::array();
-      for (const double* component : components(value)) list.push_back(*component);
+      for (const auto* component : components(value)) list.push_back(*component);
       return list;
     } else {
       JsonWriter writer;

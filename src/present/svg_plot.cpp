@@ -81,7 +81,8 @@ std::string hexColour(const Vector3& rgb) {
   constexpr const char* kDigits = "0123456789abcdef";
   std::string text = "#";
   for (const double component : rgb) {
-    const long code = std::lround(255.0 * std::clamp(component, 0.0, 1.0));
+    const long code =
+        std::isnan(component) ? 0 : std::lround(255.0 * std::clamp(component, 0.0, 1.0));
     text += kDigits[code / 16];
     text += kDigits[code % 16];
   }

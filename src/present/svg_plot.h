@@ -16,7 +16,7 @@ struct PlotAxis {
 /// Colours that also differ for colour-blind eyes (Okabe and Ito, 2008), repeating after six.
 const char* plotColour(std::size_t index);
 
-/// "#rrggbb" of an encoded colour of 0..1; what lies beyond is clipped.
+/// "#rrggbb" of an encoded colour of 0..1; what lies beyond is clipped, not-a-number counts as 0.
 std::string hexColour(const Vector3& rgb);
 
 /// A plot of lines, markers and arrows as one SVG element: 600 pixels wide, no script, nothing
