@@ -6,6 +6,7 @@
 //     fields("photo", value.photo);                        a field of any type below
 //     fields.derived("mean", value.mean());                written; passed over when read
 //     fields.optional("saturation", value.saturation);     written and read only where it is there
+//     fields.optional("white_level", value.level, 1, 65535);    a whole number within bounds
 //     fields.group("fit", [&](auto& inner) { ... });       an object without a struct of its own
 //     fields.rows("patches", 24, [&](auto& row, std::size_t i) { ... });    a list of objects
 //   }
@@ -22,6 +23,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "greycard/awb_utils.h"
 #include "greycard/types.h"
 
 namespace greycard::present {
@@ -43,10 +45,23 @@ struct OneBased {
 template <typename Whole>
 OneBased(Whole&) -> OneBased<Whole>;
 
+/// Single precision, a number or an array, written with the digits of a double.
+template <typename Floats>
+struct AllDigits {
+  Floats& value;
+};
+template <typename Floats>
+AllDigits(Floats&) -> AllDigits<Floats>;
+
 template <typename T>
 inline constexpr bool isOneBased = false;
 template <typename T>
 inline constexpr bool isOneBased<OneBased<T>> = true;
+
+template <typename T>
+inline constexpr bool isAllDigits = false;
+template <typename T>
+inline constexpr bool isAllDigits<AllDigits<T>> = true;
 
 template <typename T>
 inline constexpr bool isOptional = false;
@@ -69,6 +84,12 @@ inline std::array<const double*, 2> components(const Point2& p) {
 }
 inline std::array<double*, 2> components(Point2& p) {
   return {&p.x, &p.y};
+}
+inline std::array<const double*, 2> components(const WhiteBalancePoint& p) {
+  return {&p.rg, &p.bg};
+}
+inline std::array<double*, 2> components(WhiteBalancePoint& p) {
+  return {&p.rg, &p.bg};
 }
 inline std::array<const double*, 4> components(const PatchRegion& r) {
   return {&r.left, &r.top, &r.width, &r.height};
