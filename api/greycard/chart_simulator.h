@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "greycard/export.h"
@@ -39,6 +40,10 @@ enum class ModelSensor : std::int32_t {
 GREYCARD_EXPORT std::optional<ModelSensor> modelSensorFromName(std::string_view name);
 /// The name above; "unknown" for any other value.
 GREYCARD_EXPORT const char* modelSensorName(ModelSensor sensor);
+
+/// All model sensors, and the lights that photographs can be simulated under.
+GREYCARD_EXPORT std::span<const ModelSensor> modelSensors();
+GREYCARD_EXPORT std::span<const Illum> simulatedLights();
 
 /// What a simulated photograph shows and how it is taken. Shares are 0..1.
 struct SimulationSettings {

@@ -4,12 +4,15 @@
 #include <memory>
 
 #include "ae_commands.h"
-#include "ae_fit.h"
+#include "ae_text.h"
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/present/fitting.h"
+#include "job_files.h"
 #include "option_checks.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -23,7 +26,8 @@ struct AeOptions : CommonOptions {
   SearchOptions search;
 };
 
-AeJob jobOf(const AeOptions& options) {
+// The pictures of a file come before those of the command line.
+ExposureJob jobOf(const AeOptions& options) {
   if (options.fit.empty() && options.pictures.empty())
     throw UsageError("name a FIT.json, or pictures with --image and --target");
   if (options.pictures.size() != options.targets.size())
@@ -35,36 +39,37 @@ AeJob jobOf(const AeOptions& options) {
   for (const auto& picture : options.pictures) files.input("--image", picture);
   files.output("--plot", options.plot);
   files.textOutput("--json", options.json);
-  AeJob job = options.fit.empty() ? AeJob() : readAeJob(options.fit, files);
-  for (std::size_t i = 0; i < options.pictures.size(); ++i)
-    job.addPicture(options.pictures[i], options.targets[i], options.whiteLevel);
-  if (job.images() == 0)
+  ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
+  for (std::size_t i = 0; i < job.images.size(); ++i)
+    if (const auto& picture = job.images[i].picture)
+      files.input("images[" + std::to_string(i) + "].picture", *picture);
+  for (std::size_t i = 0; i < options.pictures.size(); ++i) {
+    ExposureImage& image = job.images.emplace_back();
+    image.picture = options.pictures[i];
+    image.newTarget = options.targets[i];
+    image.whiteLevel = options.whiteLevel;
+  }
+  if (job.images.empty())
     throw JobError(quoted(options.fit) + " has no images; add some, or name pictures with --image");
   return job;
 }
 
 template <typename Result>
-void write(const AeOptions& options, const AeJob& job, const Result& result,
-           const AeEvaluation* before, const AeEvaluation& after) {
-  if (!options.plot.empty()) writeWholeFile(options.plot, aePlot(job, before, after));
-  writeJson(options.json, aeJson(job, result));
+void write(const AeOptions& options, const ExposureJob& job, const Result& result) {
+  if (!options.plot.empty()) writeWholeFile(options.plot, present::exposurePlot(result));
+  if (!options.json.empty()) writeText(options.json, present::toJson(result));
   if (options.printsText()) std::cout << aeText(job, result);
 }
 
 void run(const AeOptions& options) {
-  const AeJob job = jobOf(options);
-  if (options.manual) {
-    const AeEvaluation manual = evaluateRule(job, job.initial_parameter);
-    write(options, job, manual, nullptr, manual);
-    return;
-  }
-  const AeFit fit = [&] {
+  const ExposureJob job = jobOf(options);
+  if (options.manual) return write(options, job, evaluateExposure(job));
+  write(options, job, [&] {
     ProgressBar progress("fitting");
     SearchOptions search = options.search;
     search.progress = progress.callback();
-    return fitRule(job, search);
-  }();
-  write(options, job, fit, &fit.start, fit.best);
+    return fitExposure(job, search);
+  }());
 }
 
 }  // namespace

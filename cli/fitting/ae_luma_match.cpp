@@ -1,24 +1,21 @@
 // greycard ae luma-match: the factor that brings one colour to the lightness of another.
 
 #include <charconv>
-#include <cmath>
 #include <iostream>
 #include <memory>
 
 #include "ae_commands.h"
 #include "command.h"
-#include "greycard/image_utils_ex.h"
-#include "greycard/nlopt_helper.h"
 #include "greycard/number_text.h"
+#include "greycard/present/fitting.h"
 #include "job_files.h"
 #include "option_checks.h"
-#include "text_table.h"
-#include "transition.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
 
-struct LumaMatchOptions : CommonOptions {
+struct LumaOptions : CommonOptions {
   std::string test, target;
   std::uint32_t seed = SearchOptions::kDefaultSeed;
 };
@@ -37,35 +34,25 @@ Vector3 colourFrom(const std::string& text) {
   return colour;
 }
 
-double lightness(const Vector3& rgb, double factor) {
-  Vector3 lab;
-  ImageUtilsEx::sRGBToCIELab(
-      lab, {factor * rgb[0] / 255.0, factor * rgb[1] / 255.0, factor * rgb[2] / 255.0});
-  return lab[0];
-}
-
-void run(const LumaMatchOptions& options) {
+void run(const LumaOptions& options) {
   JobFiles().textOutput("--json", options.json);
-  const Vector3 test = colourFrom(options.test), target = colourFrom(options.target);
-  SearchOptions search;
-  search.seed = options.seed;
-  const double factor = NLoptHelper().findMinSearch(test, target, search);
-  const double before = lightness(test, 1.0), after = lightness(test, factor),
-               wanted = lightness(target, 1.0);
-  writeJson(options.json,
-            {{"factor", factor}, {"test_L", before}, {"scaled_L", after}, {"target_L", wanted}});
+  LumaMatchOptions colours;
+  colours.test = colourFrom(options.test);
+  colours.target = colourFrom(options.target);
+  colours.search.seed = options.seed;
+  const LumaMatch match = matchLuma(colours);
+  if (!options.json.empty()) writeText(options.json, present::toJson(match));
   if (!options.printsText()) return;
-  std::cout << "factor " << fixed(factor, 6) << "\nL* of the test colour " << fixed(before, 4)
-            << ", scaled " << fixed(after, 4) << ", of the target " << fixed(wanted, 4) << "\n";
-  constexpr double kWorthTelling = 0.01;
-  if (std::abs(after - wanted) > kWorthTelling)
-    std::cout << "No factor from 0 to 10 reaches the target.\n";
+  std::cout << "factor " << fixed(match.factor, 6) << "\nL* of the test colour "
+            << fixed(match.testL, 4) << ", scaled " << fixed(match.scaledL, 4) << ", of the target "
+            << fixed(match.targetL, 4) << "\n";
+  if (!match.reached()) std::cout << "No factor from 0 to 10 reaches the target.\n";
 }
 
 }  // namespace
 
 void addAeLumaMatch(CLI::App& ae) {
-  const auto options = std::make_shared<LumaMatchOptions>();
+  const auto options = std::make_shared<LumaOptions>();
   CLI::App& app =
       addSubCommand(ae, "luma-match",
                     "The factor on an encoded sRGB colour that gives it the L* of another colour",

@@ -1,19 +1,13 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-namespace greycard::cli {
+#include "greycard/jobs/read_flat_field.h"
 
-/// One plane of samples, row by row.
-struct LumaPlane {
-  std::uint64_t width = 0, height = 0;
-  std::vector<std::uint16_t> samples;
-  bool isJpeg = false;
-};
+namespace greycard::cli {
 
 /// The flat field that a command line names: a picture file, or samples without a header.
 struct FlatFieldSource {
@@ -23,7 +17,7 @@ struct FlatFieldSource {
 
   void addTo(CLI::App& app);
   /// \throws UsageError for contradictory options, FileError or JobError for the file
-  LumaPlane read() const;
+  FlatField read() const;
 };
 
 }  // namespace greycard::cli

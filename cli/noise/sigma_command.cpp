@@ -1,5 +1,6 @@
 // greycard sigma: the radial noise table of a flat field.
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -7,10 +8,12 @@
 #include "command.h"
 #include "flat_field_source.h"
 #include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/present/noise.h"
 #include "job_files.h"
-#include "sigma_map.h"
-#include "sigma_output.h"
 #include "sub_commands.h"
+#include "text_output.h"
+#include "text_table.h"
 
 namespace greycard::cli {
 namespace {
@@ -29,32 +32,41 @@ void nameFiles(const SigmaOptions& options) {
   files.textOutput("--json", options.json);
 }
 
-Json figures(const SigmaOptions& options, const LumaPlane& plane, const SigmaLUT& sigma,
-             const std::vector<std::string>& advice) {
-  Json json{
-      {"file", options.source.file.string()}, {"width", plane.width}, {"height", plane.height}};
-  json.update(sigmaJson(sigma, advice));
-  return json;
+std::string percent(double share) {
+  return fixed(100.0 * share, 2) + " %";
+}
+
+std::string sigmaText(const SigmaEstimate& estimate) {
+  constexpr std::size_t kPerLine = 10;
+  TextTable table(std::vector<TextTable::Column>(kPerLine + 1));
+  for (std::size_t i = 0; i < kSigmaEntries; i += kPerLine) {
+    std::vector<std::string> cells{std::to_string(i) + ":"};
+    for (std::size_t k = i; k < std::min(i + kPerLine, kSigmaEntries); ++k)
+      cells.push_back(fixed(estimate.lut[k], 4));
+    table.addRow(std::move(cells));
+  }
+  const SigmaReport& report = estimate.report;
+  return "Centre sigma " + fixed(estimate.centreNoiseSigma, 3) + " (local sigma of ring 0 " +
+         fixed(report.centreRingSigma, 3) + "), in 8-bit code values\n" + "Mean " +
+         fixed(report.centreMean, 1) + " at the centre, " + fixed(report.cornerMean, 1) +
+         " in the corners; " + percent(report.ceilingShare) + " of the samples at 255, " +
+         percent(report.floorShare) + " at 0\n\n" + "Factors from the centre to the corners:\n" +
+         table.text();
 }
 
 void run(const SigmaOptions& options) {
   nameFiles(options);
-  const LumaPlane plane = options.source.read();
-  std::vector<float> localSigma(options.map.empty() ? 0 : plane.samples.size());
-  SigmaLUT sigma;
-  sigma.CalculateSigmaLUT(plane.width, plane.height, plane.samples, localSigma);
-  const auto advice = sigmaAdvice(sigma, plane);
+  const SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
 
-  const std::string name = options.source.file.filename().string();
-  if (!options.csv.empty()) writeWholeFile(options.csv, sigmaCsv(sigma));
-  if (!options.plot.empty()) writeWholeFile(options.plot, sigmaPlot(sigma, "Noise of " + name));
-  if (!options.map.empty()) writePicture(options.map, sigmaMap(plane, localSigma));
-  writeJson(options.json, figures(options, plane, sigma, advice));
+  if (!options.csv.empty()) writeWholeFile(options.csv, present::sigmaCsv(estimate));
+  if (!options.plot.empty()) writeWholeFile(options.plot, present::sigmaPlot(estimate));
+  if (!options.map.empty()) writePicture(options.map, present::sigmaMap(estimate));
+  if (!options.json.empty()) writeText(options.json, present::toJson(estimate));
   if (!options.printsText()) return;
-  std::cout << quoted(options.source.file) << ", " << plane.width << " x " << plane.height
+  std::cout << quoted(estimate.file) << ", " << estimate.width << " x " << estimate.height
             << " pixels\n"
-            << sigmaText(sigma);
-  for (const std::string& sentence : advice) std::cout << "Advice: " << sentence << "\n";
+            << sigmaText(estimate);
+  for (const std::string& sentence : estimate.advice) std::cout << "Advice: " << sentence << "\n";
 }
 
 }  // namespace

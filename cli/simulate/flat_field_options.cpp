@@ -1,9 +1,8 @@
 #include "flat_field_options.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
-
-#include "greycard/sigma_lut.h"
 
 namespace greycard::cli {
 
@@ -26,24 +25,6 @@ void FlatFieldOptions::addTo(CLI::App& app) {
   add("--gain", settings.cornerGain, "How many times that in the corners");
   add("--level", settings.level, "Mean at the centre, in code values of 8 bits");
   add("--fall-off", settings.fallOff, "Share by which the mean is lower in the corners");
-}
-
-Json flatFieldJson(const std::filesystem::path& picture, const FlatFieldSimulator& simulator) {
-  const FlatFieldSettings& s = simulator.m_settings;
-  std::vector<double> gains;
-  for (std::size_t i = 0; i < kSigmaEntries; ++i)
-    gains.push_back(simulator.gainAt(static_cast<double>(i) / kSigmaEntries));
-  return {{"file", picture.filename().string()},
-          {"synthetic", true},
-          {"width", s.width},
-          {"height", s.height},
-          {"bits", s.bits},
-          {"level", s.level},
-          {"fall_off", s.fallOff},
-          {"center_noise_sigma", s.centreSigma},
-          {"corner_gain", s.cornerGain},
-          {"lut", gains},
-          {"seed", s.seed}};
 }
 
 }  // namespace greycard::cli

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 
 #include "greycard/flat_field_simulator.h"
-#include "transition.h"
 
 namespace greycard::cli {
 
@@ -16,8 +14,5 @@ struct FlatFieldOptions {
   /// To be called after the chart's options: --flat excludes those that mean nothing for it.
   void addTo(CLI::App& app);
 };
-
-/// The noise and its growth at the radii of a sigma table's entries.
-Json flatFieldJson(const std::filesystem::path& picture, const FlatFieldSimulator& simulator);
 
 }  // namespace greycard::cli

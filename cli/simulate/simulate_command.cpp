@@ -1,25 +1,24 @@
 // greycard simulate: renders a photograph of the chart, or a flat field, with the truth about it.
 
-#include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 
 #include "command.h"
 #include "flat_field_options.h"
-#include "greycard/chart_simulator.h"
 #include "greycard/files.h"
 #include "greycard/names.h"
 #include "greycard/number_text.h"
 #include "greycard/picture.h"
+#include "greycard/present/simulate.h"
 #include "job_files.h"
 #include "option_checks.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
-#include "text_table.h"
-#include "transition.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -49,13 +48,15 @@ SimulationSettings settingsOf(const SimulateOptions& options) {
   parseSize(options.size, settings);
   const auto light = illumFromName(options.light);
   if (!light) {
-    const std::vector<std::string> known{"A", "D65", "TL84", "D50", "Horizon", "CoolWhite"};
+    std::vector<std::string> known;
+    for (const Illum one : simulatedLights()) known.emplace_back(illumName(one));
     throw UsageError("--light: " + unknownName("light", options.light, known));
   }
   settings.light = *light;
   const auto sensor = modelSensorFromName(options.sensor);
   if (!sensor) {
-    const std::vector<std::string> known{"ordinary", "narrow", "broad", "colorimetric"};
+    std::vector<std::string> known;
+    for (const ModelSensor one : modelSensors()) known.emplace_back(modelSensorName(one));
     throw UsageError("--sensor: " + unknownName("sensor", options.sensor, known));
   }
   settings.sensor = *sensor;
@@ -72,56 +73,22 @@ SimulationSettings settingsOf(const SimulateOptions& options) {
   return settings;
 }
 
-double meanPatchArea(const SimulationTruth& truth) {
-  double doubled = 0.0;
-  for (const auto& quad : truth.corners)
-    for (std::size_t k = 0; k < 4; ++k)
-      doubled += quad[k].x * quad[(k + 1) % 4].y - quad[k].y * quad[(k + 1) % 4].x;
-  return 0.5 * std::abs(doubled) / kPatchCount;
-}
-
-// The fields of a measured photograph's JSON file, and what only a simulation knows.
-Json truthJson(const std::filesystem::path& picture, const SimulationSettings& s,
-               const SimulationTruth& truth) {
-  return {
-      {"file", picture.filename().string()},
-      {"synthetic", true},
-      {"width", s.width},
-      {"height", s.height},
-      {"centres", truth.centres},
-      {"corners", truth.corners},
-      {"pitch_px", truth.pitch},
-      {"patch_px", truth.patchSide},
-      {"patch_area_over_minimum", meanPatchArea(truth) / std::max(1, s.width * s.height / 2400)},
-      {"side_ratio_max", truth.sideRatio},
-      {"turn_deg", truth.turnDeg},
-      {"light", illumName(s.light)},
-      {"sensor", modelSensorName(s.sensor)},
-      {"bits", s.bits},
-      {"encoding", s.encoding == SampleEncoding::linear ? "linear" : "srgb"},
-      {"black_level", s.blackLevel},
-      {"white_level", s.whiteLevel == 0.0 ? (s.bits == 8 ? 255.0 : 65535.0) : s.whiteLevel},
-      {"white_rgb", truth.whiteRgb},
-      {"rgb_linear", truth.rgb},
-      {"noise_sigma", truth.noiseSigma},
-      {"shading", truth.shading},
-      {"seed", s.seed}};
-}
-
-template <typename Simulator>
-void render(Simulator& simulator) try {
+// What `simulate` renders, with a progress bar.
+template <typename Simulate>
+auto render(Simulate simulate) try {
   ProgressBar bar("Rendering");
-  simulator.Simulate(bar.callback());
+  return *simulate(bar.callback());
 } catch (const std::invalid_argument& error) {
   throw UsageError(error.what());  // every setting came from the command line
 }
 
 // The picture, the truth about it, and what it shows for people.
-void write(const SimulateOptions& options, const Picture& picture, const Json& truth,
-           const std::string& shows) {
-  writePicture(options.picture, picture);
-  writeJson(options.truth.string(), truth);
-  writeJson(options.json, truth);
+template <typename Simulated>
+void write(const SimulateOptions& options, const Simulated& simulated, const std::string& shows) {
+  const std::string truth = present::toJson(simulated);
+  writePicture(options.picture, simulated.picture);
+  if (!options.truth.empty()) writeText(options.truth.string(), truth);
+  if (!options.json.empty()) writeText(options.json, truth);
   if (options.printsText() && options.truth != "-")
     std::cout << "Rendered " << quoted(options.picture) << ": " << shows << "\n";
 }
@@ -129,16 +96,17 @@ void write(const SimulateOptions& options, const Picture& picture, const Json& t
 void runFlat(const SimulateOptions& options) {
   if (isJpegName(options.picture))
     throw UsageError("--output: JPEG's compression would change the noise; use .png, .tif or .pgm");
-  FlatFieldSimulator simulator;
-  simulator.m_settings = options.flat.settings;
-  parseSize(options.size, simulator.m_settings);
-  simulator.m_settings.seed = options.settings.seed;
-  simulator.m_settings.bits = options.settings.bits;
-  render(simulator);
-  write(options, simulator.m_picture, flatFieldJson(options.picture, simulator),
-        "a flat field of level " + fixed(simulator.m_settings.level, 1) + ", noise " +
-            fixed(simulator.m_settings.centreSigma, 2) + " at the centre and " +
-            fixed(simulator.m_settings.cornerGain, 2) + " times that in the corners");
+  FlatFieldSettings settings = options.flat.settings;
+  parseSize(options.size, settings);
+  settings.seed = options.settings.seed;
+  settings.bits = options.settings.bits;
+  const SimulatedFlatField field = render([&](const ProgressCallback& progress) {
+    return simulateFlatField(settings, options.picture, progress);
+  });
+  write(options, field,
+        "a flat field of level " + fixed(settings.level, 1) + ", noise " +
+            fixed(settings.centreSigma, 2) + " at the centre and " + fixed(settings.cornerGain, 2) +
+            " times that in the corners");
 }
 
 void run(const SimulateOptions& options) {
@@ -148,14 +116,14 @@ void run(const SimulateOptions& options) {
   files.textOutput("--json", options.json);
   if (options.flat.flat) return runFlat(options);
 
-  ChartSimulator simulator;
-  simulator.m_settings = settingsOf(options);
-  render(simulator);
-  write(options, simulator.m_picture,
-        truthJson(options.picture, simulator.m_settings, simulator.m_truth),
-        std::string("the chart under ") + illumName(simulator.m_settings.light) + ", " +
-            modelSensorName(simulator.m_settings.sensor) + " sensor, patch pitch " +
-            fixed(simulator.m_truth.pitch, 1) + " pixels");
+  const SimulationSettings settings = settingsOf(options);
+  const SimulatedChart chart = render([&](const ProgressCallback& progress) {
+    return simulateChart(settings, options.picture, progress);
+  });
+  write(options, chart,
+        std::string("the chart under ") + illumName(settings.light) + ", " +
+            modelSensorName(settings.sensor) + " sensor, patch pitch " +
+            fixed(chart.truth.pitch, 1) + " pixels");
 }
 
 void addSceneOptions(CLI::App& app, SimulateOptions& options) {

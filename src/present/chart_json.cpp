@@ -6,21 +6,13 @@
 namespace greycard::present {
 namespace {
 
-// Differences and warnings are made of the other fields.
+// The differences are made of the other fields.
 void complete(ChartFit& fit) {
   fit.before = colourErrors(fit.fit.m_targetLab, fit.fit.m_uncorrectedLab);
   fit.after = colourErrors(fit.fit.m_targetLab, fit.correctedLab);
 }
 void complete(ChartEvaluation& evaluation) {
   evaluation.errors = colourErrors(evaluation.referenceLab, evaluation.measuredLab);
-}
-
-template <typename Result>
-void readResult(std::string_view text, Result& result) {
-  Result read;
-  readDocument(text, JsonKind::Result, read);
-  if constexpr (requires { complete(read); }) complete(read);
-  result = std::move(read);
 }
 
 }  // namespace
@@ -35,7 +27,7 @@ std::string toJson(const ChartSearch& search) {
   return documentOf(search);
 }
 void fromJson(std::string_view text, ChartSearch& search) {
-  readResult(text, search);
+  readFresh(text, search);
 }
 
 std::string toJson(const ChartFitOptions& options) {
@@ -48,7 +40,8 @@ std::string toJson(const ChartFit& fit) {
   return documentOf(fit);
 }
 void fromJson(std::string_view text, ChartFit& fit) {
-  readResult(text, fit);
+  readFresh(text, fit);
+  complete(fit);
 }
 
 std::string toJson(const EvaluationOptions& options) {
@@ -61,7 +54,8 @@ std::string toJson(const ChartEvaluation& evaluation) {
   return documentOf(evaluation);
 }
 void fromJson(std::string_view text, ChartEvaluation& evaluation) {
-  readResult(text, evaluation);
+  readFresh(text, evaluation);
+  complete(evaluation);
 }
 
 }  // namespace greycard::present

@@ -6,6 +6,7 @@
 //     fields("photo", value.photo);                        a field of any type below
 //     fields.derived("mean", value.mean());                written; passed over when read
 //     fields.optional("saturation", value.saturation);     written and read only where it is there
+//     fields.optional("white_level", value.level, 1, 65535);    a whole number within bounds
 //     fields.group("fit", [&](auto& inner) { ... });       an object without a struct of its own
 //     fields.rows("patches", 24, [&](auto& row, std::size_t i) { ... });    a list of objects
 //     fields("worst_patch", OneBased{value.worst});        counted from 1 in JSON
@@ -27,6 +28,7 @@
 #include <utility>
 #include <vector>
 
+#include "greycard/awb_utils.h"
 #include "greycard/control_point.h"
 #include "greycard/types.h"
 
@@ -57,6 +59,14 @@ struct OneBased {
 template <typename Whole>
 OneBased(Whole&) -> OneBased<Whole>;
 
+/// Single precision, a number or an array, written with the digits of a double.
+template <typename Floats>
+struct AllDigits {
+  Floats& value;
+};
+template <typename Floats>
+AllDigits(Floats&) -> AllDigits<Floats>;
+
 template <typename T>
 inline constexpr bool isOneBased = false;
 template <typename T>
@@ -80,6 +90,11 @@ template <std::size_t Columns, typename Array>
 inline constexpr bool isInRows<InRows<Columns, Array>> = true;
 
 template <typename T>
+inline constexpr bool isAllDigits = false;
+template <typename T>
+inline constexpr bool isAllDigits<AllDigits<T>> = true;
+
+template <typename T>
 inline constexpr bool isOptional = false;
 template <typename T>
 inline constexpr bool isOptional<std::optional<T>> = true;
@@ -100,6 +115,12 @@ inline std::array<const double*, 2> components(const Point2& p) {
 }
 inline std::array<double*, 2> components(Point2& p) {
   return {&p.x, &p.y};
+}
+inline std::array<const double*, 2> components(const WhiteBalancePoint& p) {
+  return {&p.rg, &p.bg};
+}
+inline std::array<double*, 2> components(WhiteBalancePoint& p) {
+  return {&p.rg, &p.bg};
 }
 inline std::array<const double*, 4> components(const PatchRegion& r) {
   return {&r.left, &r.top, &r.width, &r.height};

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "describe.h"
@@ -51,6 +53,12 @@ class JsonReader {
     if (!m_object.contains(name)) return value.reset();
     read(m_prefix + name, m_object[name], value.emplace());
   }
+  template <std::integral T>
+  void optional(const char* name, std::optional<T>& value, T low, T high) {
+    m_known.emplace_back(name);
+    if (!m_object.contains(name)) return value.reset();
+    value = whole(m_prefix + name, m_object[name], low, high);
+  }
   template <typename Inner>
   void group(const char* name, Inner inner) {
     const Json* json = find(name);
@@ -72,10 +80,13 @@ class JsonReader {
     }
   }
   template <typename Item, typename Row>
-  void list(const char* name, std::vector<Item>& items, Row row) {
+  void list(const char* name, std::vector<Item>& items, Row row, std::size_t most = 0) {
     const Json* json = find(name);
     if (json == nullptr) return;
-    if (!json->is_array()) refuseField(m_prefix + name, "a list of objects");
+    if (!json->is_array() || (most != 0 && json->size() > most))
+      refuseField(m_prefix + name, most == 0
+                                       ? "a list of objects"
+                                       : "a list of at most " + std::to_string(most) + " objects");
     items.assign(json->size(), {});
     for (std::size_t i = 0; i < items.size(); ++i) {
       JsonReader reader((*json)[i], m_kind, m_prefix + name + "[" + std::to_string(i) + "].");
@@ -106,12 +117,13 @@ class JsonReader {
         refuseField(name, std::to_string(T::kRows) + " lists of " + std::to_string(T::kColumns) +
                               listedThings<std::remove_reference_t<decltype(value.values)>>());
       for (std::size_t row = 0; row < T::kRows; ++row) readRow(name, json, row, value);
+    } else if constexpr (isAllDigits<T>) {
+      read(name, json, value.value);
     } else if constexpr (isOptional<T>) {
       if (json.is_null()) return value.reset();
       read(name, json, value.emplace());
     } else if constexpr (isArray<T>) {
-      if (!json.is_array() || json.size() != value.size())
-        refuseField(name, "a list of " + std::to_string(value.size()) + listedThings<T>());
+      if (!json.is_array() || json.size() != value.size()) refuseField(name, listOf<T>());
       for (std::size_t i = 0; i < value.size(); ++i) readItem(name, json, i, value[i]);
     } else if constexpr (isVector<T>) {
       if (!json.is_array()) refuseField(name, "a list");
@@ -125,7 +137,7 @@ class JsonReader {
     } else if constexpr (std::floating_point<T>) {
       value = static_cast<T>(number(name, json, std::numeric_limits<T>::max()));
     } else if constexpr (std::integral<T>) {
-      value = whole<T>(name, json);
+      value = whole(name, json, std::numeric_limits<T>::min(), std::numeric_limits<T>::max());
     } else if constexpr (std::same_as<T, std::string> || std::same_as<T, std::filesystem::path>) {
       if (!json.is_string()) refuseField(name, "a text");
       value = json.template get<std::string>();
@@ -157,22 +169,41 @@ class JsonReader {
   static const char* listedThings() {
     return std::is_arithmetic_v<typename T::value_type> ? " numbers" : " items";
   }
+  // "a list of 3 numbers", "3 lists of 256 numbers" or "a list of 4 items".
+  template <typename Array>
+  static std::string listOf() {
+    using Item = typename Array::value_type;
+    const std::string count = std::to_string(std::tuple_size_v<Array>);
+    if constexpr (isArray<Item>)
+      return count + " lists of " + std::to_string(std::tuple_size_v<Item>) + listedThings<Item>();
+    else
+      return "a list of " + count + listedThings<Array>();
+  }
 
   // Of a result, null is a number that was not finite.
   double number(const std::string& name, const Json& json, double most) const;
 
+  // 255.0 is as whole as 255.
   template <std::integral T>
-  static T whole(const std::string& name, const Json& json) {
-    constexpr T kLow = std::numeric_limits<T>::min(), kHigh = std::numeric_limits<T>::max();
+  static T whole(const std::string& name, const Json& json, T low, T high) {
     if (!json.is_number()) refuseField(name, "a number");
-    const bool fits =
-        json.is_number_unsigned()
-            ? std::in_range<T>(json.template get<std::uint64_t>())
-            : json.is_number_integer() && std::in_range<T>(json.template get<std::int64_t>());
-    if (!fits)
-      refuseField(name,
-                  "a whole number from " + std::to_string(kLow) + " to " + std::to_string(kHigh));
-    return json.template get<T>();
+    const auto within = [&](auto value) {
+      return std::cmp_greater_equal(value, low) && std::cmp_less_equal(value, high);
+    };
+    if (json.is_number_unsigned()) {
+      if (const auto value = json.template get<std::uint64_t>(); within(value))
+        return static_cast<T>(value);
+    } else if (json.is_number_integer()) {
+      if (const auto value = json.template get<std::int64_t>(); within(value))
+        return static_cast<T>(value);
+    } else if (json.is_number_float()) {
+      constexpr double kMostExact = 9007199254740992.0;  // beyond it a double skips whole numbers
+      const double value = json.template get<double>();
+      if (std::abs(value) <= kMostExact && value == std::floor(value) &&
+          within(static_cast<std::int64_t>(value)))
+        return static_cast<T>(value);
+    }
+    refuseField(name, "a whole number from " + std::to_string(low) + " to " + std::to_string(high));
   }
 
   template <typename Enum>

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "describe.h"
 #include "json_text.h"
@@ -26,6 +27,10 @@ class JsonWriter {
   void optional(const char* name, const std::optional<T>& value) {
     if (value) (*this)(name, *value);
   }
+  template <std::integral T>
+  void optional(const char* name, const std::optional<T>& value, T /*low*/, T /*high*/) {
+    optional(name, value);
+  }
   template <typename Inner>
   void group(const char* name, Inner inner) {
     JsonWriter writer;
@@ -42,9 +47,9 @@ class JsonWriter {
     }
     m_json[name] = std::move(list);
   }
-  /// A list of objects, one for each item.
+  /// A list of objects, one for each item, at most `most`.
   template <typename Item, typename Row>
-  void list(const char* name, const std::vector<Item>& items, Row row) {
+  void list(const char* name, const std::vector<Item>& items, Row row, std::size_t /*most*/ = 0) {
     rows(name, items.size(), [&](JsonWriter& writer, std::size_t i) { row(writer, items[i]); });
   }
   /// Fields that are there together or not at all; `mark` is one that is always among them.
@@ -69,6 +74,8 @@ class JsonWriter {
         rows.push_back(std::move(columns));
       }
       return rows;
+    } else if constexpr (isAllDigits<T>) {
+      return allDigits(value.value);
     } else if constexpr (isOptional<T>) {
       return value ? valueOf(*value) : Json(nullptr);
     } else if constexpr (isArray<T> || isVector<T>) {
@@ -96,6 +103,12 @@ class JsonWriter {
       describe(writer, value);
       return std::move(writer.m_json);
     }
+  }
+
+  static Json allDigits(float value) { return static_cast<double>(value); }
+  template <std::size_t Size>
+  static Json allDigits(const std::array<float, Size>& values) {
+    return std::vector<double>(values.begin(), values.end());
   }
 
   // The shortest decimal that reads back to the same float: 0.1, not 0.10000000149011612.

@@ -60,6 +60,12 @@ const char* modelSensorName(ModelSensor sensor) {
   return index < kNames.size() ? kNames[index] : "unknown";
 }
 
+std::span<const ModelSensor> modelSensors() {
+  static constexpr std::array kSensors{ModelSensor::Ordinary, ModelSensor::Narrow,
+                                       ModelSensor::Broad, ModelSensor::Colorimetric};
+  return kSensors;
+}
+
 CDoubleMatrix sensitivities(ModelSensor sensor, const CDoubleMatrix& gridNm) {
   switch (sensor) {
     case ModelSensor::Narrow:

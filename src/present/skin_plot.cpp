@@ -1,12 +1,13 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <set>
 #include <utility>
 
-#include "skin_result.h"
-#include "transition.h"
+#include "greycard/present/fitting.h"
+#include "svg_plot.h"
 
-namespace greycard::cli {
+namespace greycard::present {
 namespace {
 
 constexpr double kUpperLow = -2.0, kUpperHigh = 0.0;
@@ -34,17 +35,19 @@ struct Selection {
   int beyond = 0;
   double low = kInnerLow, high = kInnerHigh, top = kRoundS;
 
-  explicit Selection(const SkinResult& result);
+  explicit Selection(const SkinCalibration& result);
 };
 
-Point2 pointOf(const SkinResult& result, std::size_t i) {
+Point2 pointOf(const SkinCalibration& result, std::size_t i) {
   const SkinSet& set = result.upper.holds(i) ? result.upper : result.lower;
-  return {(*set.points)[i].h, (*set.points)[i].s};
+  return {set.points[i].h, set.points[i].s};
 }
 
-Selection::Selection(const SkinResult& result) {
+Selection::Selection(const SkinCalibration& result) {
   std::set<std::pair<long, long>> taken;
-  for (std::size_t i = 0; i < result.colours->size(); ++i) {
+  const std::size_t count =
+      std::min({result.colours.size(), result.upper.points.size(), result.lower.points.size()});
+  for (std::size_t i = 0; i < count; ++i) {
     const bool inUpper = result.upper.holds(i), inLower = result.lower.holds(i);
     if (!inUpper && !inLower) continue;
     const std::size_t kind = inUpper && inLower ? 0 : (inLower ? 1 : 2);
@@ -64,7 +67,7 @@ Selection::Selection(const SkinResult& result) {
 
 }  // namespace
 
-std::string skinPlot(const SkinResult& result) {
+std::string skinPlot(const SkinCalibration& result) {
   const Selection chosen(result);
   std::string xTitle = "Hue ratio h = Cb / Cr (no unit)";
   if (chosen.beyond > 0) xTitle += "; " + std::to_string(chosen.beyond) + " points lie beyond";
@@ -76,7 +79,7 @@ std::string skinPlot(const SkinResult& result) {
         kKinds[kind].name + std::string(" (") + std::to_string(chosen.counts[kind]) + ")", {},
         kLegendColour, kKinds[kind].marker);
     for (const std::size_t i : chosen.drawn[kind]) {
-      const auto& [r, g, b] = (*result.colours)[i];
+      const auto& [r, g, b] = result.colours[i];
       plot.addMarkers("", {pointOf(result, i)}, hexColour({r, g, b}), kKinds[kind].marker);
     }
   }
@@ -86,4 +89,4 @@ std::string skinPlot(const SkinResult& result) {
   return plot.svg();
 }
 
-}  // namespace greycard::cli
+}  // namespace greycard::present
