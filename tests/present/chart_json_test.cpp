@@ -8,6 +8,7 @@
 
 #include "greycard/chart_simulator.h"
 #include "greycard/diagnostics.h"
+#include "round_trip.h"
 
 namespace greycard::present {
 namespace {
@@ -25,19 +26,11 @@ Picture chartPicture() {
   return simulator.m_picture;
 }
 
-template <typename Value>
-Value readBack(const Value& value) {
-  Value read;
-  fromJson(toJson(value), read);
-  return read;
-}
-
 TEST(ChartJson, ResultsReadBackWhole) {
   const Picture picture = chartPicture();
   ChartFitOptions options;
   options.saturation = 1.1;
-  const ChartFit fit = *fitChart(picture, options, "a \"chart\".png"), again = readBack(fit);
-  EXPECT_EQ(toJson(again), toJson(fit));
+  const ChartFit fit = *fitChart(picture, options, "a \"chart\".png"), again = roundTrip(fit);
   EXPECT_EQ(again.photo, fit.photo);
   EXPECT_EQ(again.after.ciede2000.patch, fit.after.ciede2000.patch);
   EXPECT_EQ(again.pipeline().m_gains, fit.pipeline().m_gains);
@@ -46,20 +39,19 @@ TEST(ChartJson, ResultsReadBackWhole) {
   EXPECT_EQ(*again.fit.m_chromaChangeWanted, *fit.fit.m_chromaChangeWanted);
 
   const ChartSearch search = searchChart(picture);
-  EXPECT_EQ(readBack(search).chart.detection->points, search.chart.detection->points);
-  EXPECT_EQ(toJson(readBack(search)), toJson(search));
+  EXPECT_EQ(roundTrip(search).chart.detection->points, search.chart.detection->points);
 
   EvaluationOptions judged;
   judged.light = illum_A;
   const ChartEvaluation evaluation = evaluateChart(picture, judged);
-  EXPECT_EQ(toJson(readBack(evaluation)), toJson(evaluation));
+  EXPECT_EQ(roundTrip(evaluation).errors.cie94.patch, evaluation.errors.cie94.patch);
 }
 
 TEST(ChartJson, WhatIsNotFiniteIsNullAndReadsBackAsNotANumber) {
   ChartEvaluation evaluation;
   evaluation.measuredRgb[2][1] = std::numeric_limits<double>::infinity();
   EXPECT_THAT(toJson(evaluation), HasSubstr("\"rgb\": [0.0,null,0.0]"));
-  EXPECT_TRUE(std::isnan(readBack(evaluation).measuredRgb[2][1]));
+  EXPECT_TRUE(std::isnan(roundTrip(evaluation).measuredRgb[2][1]));
 }
 
 TEST(ChartJson, OptionsKeepTheirDefaultsWhereNothingIsSaid) {
@@ -71,7 +63,7 @@ TEST(ChartJson, OptionsKeepTheirDefaultsWhereNothingIsSaid) {
   EXPECT_EQ(options.light, illum_A);
   EXPECT_EQ(options.formula, FitFormula::CIE76);
   EXPECT_EQ(options.whitePatches, (std::vector{20, 21, 22}));
-  EXPECT_EQ(toJson(readBack(options)), toJson(options));
+  EXPECT_EQ(roundTrip(options).gamma, "VNormal");
 }
 
 TEST(ChartJson, RefusalsNameTheFieldAndLeaveTheValue) {
@@ -85,18 +77,13 @@ TEST(ChartJson, RefusalsNameTheFieldAndLeaveTheValue) {
       {R"({"force": 1})", "force must be true or false"},
       {R"({"sat": [1, 1, 1]})", "sat must be a list of 4 numbers"},
       {R"({"hue": [0, null, 0]})", "hue[1] must be a number"},
-      {R"({"white_patches": [20, 1e3]})", "white_patches[1] must be a whole number from "},
+      {R"({"white_patches": [20, 1.5]})", "white_patches[1] must be a whole number from "},
       {R"({"noise_rate": 1e999})", "it holds a number that is too large"}};
   for (const auto& [text, sentence] : cases) {
+    SCOPED_TRACE(text);
     ChartFitOptions options;
     options.gamma = "kept";
-    try {
-      fromJson(text, options);
-      ADD_FAILURE() << text;
-    } catch (const std::invalid_argument& error) {
-      EXPECT_THAT(error.what(), HasSubstr(sentence));
-    }
-    EXPECT_EQ(options.gamma, "kept");
+    expectRefused(text, options, sentence);
   }
   ChartFit fit;
   EXPECT_THROW(fromJson(R"({"photo": "a"})", fit), std::invalid_argument);
