@@ -7,7 +7,6 @@
 #include "numeric_error.h"
 
 namespace greycard {
-
 // The second derivatives m_i solve the tridiagonal system
 //   (x_i - x_{i-1}) m_{i-1} + 2 (x_{i+1} - x_{i-1}) m_i + (x_{i+1} - x_i) m_{i+1} = 6 (s_i -
 //   s_{i-1})
@@ -66,12 +65,13 @@ std::size_t splineSegment(std::span<const double> xa, double x) {
 
 SplineCubic splineCubic(std::span<const double> xa, std::span<const double> ya,
                         std::span<const double> y2a, std::size_t klo) {
-  if (xa[klo + 1] - xa[klo] == 0.0) nrerror("Bad xa input to routine splint");
+  if (xa[klo + 1] - xa[klo] == 0.0) nrerror(kBadAbscissae);
   return {xa[klo], xa[klo + 1], ya[klo], ya[klo + 1], y2a[klo], y2a[klo + 1]};
 }
 
 double splint(std::span<const double> xa, std::span<const double> ya, std::span<const double> y2a,
               double x) {
+  if (xa.size() < 2) nrerror(kBadAbscissae);
   return splineCubic(xa, ya, y2a, splineSegment(xa, x))(x);
 }
 
