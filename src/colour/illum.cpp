@@ -37,7 +37,7 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::optional<Illum> illumFromName(std::string_view name) {
+std::optional<Illum> illumFromName(TextView name) {
   for (const auto& entry : kNames)
     if (equalIgnoringCase(entry.name, name)) return entry.light;
   return std::nullopt;

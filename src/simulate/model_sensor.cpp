@@ -48,7 +48,7 @@ char lower(char c) {
 
 }  // namespace
 
-std::optional<ModelSensor> modelSensorFromName(std::string_view name) {
+std::optional<ModelSensor> modelSensorFromName(TextView name) {
   for (std::size_t i = 0; i < kNames.size(); ++i)
     if (std::ranges::equal(std::string_view(kNames[i]), name, {}, {}, lower))
       return static_cast<ModelSensor>(i);

@@ -62,7 +62,7 @@ std::string readWholeFile(const std::filesystem::path& path) {
   return bytes;
 }
 
-void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
+void writeWholeFile(const std::filesystem::path& path, TextView bytes) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   const bool exists = status.type() == std::filesystem::file_type::regular;

@@ -40,7 +40,8 @@ TEST(Lights, NamesRoundTripAndUnknownOnesAreEmpty) {
   for (int code = illum_A; code <= illum_LED2; ++code)
     EXPECT_EQ(illumFromName(illumName(static_cast<Illum>(code))), static_cast<Illum>(code));
   EXPECT_EQ(illumFromName("tl84"), illum_TL84);
-  EXPECT_EQ(illumFromName(""), std::nullopt);
+  for (const char* text : {"", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(illumFromName(text), std::nullopt);
   EXPECT_EQ(illumFromName("D6"), std::nullopt);
   EXPECT_STREQ(illumName(illum_unknown), "unknown");
 }
