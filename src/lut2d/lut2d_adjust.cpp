@@ -8,19 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "integer_conversion.h"
 #include "text.h"
 
 namespace greycard {
 namespace {
 
 constexpr std::int32_t kCircle = 360;
-
-// Toward zero to 32 bits; what does not fit becomes the nearest that does.
-std::int64_t truncated(double value) {
-  constexpr double kLow = std::numeric_limits<std::int32_t>::min();
-  constexpr double kHigh = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int64_t>(std::clamp(value, kLow, kHigh));
-}
 
 // Offsets from the dragged node, both ends included.
 struct Offsets {
@@ -38,9 +32,9 @@ Offsets satOffsets(const NodeDrag& drag, std::int64_t columns) {
   const std::int64_t range = drag.rangeS, hit = drag.hitS;
   Offsets offsets{-range, range};
   if (drag.deltaS < 0)
-    offsets.low += truncated(drag.deltaS / step - 0.5);
+    offsets.low += saturatingTruncate(drag.deltaS / step - 0.5);
   else
-    offsets.high = truncated(drag.deltaS / step + 0.5) + range;
+    offsets.high = saturatingTruncate(drag.deltaS / step + 0.5) + range;
   if (hit + offsets.low <= 0) offsets.low = 1 - hit;
   if (hit + offsets.high >= columns - 1) offsets.high = columns - hit - 1;
   return offsets;
@@ -52,16 +46,16 @@ Offsets hueOffsets(const NodeDrag& drag, std::int64_t rows, std::int32_t hitHue)
   const bool isAhead = std::int64_t{hitHue} - drag.originalHue < 180;
   Offsets offsets{-range, range};
   if (drag.deltaH < 0) {
-    const std::int64_t growth = truncated(-drag.deltaH / step + 0.5);
+    const std::int64_t growth = saturatingTruncate(-drag.deltaH / step + 0.5);
     if (isAhead)
       offsets.low -= growth;
     else
       offsets.high = growth + range;
   } else if (isAhead) {
     // Deliberate: a positive drag shrinks the range where a negative one widens it.
-    offsets.high = range - truncated(drag.deltaH / step + 0.5);
+    offsets.high = range - saturatingTruncate(drag.deltaH / step + 0.5);
   } else {
-    offsets.low -= truncated(-drag.deltaH / step + 0.5);
+    offsets.low -= saturatingTruncate(-drag.deltaH / step + 0.5);
   }
   return offsets;
 }
@@ -93,7 +87,7 @@ void checkDrag(const NodeDrag& drag, const TargetTables& tables) {
 }
 
 std::int32_t movedHue(std::int32_t hue, double change) {
-  std::int64_t moved = hue + truncated(change);
+  std::int64_t moved = std::int64_t{hue} + saturatingTruncate(change);
   if (moved < 0)
     moved += kCircle;
   else if (moved >= kCircle)
