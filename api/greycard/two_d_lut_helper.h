@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 
+#include "greycard/diagnostics.h"
 #include "greycard/export.h"
 #include "greycard/lut2d_cfg.h"
 #include "greycard/lut2d_config.h"
@@ -43,12 +44,16 @@ class GREYCARD_EXPORT TwoDLutHelper {
   /// UncoveredNodes and try a round trip. It reports to the output channel.
   /// \return false without a configuration
   bool CalInverseLut2dCfg();
+  /// The same, reporting to `remarks` alone, piece by piece as it goes; an empty one hears nothing.
+  bool CalInverseLut2dCfg(const TextSink& remarks);
 
   /// Nodes that the last inverse since SetConfig found outside every triangle of targets; they got
   /// no change.
   int UncoveredNodes() const { return m_uncoveredNodes; }
 
-  /// Applies the table to w * h pixels, in place, bit for bit the same everywhere.
+  /// Applies the table to w * h pixels, in place, bit for bit the same everywhere. Any number of
+  /// threads may do so with one object at a time, each on planes of its own, as long as none sets
+  /// or inverts the table meanwhile.
   ///
   /// \param r,g,b  one plane each, samples of 10 bits; larger ones count as 1023
   /// \param w,h    each cut to unsigned 16 bits
@@ -56,7 +61,8 @@ class GREYCARD_EXPORT TwoDLutHelper {
   /// \return false, the planes untouched, without a configuration or when a plane is shorter than
   ///         w * h samples; what a longer plane holds beyond stays as it is
   bool ProcessImage(std::span<std::uint16_t> r, std::span<std::uint16_t> g,
-                    std::span<std::uint16_t> b, std::int32_t w, std::int32_t h, std::int32_t bpp);
+                    std::span<std::uint16_t> b, std::int32_t w, std::int32_t h,
+                    std::int32_t bpp) const;
 
   /// From components of 0..1. Black, white and greys have hue and saturation 0.
   /// Source: A. R. Smith, Color gamut transform pairs, SIGGRAPH 1978, double hexcone form.

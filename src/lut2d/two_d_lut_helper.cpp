@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "channels.h"
 #include "lut2d_adjust.h"
 #include "lut2d_inverse.h"
 #include "lut2d_process.h"
@@ -28,14 +29,18 @@ void TwoDLutHelper::SetConfig(const Lut2DConfig& cfg) {
 }
 
 bool TwoDLutHelper::CalInverseLut2dCfg() {
+  return CalInverseLut2dCfg(outputHasListener() ? TextSink(writeOutput) : TextSink());
+}
+
+bool TwoDLutHelper::CalInverseLut2dCfg(const TextSink& remarks) {
   if (!m_cfg) return false;
-  m_uncoveredNodes = CalInverseDifflut2dCfg(*m_cfg);
+  m_uncoveredNodes = CalInverseDifflut2dCfg(*m_cfg, remarks);
   return true;
 }
 
 bool TwoDLutHelper::ProcessImage(std::span<std::uint16_t> r, std::span<std::uint16_t> g,
                                  std::span<std::uint16_t> b, std::int32_t w, std::int32_t h,
-                                 std::int32_t /*bpp*/) {
+                                 std::int32_t /*bpp*/) const {
   if (!m_cfg) return false;
   const auto width = static_cast<std::uint16_t>(w), height = static_cast<std::uint16_t>(h);
   const std::size_t pixels = std::size_t{width} * height;
