@@ -32,11 +32,10 @@ class GREYCARD_EXPORT TwoDLutHelper {
   TwoDLutHelper& operator=(TwoDLutHelper&&) noexcept;
 
   /// Fills the processing record; the first call creates it, later ones reuse it.
+  /// Any finite number is taken; one beyond the largest float counts as that, and ProcessImage
+  /// brings entries into their 10 bits.
   /// \throws std::invalid_argument that names the field and its value when a used number is not
-  ///         finite or out of range: hue coordinates -720..720 degrees, saturation coordinates
-  ///         -4..4, changes of hue -36000..36000 and of saturation -100..100, shifts 0..24,
-  ///         lightness -2..2, y_blend_factor -1.9..1.9, inverse_flag finite. The record stays as it
-  ///         was.
+  ///         finite, or a shift not within 0..24. The record stays as it was.
   void SetConfig(const Lut2DConfig& cfg);
 
   /// When the configuration's inverse_flag is not zero, replaces the changes by those that undo

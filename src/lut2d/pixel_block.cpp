@@ -1,6 +1,8 @@
 #include "pixel_block.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <cstring>
 
 namespace greycard {
@@ -156,9 +158,13 @@ void PixelBlock::lookUp(const PackedNodes& nodes) {
   }
 }
 
-void PixelBlock::toRgb(const Planes& samples, std::int32_t yBlend) {
+// A rise or fall that takes any component to white or black.
+constexpr std::int32_t kFar = 2 * kLightnessSumMax;
+
+// offsetOf(lumaFall, base): what all three components rise by.
+template <typename OffsetOf>
+void PixelBlock::rebuild(const Planes& samples, OffsetOf offsetOf) {
   const auto [r, g, b] = samples;
-  const Int16 blend = lane(yBlend);  // at most 31: times a luma it still fits
   for (std::size_t k = 0; k < kSize; ++k) {
     const Int16 red = sample(r[k]), green = sample(g[k]), blue = sample(b[k]);
     const Int16 newChroma = product2048(sat[k], denominator(lightness[k]));
@@ -177,12 +183,23 @@ void PixelBlock::toRgb(const Planes& samples, std::int32_t yBlend) {
     const Int16 greenRise = lane(newG - green);
     const Int16 blueFall = lane(blue - newB + greenRise), redFall = lane(red - newR + greenRise);
     const Int16 lumaFall = lane(weightedFall(blueFall, redFall) - greenRise - base);
-    const Int16 offset = lane((lane(blend * lumaFall + 8) >> 4) + base);
-
+    const Int16 offset = offsetOf(lumaFall, base);
     r[k] = positive(min(max(lane(newR + offset), 0), lane(kSampleMax)));
     g[k] = positive(min(max(lane(newG + offset), 0), lane(kSampleMax)));
     b[k] = positive(min(max(lane(newB + offset), 0), lane(kSampleMax)));
   }
+}
+
+void PixelBlock::toRgb(const Planes& samples, std::int32_t yBlend) {
+  constexpr std::int32_t kLargestInLanes = 31;  // times a luma it still fits 16 bits
+  if (std::abs(yBlend) <= kLargestInLanes)
+    rebuild(samples, [blend = lane(yBlend)](Int16 lumaFall, Int16 base) {
+      return lane((lane(blend * lumaFall + 8) >> 4) + base);
+    });
+  else
+    rebuild(samples, [yBlend](Int16 lumaFall, Int16 base) {
+      return lane(std::clamp((yBlend * lumaFall + 8) >> 4, -kFar, kFar) + base);
+    });
 }
 
 }  // namespace greycard

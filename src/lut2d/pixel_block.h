@@ -31,6 +31,10 @@ struct PixelBlock {
   void lookUpPlainly(const LutTables& tables);
   /// hue, sat, lightness -> samples, with a share of the old ones' luma
   void toRgb(const Planes& samples, std::int32_t yBlend);
+
+ private:
+  template <typename OffsetOf>
+  void rebuild(const Planes& samples, OffsetOf offsetOf);
 };
 
 }  // namespace greycard

@@ -7,8 +7,10 @@
 namespace greycard {
 namespace {
 
-// Changes saturate far beyond any that matters, so that each product below fits 64 bits: weights
-// across saturation are below 2^26, those of the fade below 2^15.
+// Weights and changes saturate far beyond any that matters, so that each product below fits 64
+// bits: differences of entries are below 2^34, weights of the fade below 2^15.
+constexpr std::int64_t kMostHueWeight = std::int64_t{1} << 29;
+constexpr std::int64_t kMostSatWeight = std::int64_t{1} << 26;
 constexpr std::int64_t kMostMidway = std::int64_t{1} << 36, kMostChange = std::int64_t{1} << 47;
 
 std::int64_t saturated(std::int64_t value, std::int64_t most) {
@@ -33,8 +35,8 @@ std::int64_t interpolated(const LutTables& tables, std::size_t i, std::size_t j,
 
 HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int64_t hue,
                 std::int64_t sat, std::int64_t fade) {
-  const std::int64_t fh = (hue - tables.hueNode[i]) * tables.hueRecip[i];
-  const std::int64_t fs = (sat - tables.satNode[j]) * tables.satRecip[j];
+  const std::int64_t fh = saturated((hue - tables.hueNode[i]) * tables.hueRecip[i], kMostHueWeight);
+  const std::int64_t fs = saturated((sat - tables.satNode[j]) * tables.satRecip[j], kMostSatWeight);
   const auto faded = [&](std::int64_t LutTables::Entry::*component) {
     const std::int64_t value = interpolated(tables, i, j, fh, fs, component);
     return (value * fade + 1024) >> kSatWeightBits;
