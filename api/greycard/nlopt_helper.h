@@ -129,10 +129,11 @@ class GREYCARD_EXPORT NLoptHelper {
       std::span<double> final_dark_pos, int& opt_endCond, double& avg_targeterror,
       double& errorValue, const SearchOptions& options = {}, GaReport* report = nullptr) const;
 
-  /// The factor, 0 to 10, on the encoded test colour that gives it the L* of the target colour; the
-  /// nearest that NLopt finds when none does. The search ends when the two L* agree to 1e-5; while
-  /// NLopt gives up before that (the square of the difference no longer falls by 1e-8), it goes on
-  /// from where it came, up to 20 times.
+  /// The factor, 0 to 10, on the encoded test colour that gives it the L* of the target colour.
+  /// When none does, the one that comes nearest, at once: 10 when that leaves the colour too dark,
+  /// 0 for a target darker than black. The search ends when the two L* agree to 1e-5; while NLopt
+  /// gives up before that (the square of the difference no longer falls by 1e-8), it goes on from
+  /// where it came, up to 20 times.
   ///
   /// Accuracy: within 1e-5 of the exact factor for 1400 random pairs. Of a test colour that is
   /// nearly black the L* hardly moves: below an L* of 1 the factor is good to 1e-5 over that L*,

@@ -21,10 +21,6 @@ double luma601(const Vector3& rgb) {
   return 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
 }
 
-double lightness(const Vector3& rgb255) {
-  return sRGB_to_CIELab({rgb255[0] / 255.0, rgb255[1] / 255.0, rgb255[2] / 255.0})[0];
-}
-
 }  // namespace
 
 void debugPrint(const char* format, ...) {
@@ -54,6 +50,10 @@ double GAinconstraint3(unsigned /*n*/, const double* x, double* /*gradient*/, vo
 }
 double GAinconstraint4(unsigned /*n*/, const double* x, double* /*gradient*/, void* /*data*/) {
   return x[10] - x[11] + 0.08;
+}
+
+double lightness(const Vector3& rgb255) {
+  return sRGB_to_CIELab({rgb255[0] / 255.0, rgb255[1] / 255.0, rgb255[2] / 255.0})[0];
 }
 
 double minSearch_Utility(unsigned /*n*/, const double* x, double* /*gradient*/, void* data) {

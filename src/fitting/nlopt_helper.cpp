@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "lightness_reach.h"
 #include "luma_target_run.h"
 #include "nlopt_callbacks.h"
 #include "nlopt_search.h"
@@ -178,11 +179,17 @@ double NLoptHelper::findMinSearch(const Vector3& testRGB, const Vector3& targetR
   requireLimits("findMinSearch", options);
   if (testRGB == Vector3{}) return 1.0;  // black stays black
 
-  constexpr double kLower[] = {0.0}, kUpper[] = {10.0};
-  constexpr double kStopValue = 1e-10;
+  constexpr double kLower[] = {kLeastFactor}, kUpper[] = {kMostFactor};
+  constexpr double kStopValue = 1e-10;  // the square of kLightnessTolerance
   MinSearchRun run{testRGB, targetRGB};
   if (!std::isfinite(minSearch_Utility(1, kUpper, nullptr, &run)))
     throw std::invalid_argument("findMinSearch: testRGB or targetRGB is too large to have an L*");
+  // A search for what is not there would take all its time.
+  if (const auto nearest = nearestWhereNoneReaches(run)) {
+    debugPrint("min utility=%f, x=(%f)\n", minSearch_Utility(1, &*nearest, nullptr, &run),
+               *nearest);
+    return *nearest;
+  }
   double x[] = {1.0};
   const NloptProblem problem{kLower, kUpper, minSearch_Utility, {}, &run, kStopValue};
   NloptOutcome outcome = minimise(problem, options, x);

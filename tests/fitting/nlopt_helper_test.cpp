@@ -210,6 +210,27 @@ TEST(FindMinSearch, AgreesWithBisection) {
   EXPECT_THROW(helper.findMinSearch({1e300, 1, 1}, {1, 1, 1}), std::invalid_argument);
 }
 
+TEST(FindMinSearch, AnswersAtOnceWhereNoFactorReachesTheTarget) {
+  SearchOptions noSearch;
+  noSearch.progress = [](double) { return ADD_FAILURE() << "it searches", false; };
+  const struct {
+    Vector3 test, target;
+    double factor;
+  } cases[] = {
+      {{1e-9, 0, 0}, {100, 100, 100}, 10.0},    {{0.01, 0.01, 0.01}, {100, 100, 100}, 10.0},
+      {{20, 20, 20}, {255, 255, 255}, 10.0},    {{1e-300, 0, 0}, {100, 100, 100}, 10.0},
+      {{100, 100, 100}, {-5, -5, -5}, 0.0},     {{-5, -5, -5}, {100, 100, 100}, 0.0},
+      {{-5, -5, -5}, {-100, -100, -100}, 10.0}, {{200, -50, -50}, {-50, -50, -50}, 0.0}};
+  for (const auto& [test, target, factor] : cases)
+    EXPECT_EQ(NLoptHelper().findMinSearch(test, target, noSearch), factor);
+  // Components of both signs: brightest in between, as a walk in small steps finds too.
+  const Vector3 mixed{-50, 20, 10};
+  double brightest = 0.0;
+  for (double factor = 0.0; factor <= 10.0; factor += 1e-5)
+    if (lightness(mixed, factor) > lightness(mixed, brightest)) brightest = factor;
+  EXPECT_NEAR(NLoptHelper().findMinSearch(mixed, {100, 100, 100}, noSearch), brightest, 2e-5);
+}
+
 TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
   std::vector<std::string> lines;
   setDebugLog([&](int, std::string_view category, std::string_view text) {
