@@ -72,6 +72,30 @@ TEST(GaManual, EvaluatesTheFallbackAndReturnsTheStart) {
   EXPECT_EQ(idle.safe, task.safe);
 }
 
+TEST(GaTask, GivesWhatTheArgumentsOneByOneGive) {
+  for (const bool isManual : {false, true}) {
+    auto task = knownTask(5);
+    const auto x = task.call(isManual, evaluations(500));
+    const GaResult result = NLoptHelper().GA(
+        {task.lower, task.upper, task.start, 5, task.weight, task.wanted, task.luma, task.current,
+         task.maxDrcGain, task.adrc, task.rgb, task.cdf, task.fallback, task.enable, isManual},
+        evaluations(500));
+    EXPECT_EQ(result.parameters, x);
+    EXPECT_EQ(result.resultCode.value_or(77), task.result);
+    EXPECT_EQ(result.error, task.error);
+    EXPECT_EQ(result.meanTargetError, task.meanError);
+    EXPECT_EQ(result.report.best, task.report.best);
+    ASSERT_EQ(result.images.size(), 5u);
+    const GaImageResult& last = result.images[4];
+    EXPECT_EQ(last.fourTargets, task.four[4]);
+    EXPECT_EQ((std::array{last.safeTarget, last.shortTarget, last.longTarget}),
+              (std::array{task.safe[4], task.brief[4], task.lasting[4]}));
+    EXPECT_EQ((std::array{last.pushUp, last.pushDown, last.dark}),
+              (std::array{task.pushUp[4], task.pushDown[4], task.dark[4]}));
+  }
+  EXPECT_THROW(NLoptHelper().GA({}), std::invalid_argument);
+}
+
 TEST(GaSearch, ComesNearTheKnownParametersAndKeepsTheConstraints) {
   auto task = knownTask(6);
   task.adrc = 1.0;
