@@ -12,6 +12,24 @@
 
 namespace greycard {
 
+/// One drag of a node.
+struct NodeDrag {
+  std::int32_t originalHue = 0;       ///< of the colour that is dragged, in degrees
+  double deltaS = 0.0, deltaH = 0.0;  ///< in saturation units and degrees
+  /// How many nodes to each side it reaches. The range grows towards the side of the drag, but a
+  /// positive drag of the hue shrinks it by about as many rows as the drag is wide.
+  std::int32_t rangeS = 0, rangeH = 0;
+  std::int32_t hitH = 0, hitS = 0;  ///< row and column of the dragged node
+  bool movesHitNode = true;         ///< whether the dragged node moves too
+};
+
+/// Target tables of hue rows by saturation columns, row by row, in the caller's memory.
+struct TargetTables {
+  std::span<double> sat;        ///< 0..1
+  std::span<std::int32_t> hue;  ///< whole degrees, 0..359
+  std::int32_t rows = 0, columns = 0;
+};
+
 /// Edits and applies a hue/saturation table: a grid of hue rows by saturation columns that says how
 /// far a colour at a node moves in hue and in saturation; in between, changes are interpolated.
 ///
@@ -72,25 +90,21 @@ class GREYCARD_EXPORT TwoDLutHelper {
 
   /// Spreads the drag of one node over its neighbours, in place. Column 0 is never edited; the
   /// effect falls off with the distance, hue runs round the circle.
-  ///
-  /// \param m_original_s  not used
-  /// \param m_original_h  hue of the colour that is dragged, in degrees
-  /// \param deltaS,deltaH  the drag, in saturation units and degrees
-  /// \param m_nNodeRange_s,m_nNodeRange_h  how many nodes to each side it reaches. The range grows
-  ///        towards the side of the drag, but a positive drag of the hue shrinks it by about as
-  ///        many rows as the drag is wide
-  /// \param m_nHit_LUT_h,m_nHit_LUT_s  row and column of the dragged node
-  /// \param m_LUT_sat,m_LUT_hue  target saturations 0..1 and target hues in whole degrees 0..359,
-  ///        m_nLUT_h rows of m_nLUT_s columns
-  /// \param bAdjustCenterNode  whether the dragged node moves too
-  /// \throws std::invalid_argument for a drag that is not finite, m_nLUT_h outside 1..360, m_nLUT_s
-  ///         below 1 or tables of another size; std::out_of_range for a node outside the tables.
+  /// \throws std::invalid_argument for a drag that is not finite, hue rows outside 1..360, no
+  ///         columns or tables of another size; std::out_of_range for a node outside the tables.
   ///         The tables are left as they were.
-  static void Adjust(double m_original_s, std::int32_t m_original_h, double deltaS, double deltaH,
-                     std::int32_t m_nNodeRange_s, std::int32_t m_nNodeRange_h,
+  static void Adjust(const NodeDrag& drag, const TargetTables& tables);
+
+  /// The same one by one. m_original_s is not used.
+  static void Adjust(double /*m_original_s*/, std::int32_t m_original_h, double deltaS,
+                     double deltaH, std::int32_t m_nNodeRange_s, std::int32_t m_nNodeRange_h,
                      std::int32_t m_nHit_LUT_h, std::int32_t m_nHit_LUT_s,
                      std::span<double> m_LUT_sat, std::span<std::int32_t> m_LUT_hue,
-                     std::int32_t m_nLUT_h, std::int32_t m_nLUT_s, bool bAdjustCenterNode);
+                     std::int32_t m_nLUT_h, std::int32_t m_nLUT_s, bool bAdjustCenterNode) {
+    Adjust({m_original_h, deltaS, deltaH, m_nNodeRange_s, m_nNodeRange_h, m_nHit_LUT_h,
+            m_nHit_LUT_s, bAdjustCenterNode},
+           {m_LUT_sat, m_LUT_hue, m_nLUT_h, m_nLUT_s});
+  }
 
   /// Writes the changes and targets to the debugger log (level 0, categories "DebugPrint" and
   /// "Lut2D"); does nothing without a configuration.

@@ -1,4 +1,4 @@
-#include "lut2d_adjust.h"
+// TwoDLutHelper::Adjust: the drag of a node.
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "greycard/two_d_lut_helper.h"
 #include "integer_conversion.h"
 #include "text.h"
 
@@ -68,8 +69,8 @@ void checkDrag(const NodeDrag& drag, const TargetTables& tables) {
   if (!std::isfinite(drag.deltaS)) refuse("deltaS", formatGeneral(drag.deltaS), "finite");
   if (!std::isfinite(drag.deltaH)) refuse("deltaH", formatGeneral(drag.deltaH), "finite");
   if (tables.rows < 1 || tables.rows > kCircle)
-    refuse("m_nLUT_h", std::to_string(tables.rows), "1 to 360");
-  if (tables.columns < 1) refuse("m_nLUT_s", std::to_string(tables.columns), "1 or more");
+    refuse("m_nLUT_h (hue rows)", std::to_string(tables.rows), "1 to 360");
+  if (tables.columns < 1) refuse("m_nLUT_s (columns)", std::to_string(tables.columns), "1 or more");
   const auto nodes =
       static_cast<std::size_t>(tables.rows) * static_cast<std::size_t>(tables.columns);
   const std::string must = "m_nLUT_h * m_nLUT_s = " + std::to_string(nodes);
@@ -99,7 +100,7 @@ std::int32_t movedHue(std::int32_t hue, double change) {
 
 }  // namespace
 
-void adjustTargets(const NodeDrag& drag, const TargetTables& tables) {
+void TwoDLutHelper::Adjust(const NodeDrag& drag, const TargetTables& tables) {
   checkDrag(drag, tables);
   // New values come from these, so that a row met again on a second turn is not moved twice.
   const std::vector<double> oldSat(tables.sat.begin(), tables.sat.end());

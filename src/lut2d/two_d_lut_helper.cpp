@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "channels.h"
-#include "lut2d_adjust.h"
 #include "lut2d_inverse.h"
 #include "lut2d_process.h"
 #include "lut2d_record.h"
@@ -86,16 +85,6 @@ Vector3 TwoDLutHelper::HLStoRGB(double h, double s, double l) {
     default:
       return {high, m, middle};
   }
-}
-
-void TwoDLutHelper::Adjust(double /*m_original_s*/, std::int32_t m_original_h, double deltaS,
-                           double deltaH, std::int32_t m_nNodeRange_s, std::int32_t m_nNodeRange_h,
-                           std::int32_t m_nHit_LUT_h, std::int32_t m_nHit_LUT_s,
-                           std::span<double> m_LUT_sat, std::span<std::int32_t> m_LUT_hue,
-                           std::int32_t m_nLUT_h, std::int32_t m_nLUT_s, bool bAdjustCenterNode) {
-  adjustTargets({m_original_h, deltaS, deltaH, m_nNodeRange_s, m_nNodeRange_h, m_nHit_LUT_h,
-                 m_nHit_LUT_s, bAdjustCenterNode},
-                {m_LUT_sat, m_LUT_hue, m_nLUT_h, m_nLUT_s});
 }
 
 void TwoDLutHelper::DebugPrint() const {
