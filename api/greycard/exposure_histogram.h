@@ -29,8 +29,8 @@ struct ExposureHistograms {
 /// 256; those above the white level are counted with it. A grey picture has three equal channels.
 ///
 /// \param whiteLevel  sample of full scale: 255 makes bins of the codes of an 8-bit picture
-/// \throws std::invalid_argument for a picture without pixels, with samples missing, with other
-///         than 1 or 3 channels, or a white level outside 1..65535
+/// \throws std::invalid_argument for a picture that is not well-formed, or a white level outside
+///         1..65535
 GREYCARD_EXPORT ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel);
 
 }  // namespace greycard
