@@ -7,7 +7,8 @@ namespace greycard {
 
 /// Patches of the colour chart: 4 rows of 6 in chart order, patch 1 (dark skin) at row 0 of a
 /// table, patch 19 (white) at row 18, patch 24 (black) at row 23.
-inline constexpr int kPatchCount = 24;
+inline constexpr int kChartRows = 4, kChartColumns = 6;
+inline constexpr int kPatchCount = kChartRows * kChartColumns;
 
 using Vector3 = std::array<double, 3>;
 /// Row by row. A colour is a row vector, so a transform M maps colour c to c * transpose(M).
