@@ -21,7 +21,7 @@ using ChannelHistograms = std::array<std::array<double, kHistogramBins>, 3>;
 /// pixels between the two percentiles.
 struct ExposureHistograms {
   ChannelHistograms hist_CDF{}, hist_RGB{};
-  /// Mean of 0.299 R + 0.587 G + 0.114 B over the pixels, in bins (Rec. ITU-R BT.601).
+  /// Mean of luma601 over the pixels, in bins.
   double luma = 0.0;
 };
 

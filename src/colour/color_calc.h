@@ -8,6 +8,7 @@
 
 #include "double_matrix.h"
 #include "greycard/illum.h"
+#include "greycard/luma.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -15,9 +16,9 @@ namespace greycard {
 /// Selects the RGB/XYZ matrices: 0 and 2 sRGB, 1 Adobe RGB (1998), 3 custom, any other zeros.
 using RGBType = std::int32_t;
 
-/// Rows (0.299, 0.587, 0.114), ...: ITU-T T.871 (BT.601 luma), to four decimals.
+/// ITU-T T.871, clause 7 (BT.601 luma), to four decimals.
 inline constexpr Matrix3 kRgbToYCbCr{
-    {{0.299, 0.587, 0.114}, {-0.1687, -0.3313, 0.5}, {0.5, -0.4187, -0.0813}}};
+    {kLumaShares, {-0.1687, -0.3313, 0.5}, {0.5, -0.4187, -0.0813}}};
 /// sRGB, IEC 61966-2-1, to four decimals; white (95.05, 100, 108.9).
 inline constexpr Matrix3 kRgbToXyz{
     {{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};

@@ -5,6 +5,7 @@
 #include "color_calc.h"
 #include "colour_space.h"
 #include "delta_e_color_matrix_opt.h"
+#include "greycard/luma.h"
 #include "matrix_functions.h"
 #include "spectral_tables.h"
 #include "table_conversion.h"
@@ -12,7 +13,7 @@
 namespace greycard {
 namespace {
 
-constexpr Matrix3 kLumaDifference{{{0.299, 0.587, 0.114}, {0.0, -1.0, 1.0}, {1.0, -1.0, 0.0}}};
+constexpr Matrix3 kLumaDifference{{kLumaShares, {0.0, -1.0, 1.0}, {1.0, -1.0, 0.0}}};
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "code_values.h"
+#include "greycard/luma.h"
 
 namespace greycard {
 namespace {
@@ -33,7 +34,6 @@ ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel) {
     throw std::invalid_argument("the white level is " + std::to_string(whiteLevel) +
                                 "; it must be from 1 to 65535");
 
-  constexpr std::array<double, 3> kLumaShares{0.299, 0.587, 0.114};
   const Counts counts = countSamples(picture, whiteLevel);
   const auto total =
       static_cast<double>(picture.samples.size() / static_cast<std::size_t>(picture.channels));
@@ -46,8 +46,9 @@ ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel) {
       result.hist_CDF[c][bin] = static_cast<double>(pixelsSoFar) / total;
       result.hist_RGB[c][bin] = static_cast<double>(binSum) / total;
     }
-    result.luma += kLumaShares[c] * result.hist_RGB[c].back();
   }
+  const auto& [red, green, blue] = result.hist_RGB;
+  result.luma = luma601({red.back(), green.back(), blue.back()});
   return result;
 }
 

@@ -7,6 +7,7 @@
 
 #include "channels.h"
 #include "colour_space.h"
+#include "greycard/luma.h"
 #include "luma_target_run.h"
 
 namespace greycard {
@@ -14,11 +15,6 @@ namespace {
 
 double squared(double v) {
   return v * v;
-}
-
-// Rec. ITU-R BT.601, section 2.5.1.
-double luma601(const Vector3& rgb) {
-  return 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
 }
 
 }  // namespace
