@@ -1,7 +1,8 @@
 #include "greycard/illum.h"
 
-#include <algorithm>
 #include <array>
+
+#include "text.h"
 
 namespace greycard {
 namespace {
@@ -26,14 +27,6 @@ constexpr std::array kNames{
     NamedLight{illum_LED1, "LED1"},
     NamedLight{illum_LED2, "LED2"},
 };
-
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
 
 }  // namespace
 

@@ -29,6 +29,13 @@ TEST(Text, SplitsAndParses) {
   for (const char* bad : {"", "+", "+-1", "1 ", "0x1", "2147483648", "1.0"})
     EXPECT_FALSE(parseInt32(bad)) << bad;
   for (const char* bad : {"", "1,5", "--1", "1e"}) EXPECT_FALSE(parseDouble(bad)) << bad;
+  std::string_view line = "+1.5e1x";
+  EXPECT_EQ(takeDouble(line), 15.0);
+  EXPECT_FALSE(takeDouble(line));
+  EXPECT_EQ(line, "x");
+  EXPECT_EQ(withoutByteOrderMark("\xEF\xBB\xBF\xEF"), "\xEF");
+  EXPECT_TRUE(equalIgnoringCase("TL84 \xC4@[", "tl84 \xC4@["));
+  EXPECT_FALSE(equalIgnoringCase("\xC4", "\xE4"));
 }
 
 TEST(Text, FormatsAsTheCLocaleDoesWhateverTheLocale) {
