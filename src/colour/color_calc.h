@@ -43,25 +43,21 @@ class ColorCalc {
 
   Illum light() const { return light_; }
   const CDoubleMatrix& wavelengthNm() const { return wavelengthNm_; }  ///< 61 x 1
-  const CDoubleMatrix& targetXyz() const {
-    return targetXyz_;
-  }  ///< 24 x 3, Y = 100 for a perfect white
-  const CDoubleMatrix& targetLab() const {
-    return targetLab_;
-  }  ///< 24 x 3, relative to the D65 white
-  const CDoubleMatrix& whitePoint() const { return whitePoint_; }  ///< 1 x 3: 100 * (1, 1, 1) * T'
-  const CDoubleMatrix& spectrum() const { return spectrum_; }      ///< 61 x 1
-  const CDoubleMatrix& observer() const { return observer_; }      ///< 61 x 3
+  const PatchTable& targetXyz() const { return targetXyz_; }   ///< Y = 100 for a perfect white
+  const PatchTable& targetLab() const { return targetLab_; }   ///< relative to the D65 white
+  const Vector3& whitePoint() const { return whitePoint_; }    ///< 100 times T * (1, 1, 1)
+  const CDoubleMatrix& spectrum() const { return spectrum_; }  ///< 61 x 1
+  const CDoubleMatrix& observer() const { return observer_; }  ///< 61 x 3
   const CDoubleMatrix& reflectances() const { return reflectances_; }  ///< 61 x 24
-  const CDoubleMatrix& rgbToYCbCr() const { return rgbToYCbCr_; }      ///< 3 x 3
-  const CDoubleMatrix& xyzToRgb() const { return xyzToRgb_; }          ///< 3 x 3, Tinv
-  const CDoubleMatrix& rgbToXyz() const { return rgbToXyz_; }          ///< 3 x 3, T
+  const Matrix3& xyzToRgb() const { return xyzToRgb_; }                ///< Tinv
+  const Matrix3& rgbToXyz() const { return rgbToXyz_; }                ///< T
 
  private:
   Illum light_;
   CDoubleMatrix wavelengthNm_, spectrum_, observer_, reflectances_;
-  CDoubleMatrix targetXyz_, targetLab_;
-  CDoubleMatrix rgbToYCbCr_, rgbToXyz_, xyzToRgb_, whitePoint_;
+  PatchTable targetXyz_{}, targetLab_{};
+  Matrix3 rgbToXyz_{}, xyzToRgb_{};
+  Vector3 whitePoint_{};
 };
 
 }  // namespace greycard

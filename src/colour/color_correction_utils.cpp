@@ -5,8 +5,7 @@
 #include "color_matrix_opt.h"
 #include "delta_e_color_calc.h"
 #include "fit_input_check.h"
-#include "matrix_functions.h"
-#include "table_conversion.h"
+#include "matrix3.h"
 
 namespace greycard {
 namespace {
@@ -113,9 +112,7 @@ bool ColorCorrectionUtils::Optimize(const ColorCorrectionSettings& params,
   std::array<double, 3 * kPatchCount> lab;
   if (!M_color_correction_3illum(cm, lab, progress)) return false;
 
-  m_ccm = cm.m_nTransformType == kWideGamut
-              ? toMatrix3(MatrixMultiply(toMatrix(kWideToSRgb), toMatrix(cm.m_ccm)))
-              : cm.m_ccm;
+  m_ccm = cm.m_nTransformType == kWideGamut ? product(kWideToSRgb, cm.m_ccm) : cm.m_ccm;
   for (std::size_t i = 0; i < kPatchCount; ++i)
     m_macbethLab[i] = {lab[3 * i], lab[3 * i + 1], lab[3 * i + 2]};
   for (std::size_t c = 0; c < 3; ++c) m_wbGain[c] = cm.m_whiteBalance[c][c];
