@@ -44,7 +44,7 @@ HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int6
   return {faded(&LutTables::Entry::h), faded(&LutTables::Entry::s)};
 }
 
-std::int16_t wrapped(std::int64_t hue) {
+HueLane wrapped(std::int64_t hue) {
   if (hue >= 2 * kHueCircle) hue -= 2 * kHueCircle;
   if (hue >= kHueCircle) hue -= kHueCircle;
   if (hue < -kHueCircle) hue += 2 * kHueCircle;
@@ -54,7 +54,7 @@ std::int16_t wrapped(std::int64_t hue) {
     hue -= ((hue + kSextant) >> 12) * kThirdOfCircle;
     if (hue < 0) hue += kHueCircle;
   }
-  return static_cast<std::int16_t>(hue);
+  return lane<HueLane>(static_cast<int>(hue));
 }
 
 }  // namespace
@@ -65,14 +65,14 @@ void PixelBlock::lookUpPlainly(const LutTables& tables) {
     if (column == LutTables::kUntouchedColumn) continue;
     std::size_t row = tables.rowOfHue[static_cast<std::size_t>(hue[k])];
     if (row == LutTables::kNoRow) {
-      hue[k] = 0;
+      hue[k] = HueLane{};
       row = 0;
     }
-    const HueSat change = changeAt(tables, row, column, hue[k], sat[k],
+    const HueSat change = changeAt(tables, row, column, raw(hue[k]), raw(sat[k]),
                                    tables.fade[static_cast<std::size_t>(lightness[k])]);
-    hue[k] = wrapped(hue[k] + change.h);
-    sat[k] = static_cast<std::int16_t>(
-        std::clamp<std::int64_t>(sat[k] + change.s, 0, std::int64_t{kSatMax}));
+    hue[k] = wrapped(raw(hue[k]) + change.h);
+    sat[k] = lane<ShareLane>(
+        static_cast<int>(std::clamp<std::int64_t>(raw(sat[k]) + change.s, 0, kSatMax)));
   }
 }
 
