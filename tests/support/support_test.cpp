@@ -10,6 +10,7 @@
 #include "channels.h"
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
+#include "greycard/version.h"
 #include "numeric_error.h"
 #include "text.h"
 
@@ -18,6 +19,13 @@ namespace {
 
 using testing::ElementsAre;
 namespace fs = std::filesystem;
+
+TEST(Version, OfTheLibraryIsThatOfItsHeaders) {
+  EXPECT_STREQ(libraryVersion(), GREYCARD_VERSION);
+  EXPECT_EQ(libraryVersion(), std::to_string(GREYCARD_VERSION_MAJOR) + "." +
+                                  std::to_string(GREYCARD_VERSION_MINOR) + "." +
+                                  std::to_string(GREYCARD_VERSION_PATCH));
+}
 
 TEST(Text, SplitsAndParses) {
   EXPECT_THAT(splitText("0,0 64 80,,255 255", " ,"),
