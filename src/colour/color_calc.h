@@ -42,15 +42,19 @@ class ColorCalc {
             const std::optional<Matrix3>& customXyzToSRgb = std::nullopt);
 
   Illum light() const { return light_; }
-  const CDoubleMatrix& wavelengthNm() const { return wavelengthNm_; }  ///< 61 x 1
-  const PatchTable& targetXyz() const { return targetXyz_; }   ///< Y = 100 for a perfect white
-  const PatchTable& targetLab() const { return targetLab_; }   ///< relative to the D65 white
-  const Vector3& whitePoint() const { return whitePoint_; }    ///< 100 times T * (1, 1, 1)
-  const CDoubleMatrix& spectrum() const { return spectrum_; }  ///< 61 x 1
-  const CDoubleMatrix& observer() const { return observer_; }  ///< 61 x 3
-  const CDoubleMatrix& reflectances() const { return reflectances_; }  ///< 61 x 24
-  const Matrix3& xyzToRgb() const { return xyzToRgb_; }                ///< Tinv
-  const Matrix3& rgbToXyz() const { return rgbToXyz_; }                ///< T
+  /// The wavelength grid, 61 x 1; the light's spectrum, 61 x 1; the observer, 61 x 3; the patches,
+  /// 61 x 24.
+  const CDoubleMatrix& wavelengthNm() const { return wavelengthNm_; }
+  const CDoubleMatrix& spectrum() const { return spectrum_; }
+  const CDoubleMatrix& observer() const { return observer_; }
+  const CDoubleMatrix& reflectances() const { return reflectances_; }
+  /// The chart, Y = 100 for a perfect white, and its L*a*b* relative to the D65 white.
+  const PatchTable& targetXyz() const { return targetXyz_; }
+  const PatchTable& targetLab() const { return targetLab_; }
+  /// T, RGB to XYZ on the 0..1 scale; Tinv, its inverse; the white point 100 T * (1, 1, 1).
+  const Matrix3& rgbToXyz() const { return rgbToXyz_; }
+  const Matrix3& xyzToRgb() const { return xyzToRgb_; }
+  const Vector3& whitePoint() const { return whitePoint_; }
 
  private:
   Illum light_;
