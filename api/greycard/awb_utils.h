@@ -32,21 +32,32 @@ class GREYCARD_EXPORT AWBUtils {
  public:
   using ReferencePoints = std::array<WhiteBalancePoint, 3>;
 
-  /// The point (px, py) of the source plane in the target plane.
+  /// \ingroup own
+  /// A point of the source plane in the target plane.
   ///
-  /// \param srcRG1..srcBG3        the reference points as the source sensor sees them
-  /// \param targetRG1..targetBG3  the same as the target sensor sees them
-  /// \return rg and bg of the transformed point
+  /// \param source  the reference points as the source sensor sees them
+  /// \param target  the same as the target sensor sees them
   ///
   /// Nothing is checked. Source points on one line, or two in one place, leave the transform open:
   /// the result is then what a zero pivot of the elimination makes of it, often huge
   /// (SpansPlane tells). A value that is not finite gives one that isn't.
+  WhiteBalancePoint GetTranformPtbyAffineTransform(const ReferencePoints& source,
+                                                   const ReferencePoints& target,
+                                                   const WhiteBalancePoint& point) const {
+    return GetAffineTransform(source, target)(point);
+  }
+  /// \ingroup contract
+  /// The same one by one, for the point (px, py).
   WhiteBalancePoint GetTranformPtbyAffineTransform(double srcRG1, double srcBG1, double srcRG2,
                                                    double srcBG2, double srcRG3, double srcBG3,
                                                    double targetRG1, double targetBG1,
                                                    double targetRG2, double targetBG2,
                                                    double targetRG3, double targetBG3, double px,
-                                                   double py) const;
+                                                   double py) const {
+    return GetTranformPtbyAffineTransform(
+        {{{srcRG1, srcBG1}, {srcRG2, srcBG2}, {srcRG3, srcBG3}}},
+        {{{targetRG1, targetBG1}, {targetRG2, targetBG2}, {targetRG3, targetBG3}}}, {px, py});
+  }
 
   /// \ingroup own
   /// The transform itself, for several points. Not checked either.

@@ -4,10 +4,10 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 #include "greycard/export.h"
 #include "greycard/picture.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -24,7 +24,7 @@ namespace greycard {
 GREYCARD_EXPORT PatchRegions readRegions(const std::filesystem::path& path);
 
 /// The same for the text of a region file; `name` stands for the file in messages.
-GREYCARD_EXPORT PatchRegions parseRegions(std::string_view text, const std::string& name);
+GREYCARD_EXPORT PatchRegions parseRegions(TextView text, const std::string& name);
 
 /// The regions as the text of a region file, each number as printf's "%.0f" (halves to even).
 GREYCARD_EXPORT std::string formatRegions(const PatchRegions& regions);

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string_view>
 
 #include "greycard/export.h"
 #include "greycard/illum.h"
 #include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -37,7 +37,7 @@ enum class ModelSensor : std::int32_t {
 };
 
 /// The sensor of that name, letter case ignored: "ordinary", "narrow", "broad", "colorimetric".
-GREYCARD_EXPORT std::optional<ModelSensor> modelSensorFromName(std::string_view name);
+GREYCARD_EXPORT std::optional<ModelSensor> modelSensorFromName(TextView name);
 /// The name above; "unknown" for any other value.
 GREYCARD_EXPORT const char* modelSensorName(ModelSensor sensor);
 

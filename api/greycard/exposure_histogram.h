@@ -25,7 +25,7 @@ using ChannelHistograms = std::array<std::array<double, kHistogramBins>, 3>;
 /// pixels between the two percentiles.
 struct ExposureHistograms {
   ChannelHistograms hist_CDF{}, hist_RGB{};
-  /// Mean of 0.299 R + 0.587 G + 0.114 B over the pixels, in bins (Rec. ITU-R BT.601).
+  /// Mean of luma601 over the pixels, in bins.
   double luma = 0.0;
 };
 
@@ -34,8 +34,8 @@ struct ExposureHistograms {
 /// 256; those above the white level are counted with it. A grey picture has three equal channels.
 ///
 /// \param whiteLevel  sample of full scale: 255 makes bins of the codes of an 8-bit picture
-/// \throws std::invalid_argument for a picture without pixels, with samples missing, with other
-///         than 1 or 3 channels, or a white level outside 1..65535
+/// \throws std::invalid_argument for a picture that is not well-formed, or a white level outside
+///         1..65535
 GREYCARD_EXPORT ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel);
 
 }  // namespace greycard

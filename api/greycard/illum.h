@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 #include "greycard/export.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -38,7 +38,7 @@ enum Illum : std::int32_t {
 /// \ingroup own
 /// The light of that name, letter case ignored: "A", "D65", "TL84", "Outdoor", "Lowlight", "LED",
 /// "Strobe", "D50", "Horizon", "CoolWhite", "D75", "LED1", "LED2". Empty for any other text.
-GREYCARD_EXPORT std::optional<Illum> illumFromName(std::string_view name);
+GREYCARD_EXPORT std::optional<Illum> illumFromName(TextView name);
 
 /// \ingroup own
 /// The name above; "unknown" for any value without one.

@@ -46,6 +46,18 @@ struct Picture {
   }
 };
 
+/// Whether the picture's fields agree: at least one pixel, 1 or 3 channels, 8 or 16 bits, and as
+/// many samples as these say.
+inline bool isWellFormed(const Picture& picture) {
+  if (picture.width <= 0 || picture.height <= 0) return false;
+  if (picture.channels != 1 && picture.channels != 3) return false;
+  if (picture.bits != 8 && picture.bits != 16) return false;
+  const auto rowSamples =
+      static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
+  return picture.samples.size() / rowSamples == static_cast<std::size_t>(picture.height) &&
+         picture.samples.size() % rowSamples == 0;
+}
+
 /// Reads a PNG, TIFF, JPEG, JPEG 2000, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or
 /// colour; an alpha channel is dropped, an orientation mark is obeyed.
 /// \throws FileError that names the file and the reason; nothing else.

@@ -10,7 +10,8 @@ namespace greycard {
 /// \ingroup contract
 /// Patches of the colour chart: 4 rows of 6 in chart order, patch 1 (dark skin) at row 0 of a
 /// table, patch 19 (white) at row 18, patch 24 (black) at row 23.
-inline constexpr int kPatchCount = 24;
+inline constexpr int kChartRows = 4, kChartColumns = 6;
+inline constexpr int kPatchCount = kChartRows * kChartColumns;
 
 using Vector3 = std::array<double, 3>;
 /// \ingroup contract

@@ -88,9 +88,6 @@ void ExposureImages::add(const ExposureImage& image) {
   Weight.push_back(image.Weight);
   curr_luma.push_back(image.curr_luma.value_or(histograms.luma));
   cur_target.push_back(image.cur_target.value_or(curr_luma.back()));
-  max_pushup_mean.push_back(image.max_pushup_mean);
-  max_pushdown_mean.push_back(image.max_pushdown_mean);
-  max_dark_mean.push_back(image.max_dark_mean);
   const std::string name = image.picture ? image.picture->filename().string()
                                          : "image " + std::to_string(figures.size() + 1);
   figures.push_back({image.name.value_or(name), image.Weight, curr_luma.back(), cur_target.back(),

@@ -10,7 +10,6 @@ namespace greycard {
 struct ExposureImages {
   std::vector<ExposureFigures> figures;
   std::vector<double> Weight, newTarget, curr_luma, cur_target;
-  std::vector<double> max_pushup_mean, max_pushdown_mean, max_dark_mean;
   std::vector<ChannelHistograms> hist_RGB, hist_CDF;
 
   /// Reads the pictures.

@@ -5,35 +5,41 @@
 namespace greycard {
 namespace {
 
-// One call of GA, with room for all it gives.
-struct Call {
-  explicit Call(std::size_t images)
-      : safe(images), brief(safe), lasting(safe), pushUp(safe), pushDown(safe), dark(safe) {}
-
-  GaParameters run(const ExposureJob& job, const ExposureImages& images,
-                   const GaParameters& fallback, bool isManual, const SearchOptions& options) {
-    return NLoptHelper().GA(job.lowerBound, job.upperBound, job.initialBound,
-                            static_cast<int>(job.images.size()), images.Weight, images.newTarget,
-                            images.curr_luma, images.cur_target, job.max_drc_gain, job.ADRC_Enable,
-                            images.hist_RGB, images.hist_CDF, images.max_pushup_mean,
-                            images.max_pushdown_mean, images.max_dark_mean, fallback,
-                            job.parameters_enable, isManual, fourTargets, safe, brief, lasting,
-                            pushUp, pushDown, dark, resultCode, meanError, error, options, &report);
-  }
-
-  std::vector<std::array<double, 4>> fourTargets;
-  std::vector<double> safe, brief, lasting, pushUp, pushDown, dark;
-  int resultCode = 0;
-  double meanError = 0.0, error = 0.0;
-  GaReport report;
-};
+GaResult run(const ExposureJob& job, const ExposureImages& images, const GaParameters& fallback,
+             bool isManual, const SearchOptions& options) {
+  return NLoptHelper().GA({.lowerBound = job.lowerBound,
+                           .upperBound = job.upperBound,
+                           .initialBound = job.initialBound,
+                           .imageCount = static_cast<int>(job.images.size()),
+                           .Weight = images.Weight,
+                           .newTarget = images.newTarget,
+                           .curr_luma = images.curr_luma,
+                           .cur_target = images.cur_target,
+                           .max_drc_gain = job.max_drc_gain,
+                           .ADRC_Enable = job.ADRC_Enable,
+                           .hist_RGB = images.hist_RGB,
+                           .hist_CDF = images.hist_CDF,
+                           .initial_parameter = fallback,
+                           .parameters_enable = job.parameters_enable,
+                           .isManual = isManual},
+                          options);
+}
 
 ExposureEvaluation evaluate(const ExposureJob& job, const ExposureImages& images,
                             const GaParameters& parameters) {
-  Call call(job.images.size());
-  call.run(job, images, parameters, true, {});
-  return {parameters,    call.safe, call.fourTargets, call.pushUp,
-          call.pushDown, call.dark, call.error,       call.meanError};
+  const GaResult result = run(job, images, parameters, true, {});
+  ExposureEvaluation evaluation;
+  evaluation.parameters = parameters;
+  for (const GaImageResult& image : result.images) {
+    evaluation.target.push_back(image.safeTarget);
+    evaluation.fourTargets.push_back(image.fourTargets);
+    evaluation.pushUp.push_back(image.pushUp);
+    evaluation.pushDown.push_back(image.pushDown);
+    evaluation.dark.push_back(image.dark);
+  }
+  evaluation.error = result.error;
+  evaluation.meanError = result.meanTargetError;
+  return evaluation;
 }
 
 }  // namespace
@@ -44,20 +50,19 @@ double ExposureFit::evaluationsPerSecond() const {
 
 ExposureFit fitExposure(const ExposureJob& job, const SearchOptions& options) {
   const ExposureImages images(job);
-  Call call(
-      job.images.size());  // first, for it names the arguments that it refuses as the job does
-  const GaParameters x = call.run(job, images, job.fixedParameters(), false, options);
+  // First, for it names the arguments that it refuses as the job does.
+  const GaResult result = run(job, images, job.fixedParameters(), false, options);
   ExposureFit fit;
-  fit.resultCode = call.resultCode;
-  fit.least = call.error;
-  fit.evaluations = call.report.evaluations;
-  fit.seconds = call.report.seconds;
+  fit.resultCode = *result.resultCode;
+  fit.least = result.error;
+  fit.evaluations = result.report.evaluations;
+  fit.seconds = result.report.seconds;
   fit.seed = options.seed;
-  fit.bestKeepsConstraints = call.report.bestKeepsConstraints;
+  fit.bestKeepsConstraints = result.report.bestKeepsConstraints;
   fit.images = images.figures;
   fit.start = evaluate(job, images, job.inUse(job.initialBound));
-  fit.returned = evaluate(job, images, job.inUse(x));
-  fit.best = evaluate(job, images, job.inUse(call.report.best));
+  fit.returned = evaluate(job, images, job.inUse(result.parameters));
+  fit.best = evaluate(job, images, job.inUse(result.report.best));
   return fit;
 }
 

@@ -61,7 +61,7 @@ Lut2dInverse invertLut2d(const Lut2DConfig& table) {
   inverse.table.inverse_flag = 1.0F;
   TwoDLutHelper helper;
   helper.SetConfig(inverse.table);
-  helper.CalInverseLut2dCfg();
+  helper.CalInverseLut2dCfg(TextSink());
   inverse.report.uncoveredNodes = helper.UncoveredNodes();
   inverse.table.inverse_flag = 0.0F;
   for (std::size_t i = 0; i < kLut2dNodes; ++i) {

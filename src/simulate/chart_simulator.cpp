@@ -6,6 +6,7 @@
 
 #include "chart_geometry.h"
 #include "picture_encoder.h"
+#include "picture_view.h"
 #include "row_blur.h"
 #include "scene_colours.h"
 #include "scene_rows.h"
@@ -66,7 +67,7 @@ bool ChartSimulator::Simulate(const ProgressCallback& progress) {
     optics.next(y, rgb);
     vignetting.apply(y, rgb);
     noise.addTo(rgb);
-    encoder.encode(rgb, {picture.pixel(0, y), rgb.size()});
+    encoder.encode(rgb, samplesOf(picture).row(static_cast<std::size_t>(y)));
   }
 
   SimulationTruth truth;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "normal_source.h"
+#include "picture_view.h"
 #include "setting_check.h"
 
 namespace greycard {
@@ -40,6 +41,7 @@ bool FlatFieldSimulator::Simulate(const ProgressCallback& progress) {
   for (int y = 0; y < s.height; ++y) {
     if (progress && y % kRowsPerReport == 0 && !progress(static_cast<double>(y) / s.height))
       return false;
+    const auto row = samplesOf(picture).row(static_cast<std::size_t>(y));
     for (int x = 0; x < s.width; ++x) {
       const double dx = x - cx, dy = y - cy, rho = std::sqrt((dx * dx + dy * dy) * perCorner);
       double value = s.level * (1.0 - s.fallOff * rho * rho);
@@ -47,7 +49,8 @@ bool FlatFieldSimulator::Simulate(const ProgressCallback& progress) {
         const double sigma = s.centreSigma * gainAt(rho);
         value += std::sqrt(sigma * sigma - kRoundingVariance) * normal.next();
       }
-      *picture.pixel(x, y) = static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kMost)));
+      row[static_cast<std::size_t>(x)] =
+          static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kMost)));
     }
   }
   m_picture = std::move(picture);

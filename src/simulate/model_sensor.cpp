@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "spectral_tables.h"
+#include "text.h"
 #include "white_adaptation.h"
 
 namespace greycard {
@@ -42,16 +43,11 @@ CDoubleMatrix coneResponses(const CDoubleMatrix& gridNm) {
   return result;
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
-std::optional<ModelSensor> modelSensorFromName(std::string_view name) {
+std::optional<ModelSensor> modelSensorFromName(TextView name) {
   for (std::size_t i = 0; i < kNames.size(); ++i)
-    if (std::ranges::equal(std::string_view(kNames[i]), name, {}, {}, lower))
-      return static_cast<ModelSensor>(i);
+    if (equalIgnoringCase(kNames[i], name)) return static_cast<ModelSensor>(i);
   return std::nullopt;
 }
 

@@ -22,6 +22,7 @@ void expectMapped(const Points& s, const Points& t, const WhiteBalancePoint& p,
   const WhiteBalancePoint found = mapped(s, t, p);
   EXPECT_NEAR(found.rg, wanted.rg, 1e-9);
   EXPECT_NEAR(found.bg, wanted.bg, 1e-9);
+  EXPECT_EQ(AWBUtils().GetTranformPtbyAffineTransform(s, t, p), found);
 }
 
 // p = l1 s1 + l2 s2 + l3 s3 with areas of triangles as l (Moebius) is l1 t1 + l2 t2 + l3 t3.
