@@ -6,7 +6,6 @@
 #include <string>
 
 #include "greycard/export.h"
-#include "greycard/picture.h"
 #include "greycard/text_view.h"
 #include "greycard/types.h"
 
@@ -31,13 +30,5 @@ GREYCARD_EXPORT std::string formatRegions(const PatchRegions& regions);
 
 /// Writes the region file under a temporary name and renames it. \throws FileError
 GREYCARD_EXPORT void writeRegions(const std::filesystem::path& path, const PatchRegions& regions);
-
-/// An 8-bit R, G, B copy of the picture with the outline of each region and its patch
-/// number, 1..24, drawn into it: white on a black rim, so that they show on every patch, in strokes
-/// that grow with the regions. Regions outside the picture, without area or not finite are left
-/// out.
-///
-/// \throws std::invalid_argument when the picture's size and samples disagree or it is empty.
-GREYCARD_EXPORT Picture annotateRegions(const Picture& picture, const PatchRegions& regions);
 
 }  // namespace greycard

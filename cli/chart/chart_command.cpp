@@ -42,7 +42,7 @@ void run(const ChartOptions& options) {
   const PatchRegions& regions = search.chart.patches();
 
   if (!options.annotated.empty())
-    writePicture(options.annotated, annotateRegions(picture, regions));
+    writePicture(options.annotated, present::annotateRegions(picture, regions));
   if (!options.regionFile.empty()) writeRegions(options.regionFile, regions);
   if (!options.json.empty()) writeText(options.json, present::toJson(search));
   if (!options.printsText()) return;

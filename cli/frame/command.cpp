@@ -9,6 +9,7 @@
 
 #include "greycard/diagnostics.h"
 #include "greycard/names.h"
+#include "greycard/version.h"
 
 namespace greycard::cli {
 namespace {
@@ -115,7 +116,7 @@ int runGreycard(int argc, char** argv, void (*addSubCommands)(CLI::App& program)
   silenceLibrary();
   CLI::App app("Camera image-quality tuning: tone curves, chart detection, colour correction",
                "greycard");
-  app.set_version_flag("--version", "greycard " GREYCARD_VERSION);
+  app.set_version_flag("--version", std::string("greycard ") + libraryVersion());
   app.footer(
       "Example:\n  greycard simulate -o chart.png\n\n"
       "greycard SUB-COMMAND --help tells more about each. Exit status: 0 done, 1 the job could\n"

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "greycard/present/chart.h"
 #include "greycard/present/fitting.h"
@@ -18,6 +19,11 @@ namespace {
 using namespace greycard;
 using Try = void (*)(std::string_view text);
 
+// Regions may lie anywhere.
+void draw(const ChartSearch& search) {
+  present::annotateRegions(Picture(24, 16, 3, 8), search.chart.patches());
+}
+
 template <typename Value>
 void readAndWrite(std::string_view text) {
   Value value;
@@ -30,6 +36,7 @@ void readAndWrite(std::string_view text) {
   Value again;
   present::fromJson(written, again);
   if (present::toJson(again) != written) std::abort();
+  if constexpr (std::is_same_v<Value, ChartSearch>) draw(value);
 }
 
 constexpr Try kTries[] = {readAndWrite<ChartSearch>,        readAndWrite<ChartFitOptions>,

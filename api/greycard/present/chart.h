@@ -34,6 +34,15 @@ GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, EvaluationOptions& 
 GREYCARD_PRESENT_EXPORT std::string toJson(const ChartEvaluation& evaluation);
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, ChartEvaluation& evaluation);
 
+/// An 8-bit R, G, B copy of the picture with the outline of each region and its patch
+/// number, 1..24, drawn into it: white on a black rim, so that they show on every patch, in strokes
+/// that grow with the regions. Regions outside the picture, without area or not finite are left
+/// out.
+///
+/// \throws std::invalid_argument when the picture's size and samples disagree or it is empty.
+GREYCARD_PRESENT_EXPORT Picture annotateRegions(const Picture& picture,
+                                                const PatchRegions& regions);
+
 /// A self-contained page about a fit: no script, nothing fetched from anywhere.
 /// \param photograph  the picture that was fitted
 GREYCARD_PRESENT_EXPORT std::string fitReport(const ChartFit& fit, const Picture& photograph);

@@ -1,15 +1,14 @@
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <opencv2/imgproc.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
 
-#include "greycard/chart_regions.h"
-#include "picture_mat.h"
-#include "search_image.h"
+#include "greycard/present/chart.h"
 
-namespace greycard {
+namespace greycard::present {
 namespace {
 
 const cv::Scalar kRim(0, 0, 0), kStroke(255, 255, 255);
@@ -46,23 +45,53 @@ void drawNumber(cv::Mat& image, const cv::Rect& rect, int number, int stroke) {
   cv::putText(image, text, origin, kFont, scale, kStroke, stroke, cv::LINE_AA);
 }
 
+// Full scale of an encoded picture: that of its bits or, for 16, of the fewest bits that hold it.
+int fullScale(const Picture& picture) {
+  if (picture.bits == 8) return 255;
+  const int brightest = *std::ranges::max_element(picture.samples);
+  for (const int scale : {1023, 4095, 16383})
+    if (brightest <= scale) return scale;
+  return 65535;
+}
+
+// In 8 bits a channel, R, G, B.
+cv::Mat canvasOf(const Picture& picture) {
+  const int white = fullScale(picture);
+  cv::Mat canvas(picture.height, picture.width, CV_8UC3);
+  const std::uint16_t* sample = picture.samples.data();
+  for (int y = 0; y < picture.height; ++y)
+    for (int x = 0; x < picture.width; ++x, sample += picture.channels)
+      for (int c = 0; c < 3; ++c) {
+        const int code = std::min<int>(sample[picture.channels == 3 ? c : 0], white);
+        canvas.at<cv::Vec3b>(y, x)[c] =
+            static_cast<std::uint8_t>((510 * code + white) / (2 * white));
+      }
+  return canvas;
+}
+
+Picture pictureOf(const cv::Mat& canvas) {
+  Picture picture(canvas.cols, canvas.rows, 3, 8);
+  std::copy(canvas.datastart, canvas.dataend, picture.samples.begin());
+  return picture;
+}
+
 }  // namespace
 
 Picture annotateRegions(const Picture& picture, const PatchRegions& regions) {
   if (!isWellFormed(picture))
     throw std::invalid_argument(
         "the picture to annotate is empty or its size and samples disagree");
-  auto image = searchImage(picture, {});
+  cv::Mat canvas = canvasOf(picture);
   for (std::size_t i = 0; i < regions.size(); ++i) {
-    const auto rect = visibleRect(regions[i], image.size());
+    const auto rect = visibleRect(regions[i], canvas.size());
     if (!rect) continue;
     const int stroke = std::max(
         1, static_cast<int>(std::lround(kStrokeShare * std::min(rect->width, rect->height))));
-    cv::rectangle(image, *rect, kRim, 3 * stroke);
-    cv::rectangle(image, *rect, kStroke, stroke);
-    drawNumber(image, *rect, static_cast<int>(i) + 1, stroke);
+    cv::rectangle(canvas, *rect, kRim, 3 * stroke);
+    cv::rectangle(canvas, *rect, kStroke, stroke);
+    drawNumber(canvas, *rect, static_cast<int>(i) + 1, stroke);
   }
-  return fromMat(image);
+  return pictureOf(canvas);
 }
 
-}  // namespace greycard
+}  // namespace greycard::present
