@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "greycard/export.h"
 
@@ -14,6 +15,9 @@ namespace greycard {
 /// \param kind  what is named, as in "curve"
 GREYCARD_EXPORT std::string unknownName(const std::string& kind, const std::string& name,
                                         std::span<const std::string> known);
+
+/// Whether the texts differ at most in the case of ASCII letters, whatever the locale.
+GREYCARD_EXPORT bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 /// The names with commas between them.
 GREYCARD_EXPORT std::string listed(std::span<const std::string> names);

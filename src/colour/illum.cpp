@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "text.h"
+#include "greycard/names.h"
 
 namespace greycard {
 namespace {

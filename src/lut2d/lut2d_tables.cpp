@@ -13,7 +13,8 @@ namespace {
 // beyond any use. Weights of the fade stay within 16 bits.
 constexpr std::int64_t kLargestEntry = std::int64_t{1} << 34;
 constexpr std::int32_t kLargestHueNode = 1 << 27, kLargestSatNode = 1 << 20;
-constexpr std::int32_t kLargestLightness = 1 << 14, kLargestBlend = 1 << 15, kLargestShift = 24;
+constexpr std::int32_t kLargestLightness = 1 << 14, kLargestBlend = 1 << 15;
+constexpr std::int32_t kMostShift = 24;
 constexpr std::int64_t kEntryMax = 511, kEntryMin = -512;
 
 template <typename Integer>
@@ -47,8 +48,8 @@ void buildNodes(const lut2d_cfg& record, LutTables& tables) {
 }
 
 void buildEntries(const lut2d_cfg& record, LutTables& tables) {
-  const int hShift = std::max(truncated(record.h_shift, kLargestShift), 0);
-  const int sShift = std::max(truncated(record.s_shift, kLargestShift), 0);
+  const int hShift = std::max(truncated(record.h_shift, kMostShift), 0);
+  const int sShift = std::max(truncated(record.s_shift, kMostShift), 0);
   for (std::size_t i = 0; i < kLut2dHueRows; ++i)
     for (std::size_t j = 0; j < kLut2dSatColumns; ++j) {
       const Lut2dPair& delta = record.delta[i][j];

@@ -15,11 +15,6 @@ void refuseName(const std::string& kind, const std::string& name,
   throw std::invalid_argument(unknownName(kind, name, known));
 }
 
-bool isSameIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
-
 JsonReader::JsonReader(const Json& object, JsonKind kind, std::string prefix)
     : m_object(object), m_kind(kind), m_prefix(std::move(prefix)) {
   if (object.is_object()) return;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "describe.h"
+#include "greycard/names.h"
 #include "json_text.h"
 
 namespace greycard::present {
@@ -27,8 +28,6 @@ enum class JsonKind { Options, Result, Document };
 /// \throws std::invalid_argument with the closest of the known names
 [[noreturn]] void refuseName(const std::string& kind, const std::string& name,
                              std::span<const std::string> known);
-
-bool isSameIgnoringCase(std::string_view a, std::string_view b);
 
 /// Fills a described value from a JSON object (describe.h). What is wrong is thrown as
 /// std::invalid_argument with a plain text that begins with the field; the caller adds the file.
@@ -212,7 +211,7 @@ class JsonReader {
     const auto text = json.template get<std::string>();
     std::vector<std::string> names;
     for (const auto& [value, known] : EnumNames<Enum>::kNames) {
-      if (isSameIgnoringCase(known, text)) return value;
+      if (equalIgnoringCase(known, text)) return value;
       names.emplace_back(known);
     }
     refuseName(EnumNames<Enum>::kKind, text, names);

@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "greycard/names.h"
 #include "spectral_tables.h"
-#include "text.h"
 #include "white_adaptation.h"
 
 namespace greycard {

@@ -1,17 +1,14 @@
 #include "greycard/names.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "text.h"
+
 namespace greycard {
 namespace {
-
-int lowerCase(char c) {
-  return std::tolower(static_cast<unsigned char>(c));
-}
 
 // Levenshtein's distance, in halves: a change of case alone counts half of another change.
 std::size_t distance(std::string_view a, std::string_view b) {
@@ -47,6 +44,10 @@ std::string unknownName(const std::string& kind, const std::string& name,
   std::string text = "there is no " + kind + " \"" + name + "\"";
   if (closest != nullptr) text += "; did you mean \"" + *closest + "\"?";
   return text + (closest != nullptr ? " Known: " : "; known: ") + listed(known);
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, lowerCase, lowerCase);
 }
 
 std::string listed(std::span<const std::string> names) {

@@ -59,10 +59,6 @@ std::string_view withoutByteOrderMark(std::string_view text) {
   return text;
 }
 
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, lowerCase, lowerCase);
-}
-
 std::optional<double> takeDouble(std::string_view& text) {
   return takeNumber<double>(text);
 }

@@ -23,7 +23,6 @@ std::string_view withoutByteOrderMark(std::string_view text);
 constexpr char lowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
-bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 /// Takes a decimal number, "inf" or "nan" (a leading + is accepted) off the front of `text`; empty,
 /// with nothing taken, when there is none or it is too large or too small for a double.

@@ -9,15 +9,15 @@
 namespace greycard {
 namespace {
 
-using Points = AWBUtils::ReferencePoints;
+using References = AWBUtils::ReferencePoints;
 
-WhiteBalancePoint mapped(const Points& s, const Points& t, const WhiteBalancePoint& p) {
+WhiteBalancePoint mapped(const References& s, const References& t, const WhiteBalancePoint& p) {
   return AWBUtils().GetTranformPtbyAffineTransform(s[0].rg, s[0].bg, s[1].rg, s[1].bg, s[2].rg,
                                                    s[2].bg, t[0].rg, t[0].bg, t[1].rg, t[1].bg,
                                                    t[2].rg, t[2].bg, p.rg, p.bg);
 }
 
-void expectMapped(const Points& s, const Points& t, const WhiteBalancePoint& p,
+void expectMapped(const References& s, const References& t, const WhiteBalancePoint& p,
                   const WhiteBalancePoint& wanted) {
   const WhiteBalancePoint found = mapped(s, t, p);
   EXPECT_NEAR(found.rg, wanted.rg, 1e-9);
@@ -34,8 +34,8 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
     return (b.rg - a.rg) * (c.bg - a.bg) - (c.rg - a.rg) * (b.bg - a.bg);
   };
   for (int round = 0; round < 200; ++round) {
-    Points s, t;
-    for (Points* points : {&s, &t})
+    References s, t;
+    for (References* points : {&s, &t})
       for (auto& [rg, bg] : *points) rg = ratio(random), bg = ratio(random);
     const WhiteBalancePoint p{ratio(random), ratio(random)};
     const double whole = area(s[0], s[1], s[2]);
@@ -55,7 +55,7 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
 
 TEST(AWBUtils, SourcePointsWithoutAPlaneAreToldAndHarmless) {
   const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
-  for (const Points& s : {Points{{{0.1, 0.1}, {0.2, 0.2}, {0.3, 0.3}}},
+  for (const References& s : {References{{{0.1, 0.1}, {0.2, 0.2}, {0.3, 0.3}}},
                           {{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0}}},
                           {{{0.5, 0.6}, {0.5, 0.6}, {0.9, 0.3}}},
                           {{{0.0, 0.0}, {0.0, 0.0}, {0.0, 0.0}}},

@@ -10,6 +10,7 @@
 #include "channels.h"
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
+#include "greycard/names.h"
 #include "greycard/version.h"
 #include "numeric_error.h"
 #include "text.h"
