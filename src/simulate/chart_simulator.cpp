@@ -17,7 +17,6 @@
 namespace greycard {
 namespace {
 
-
 // Light falls by cos^4 of the angle to the axis: (1 + k r^2)^-2 at distance r from the centre, k
 // such that a share `loss` is lost in the corners.
 class Vignetting {

@@ -56,11 +56,11 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
 TEST(AWBUtils, SourcePointsWithoutAPlaneAreToldAndHarmless) {
   const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
   for (const References& s : {References{{{0.1, 0.1}, {0.2, 0.2}, {0.3, 0.3}}},
-                          {{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0}}},
-                          {{{0.5, 0.6}, {0.5, 0.6}, {0.9, 0.3}}},
-                          {{{0.0, 0.0}, {0.0, 0.0}, {0.0, 0.0}}},
-                          {{{nan, 0.6}, {0.5, 0.3}, {0.9, 0.3}}},
-                          {{{inf, 0.6}, {0.5, 0.3}, {0.9, 0.3}}}}) {
+                              {{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0}}},
+                              {{{0.5, 0.6}, {0.5, 0.6}, {0.9, 0.3}}},
+                              {{{0.0, 0.0}, {0.0, 0.0}, {0.0, 0.0}}},
+                              {{{nan, 0.6}, {0.5, 0.3}, {0.9, 0.3}}},
+                              {{{inf, 0.6}, {0.5, 0.3}, {0.9, 0.3}}}}) {
     EXPECT_FALSE(AWBUtils::SpansPlane(s));
     EXPECT_NO_THROW(mapped(s, {{{0.5, 1.0}, {0.6, 0.9}, {0.9, 0.2}}}, {0.5, 0.5}));
   }
