@@ -103,18 +103,5 @@ TEST(SimulatedColour, ColorimetricSensorIsExactUnderEveryLight) {
   }
 }
 
-TEST(SimulatedColour, LevelsAndClipping) {
-  auto settings = linear16(illum_D65, ModelSensor::Ordinary);
-  settings.blackLevel = 64;
-  settings.whiteLevel = 4095;
-  settings.whiteShare = 1.5;
-  const auto shot = simulate(settings);
-  const auto& truth = shot.m_truth;
-  EXPECT_EQ(pixelAt(shot.m_picture, truth.centres[18])[1], 4095);
-  EXPECT_NEAR(pixelAt(shot.m_picture, truth.centres[23])[2], 64 + truth.rgb[23][2] * (4095 - 64),
-              0.501);
-  EXPECT_NEAR(truth.rgb[18][1], 1.5, 1e-12);
-}
-
 }  // namespace
 }  // namespace greycard
