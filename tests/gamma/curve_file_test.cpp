@@ -111,6 +111,12 @@ TEST_F(CurveFile, WhatIsWrittenWithoutSomeListsOrTables) {
   EXPECT_THAT(*curve->GetFileText(64, 8), testing::StartsWith("GammaTableV2R:\r\n"));
   EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("\n\r\nGammaTableV2B:\r\n"));
   EXPECT_THAT(*curve->GetFileText(64, 8), testing::Not(HasSubstr("ControlPoints")));
+  curve->SetControlPoints(ColorChannel::Green, "0,0 9,9");
+  curve->SetControlPoints(ColorChannel::Blue, "0,0 9,9");
+  curve->SetControlPoints(ColorChannel::Red, std::make_shared<ControlPointList>());
+  EXPECT_THAT(*curve->GetFileText(64, 8), testing::Not(HasSubstr("ControlPoints")));
+  curve->SetControlPoints(ColorChannel::Red, "0,0 9,9");
+  EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("\nGammaControlPointsV2B:\r\n 0,0 9,9\r\n"));
   model.SetRGBGamma(false);  // the curve's own flag counts
   EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("GammaTableV2G:"));
   curve->SetGammaTable(ColorChannel::Green, nullptr);

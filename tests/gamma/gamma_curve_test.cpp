@@ -41,9 +41,13 @@ TEST_F(GammaCurveTest, GoingPerChannelClonesAndGoingBackKeeps) {
   curve->SetIsUnified(false);
   model.SetRGBGamma(true);
   EXPECT_TRUE(curve->IsUnified()) << "refused";
+  curve->SetControlPoints(Channel::All, "1,2");
   curve->SetIsUnified(false);
   EXPECT_FALSE(curve->IsUnified());
   EXPECT_NE(curve->DataB(), curve->Data());
+  EXPECT_NE(curve->ControlPointsG(), curve->ControlPoints());
+  EXPECT_EQ(*curve->ControlPointsG(), *curve->ControlPoints());
+  EXPECT_EQ(*curve->ControlPointsB(), (ControlPointList{{1, 2}}));
   (*curve->DataG())[0] = 99;
   curve->SetIsUnified(true);
   EXPECT_EQ(curve->DataG(), curve->Data());
@@ -109,8 +113,11 @@ TEST_F(GammaCurveTest, WhatCantBeCalculatedLeavesTheTable) {
   EXPECT_THROW(curve->CalculateCurve(), NumericError);
   curve->SetCurveData(std::vector<std::int32_t>(100, 7));
   curve->SetCurveData(GammaTablePtr());
+  curve->SetCurveData(Channel::All, "1 2 x");
   curve->SetCurveData(Channel::All, std::nullopt);
   EXPECT_EQ(*curve->Data(), GammaTable(1024, 0));
+  curve->SetCurveData(Channel::All, *model.GetGammaCurveByIndex(0)->GetDataAsString(Channel::All));
+  EXPECT_EQ(*curve->Data(), *model.GetGammaCurveByIndex(0)->Data());
 }
 
 TEST_F(GammaCurveTest, DownsamplesWithAFixedLastPoint) {
