@@ -13,6 +13,7 @@
 
 #include "greycard/chart_simulator.h"
 #include "greycard/flat_field_simulator.h"
+#include "setting_check.h"
 
 namespace greycard {
 namespace {
@@ -232,7 +233,7 @@ TEST(ChartSimulator, TakesThePictureOfASlowCamera) {
 TEST(FlatFieldSimulator, FollowsItsFormula) {
   FlatFieldSimulator simulator;
   for (const int bits : {8, 16})
-    for (const double sigma : {0.0, 5.0, 60.0}) {
+    for (const double sigma : {0.0, 0.6, 60.0}) {
       FlatFieldSettings s{37, 20, 190.0, 0.7, sigma, 1.5, 3, bits};
       simulator.m_settings = s;
       ASSERT_TRUE(simulator.Simulate());
@@ -334,6 +335,11 @@ TEST(ChartSimulator, RefusesWhatIsNoPictureLightOrSensor) {
     odd.change(simulator.m_settings);
     EXPECT_EQ(refusal(simulator), odd.text);
   }
+}
+
+TEST(SettingCheck, TakesAHundredMillionPixels) {
+  EXPECT_NO_THROW(checkPixels(20000, 5000));
+  EXPECT_THROW(checkPixels(1, 100'000'001), std::invalid_argument);
 }
 
 TEST(FlatFieldSimulator, RefusesWhatIsOutOfRange) {
