@@ -63,6 +63,37 @@ TEST(LumaTargetRule, AgreesWithThePlainComputationAndAllocatesNothing) {
   }
 }
 
+struct RangeCase {
+  double a, b, darkHi, darkLo;  // candidate targets
+  double lo, hi;                // what they leave of the range
+};
+
+// One image, whose current target is once below and once above all candidates.
+TEST(LumaTargetRule, TakesWhatThePairsHaveInCommonOrTheGap) {
+  const RangeCase cases[] = {{20, 10, 90, 40, 20, 40}, {60, 10, 90, 40, 40, 60},
+                             {95, 10, 90, 40, 40, 90}, {60, 50, 90, 40, 50, 60},
+                             {95, 50, 90, 40, 50, 90}, {99, 95, 90, 40, 90, 95},
+                             {10, 20, 90, 40, 20, 40}, {95, 10, 40, 90, 90, 40},
+                             {95, 90, 40, 90, 40, 90}, {40, 10, 90, 40, 40, 40}};
+  for (const RangeCase& c : cases) {
+    LumaTask task(1, 4);
+    task.enable.assign(kGaEnableFlags, 0.0);
+    const auto plain = evaluatePlainly(task, task.fallback);
+    task.luma[0] = 1.0;
+    task.fallback[0] = c.a * plain.pushDown[0], task.fallback[1] = c.b * plain.pushUp[0];
+    task.fallback[2] = c.darkHi * plain.dark[0], task.fallback[3] = c.darkLo * plain.dark[0];
+    task.fallback[6] = 1e6, task.fallback[7] = 0.0;
+    for (const double current : {1.0, 100.0}) {
+      task.current = {current};
+      auto run = runOf(task);
+      run.errorFunc_LumaTarget(task.fallback);
+      const double wanted = c.lo > current ? c.lo : c.hi < current ? c.hi : current;
+      EXPECT_NEAR(run.m_resHistBasedSafeTarget[0], wanted, 1e-9) << c.a << " " << c.b;
+      EXPECT_NEAR(run.m_tempTarget[0][0], std::max(c.a, c.b), 1e-9);
+    }
+  }
+}
+
 TEST(LumaTargetRule, RefusesARangeWithoutWidth) {
   LumaTask task(1, 1);
   task.enable[6] = 0.0;
