@@ -41,6 +41,10 @@ TEST(FindQuad, TakesNearlySquareConvexQuads) {
       {"triangle", {{0, 0}, {100, 0}, {50, 90}}, 0, false},
       {"four corners only at accuracy 7", bulging(7), 0, true},
       {"four corners only at accuracy 8", bulging(8), 0, false},
+      // Two equal sides beside two long ones: the diagonal of 98.6 is 0.153 and 0.144 of the
+      // perimeter.
+      {"a kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 270}}, 0, true},
+      {"a longer kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 290}}, 0, false},
       {"one point", {{5, 5}}, 0, false}};
   for (const auto& c : cases)
     EXPECT_EQ(find_quad(c.contour, c.minSize).has_value(), c.accepted) << c.name;
