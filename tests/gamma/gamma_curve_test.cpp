@@ -127,6 +127,11 @@ TEST_F(GammaCurveTest, DownsamplesWithAFixedLastPoint) {
   ASSERT_TRUE(curve->GetDataDownsampled(x, y));
   EXPECT_EQ((std::array{x[0], x[1], x[30], x[31]}), (std::array{0, 8, 240, 255}));
   EXPECT_EQ((std::array{y[0], y[1], y[30], y[31]}), (std::array{0, 33, 990, 16383}));
+  ASSERT_TRUE(curve->GetDataDownsampled(std::span(x).first(17), std::span(y).first(17)));
+  EXPECT_EQ((std::array{x[1], x[15], y[1], y[15]}), (std::array{16, 240, 64, 960}));
+  model.SetMaxY(500);
+  ASSERT_TRUE(curve->GetDataDownsampled(std::span(x).first(2), std::span(y).first(2)));
+  EXPECT_EQ((std::array{x[0], x[1], y[1]}), (std::array{0, 255, 500}));
   model.SetYScale(-1);
   (*curve->Data())[0] = std::numeric_limits<std::int32_t>::min();
   ASSERT_TRUE(curve->GetDataDownsampled(x, y));

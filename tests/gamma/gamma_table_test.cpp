@@ -47,6 +47,12 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
   }
 }
 
+TEST(MakeGammaTable, TakesTheDepthFromTheLastEntry) {
+  const std::pair<std::int32_t, std::int32_t> cases[] = {
+      {-1, 8}, {255, 8}, {256, 10}, {1023, 10}, {1024, 12}, {4095, 12}, {4096, 14}, {kHighest, 14}};
+  for (const auto& [last, bits] : cases) EXPECT_EQ(inferredDepth(last), bits) << last;
+}
+
 TEST(MakeGammaTable, RefusesAndWritesNothing) {
   Table source = ramp(256, 1), wrong(100), result(1024, 7), tooShort(512, 7);
   EXPECT_FALSE(makeGammaTable(14, wrong, result));

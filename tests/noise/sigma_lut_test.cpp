@@ -44,8 +44,9 @@ cv::Mat cosineFiltered(const cv::Mat& image, int taps) {
 // The table as it is defined, in plain loops and double precision; rings in single precision.
 struct PlainTable {
   double centre = 0.0;
-  std::vector<double> ring, table;
+  std::vector<double> ring, table, residuals;
   std::vector<std::uint64_t> pixels;
+  cv::Mat sigma;
 
   PlainTable(int w, int h, const Samples& samples) {
     const int cx = w / 2, cy = h / 2;
@@ -53,7 +54,8 @@ struct PlainTable {
     const float corner = std::sqrt(static_cast<float>(cx * cx + cy * cy)) / scale;
     ring.resize(std::max<std::size_t>(164, static_cast<std::size_t>(std::ceil(corner))), 0.001);
     pixels.resize(ring.size());
-    cv::Mat image(h, w, CV_64F), sigma;
+    residuals.resize(ring.size());
+    cv::Mat image(h, w, CV_64F);
     std::ranges::copy(samples, image.ptr<double>());
     const cv::Mat residual = cosineFiltered(image, 25) - image;
     cv::sqrt(cosineFiltered(residual.mul(residual), 205), sigma);
@@ -66,6 +68,7 @@ struct PlainTable {
         const auto bin =
             std::min<std::size_t>(static_cast<std::size_t>(r / scale + 0.5F), ring.size() - 1);
         ring[bin] = std::max(ring[bin], s);
+        residuals[bin] += std::pow(residual.at<double>(y, x), 2);
         ++pixels[bin];
       }
     smooth();
@@ -93,8 +96,12 @@ TEST(SigmaLut, FollowsItsDefinition) {
     SCOPED_TRACE(testing::Message() << w << " x " << h);
     const Picture picture = flatField(w, h, 2.0, gain, 5);
     const auto width = static_cast<std::uint64_t>(w), height = static_cast<std::uint64_t>(h);
-    const SigmaLUT sigma = calculate(width, height, picture.samples);
+    SigmaLUT sigma;
+    std::vector<float> local(picture.samples.size());
+    ASSERT_TRUE(sigma.CalculateSigmaLUT(width, height, picture.samples, local));
     const PlainTable plain(w, h, picture.samples);
+    for (std::size_t i = 0; i < local.size(); ++i)
+      ASSERT_NEAR(local[i], plain.sigma.ptr<double>()[i], 1e-4) << i;
     EXPECT_NEAR(sigma.center_noise_sigma, plain.centre, 1e-5);
     EXPECT_NEAR(sigma.report.centreRingSigma, plain.ring[0], 1e-5);
     EXPECT_TRUE(std::equal(sigma.report.ringPixels.begin(), sigma.report.ringPixels.end(),
@@ -110,6 +117,8 @@ TEST(SigmaLut, FollowsItsDefinition) {
       EXPECT_NEAR((*sigma.lut)[i], std::max(plain.table[i], 1.0), 1e-4);
       EXPECT_NEAR(raw.lut[i], i == 0 ? 1.0 : plain.ring[i] / plain.ring[0], 1e-4);
       EXPECT_EQ(raw.lut[i], sigma.report.rawRatio[i]);
+      const double mean = plain.residuals[i] / std::max(1.0, static_cast<double>(plain.pixels[i]));
+      EXPECT_NEAR(sigma.report.residualSigma[i], std::sqrt(mean), 1e-4);
     }
   }
 }
@@ -129,6 +138,29 @@ TEST(SigmaLut, FlatAndSmallPictures) {
   }
   const Picture noisy = flatField(500, 500, 4.0, 1.0, 1);
   EXPECT_EQ(calculate(500, 500, noisy.samples).center_noise_sigma, 0.0F);
+}
+
+// A tenth of the shorter side: squares of 3 pixels, in the middle from (18, 13) on.
+TEST(SigmaLut, MeansOfTheCentreAndOfTheCorners) {
+  Samples samples;
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 40; ++x) samples.push_back(static_cast<std::uint16_t>(3 * x + y * y / 8));
+  samples[0] = 256 + 255;
+  double sums[2]{};
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 40; ++x) {
+      const double sample = samples[static_cast<std::size_t>(40 * y + x)] & 255;
+      if (x >= 18 && x < 21 && y >= 13 && y < 16) sums[0] += sample / 9;
+      if ((x < 3 || x >= 37) && (y < 3 || y >= 27)) sums[1] += sample / 36;
+    }
+  const SigmaReport report = calculate(40, 30, samples).report;
+  EXPECT_NEAR(report.centreMean, sums[0], 1e-9);
+  EXPECT_NEAR(report.cornerMean, sums[1], 1e-9);
+  EXPECT_NEAR(report.fallOff(), 1 - sums[1] / sums[0], 1e-12);
+  EXPECT_EQ(SigmaReport().fallOff(), 0.0);
+  EXPECT_EQ(report.ceilingShare, 1 / 1200.0);
+  EXPECT_EQ(report.floorShare, 2 / 1200.0);
+  EXPECT_EQ(report.highByteDropped, 1u);
 }
 
 TEST(SigmaLut, TakesTheLowByte) {
@@ -151,7 +183,11 @@ TEST(SigmaLut, AdvisesTheUser) {
   const struct {
     double middle, rim;  // amplitude at 0.4 of the half-diagonal, and beyond 0.7
     std::string message;
-  } cases[] = {{10, 10, ""}, {6, 6, raised}, {10, 90, exceeds}, {6, 90, raised + "  " + exceeds}};
+  } cases[] = {{10, 10, ""},
+               {10, 49, ""},
+               {6, 6, raised},
+               {10, 51, exceeds},
+               {6, 90, raised + "  " + exceeds}};
   for (const auto& [middle, rim, message] : cases) {
     Samples samples;
     for (int y = 0; y < 1200; ++y)
