@@ -16,11 +16,10 @@ namespace {
 const struct {
   const char* name;
   Vector3 sRGB, lab;
-} kPrimaries[] = {{"red", {1, 0, 0}, {53.24, 80.09, 67.20}},
-                  {"green", {0, 1, 0}, {87.73, -86.18, 83.18}},
-                  {"blue", {0, 0, 1}, {32.30, 79.19, -107.86}},
-                  {"grey", {0.5, 0.5, 0.5}, {53.39, 0.0, 0.0}},
-                  {"black", {0, 0, 0}, {0.0, 0.0, 0.0}}};
+} kPrimaries[] = {
+    {"red", {1, 0, 0}, {53.24, 80.09, 67.20}},    {"green", {0, 1, 0}, {87.73, -86.18, 83.18}},
+    {"blue", {0, 0, 1}, {32.30, 79.19, -107.86}}, {"grey", {0.5, 0.5, 0.5}, {53.39, 0.0, 0.0}},
+    {"white", {1, 1, 1}, {100.0, 0.0, 0.0}},      {"black", {0, 0, 0}, {0.0, 0.0, 0.0}}};
 
 TEST(ColourSpace, PrimariesHaveTheirPublishedLab) {
   for (const auto& c : kPrimaries) {
@@ -33,15 +32,6 @@ TEST(ColourSpace, PrimariesHaveTheirPublishedLab) {
     for (std::size_t i = 0; i < 3; ++i)
       // 0.005 of L* near black is worth 0.0006; the two matrices are inverse to four decimals.
       EXPECT_NEAR(back[i], c.sRGB[i], 0.004);
-  }
-}
-
-TEST(ColourSpace, WhiteIsSlightlyOffNeutral) {
-  const auto white = sRGB_to_CIELab({1, 1, 1});
-  EXPECT_NEAR(white[0], 100.0, 1e-9);
-  for (const double v : {white[1], white[2]}) {
-    EXPECT_NE(v, 0.0);
-    EXPECT_LT(std::fabs(v), 0.03);
   }
 }
 

@@ -41,20 +41,7 @@ const struct {
   int rowsRead;           // by the forgiving call; 24 makes it true
   const char* complaint;  // of the strict call; null when it accepts
 } kTexts[] = {
-    {"plain", lines(24), 24, nullptr},
-    {"dos, tabs, signs, exponents", lines(24, " +5e1\t15E-1 -2.0 \r\n"), 24, nullptr},
-    {"byte order mark, no last newline", "\xEF\xBB\xBF" + lines(23) + "50 1.5 -2", 24, nullptr},
-    {"blank lines after", lines(24) + "\n \n", 24, nullptr},
-    {"23 lines", lines(23), 23, "line 24: the file has ended"},
-    {"empty", "", 0, "line 1: the file has ended"},
-    {"two numbers", lines(6) + "50 1.5\n" + lines(17), 6, "line 7: holds 2 values"},
-    {"a word", lines(2) + "50 red 3\n" + lines(21), 2, "line 3: \"red\" is not a number"},
-    {"commas", lines(24, "50,0 1,5 -2,0\n"), 0, "line 1: \"50,0\" is not a number"},
-    {"comment at the end of a line", lines(24, "50 1.5 -2 x\n"), 24, "line 1: holds 4 values"},
-    {"25 lines", lines(25), 24, "line 25: more text"},
-    {"not a number", lines(23) + "50 nan 3\n", 24, "line 24: \"nan\" is not within"},
-    {"bytes", std::string("\0\x80 \xff\n", 5) + lines(24), 0, "line 1: holds 2 values"},
-    {"too long", lines(24) + std::string(70000, ' '), 24, "too long"},
+#include "chart_texts.inc"
 };
 
 TEST(ChartFiles, ForgivingAndStrictReading) {

@@ -271,22 +271,8 @@ std::string refusal(const Simulator& simulator) {
 TEST(ChartSimulator, TakesEverySettingUpToItsLimitsAndNoFurther) {
   using S = SimulationSettings;
   const Limit limits[] = {
-      {&S::sizeShare, 0.02, 2, 2.01,
-       "the chart's share of the picture must be from 0.02 to 2, not 2.01"},
-      {&S::offsetX, -1, 1, -1.01, "the offset along x must be from -1 to 1, not -1.01"},
-      {&S::offsetY, -1, 1, 1.01, "the offset along y must be from -1 to 1, not 1.01"},
-      {&S::rotationDeg, -360, 360, 361,
-       "the rotation in degrees must be from -360 to 360, not 361"},
-      {&S::tiltDeg, -70, 70, -70.5, "the tilt in degrees must be from -70 to 70, not -70.5"},
-      {&S::yawDeg, -70, 70, 70.5, "the yaw in degrees must be from -70 to 70, not 70.5"},
-      {&S::whiteShare, 0.001, 4, 0,
-       "the exposure of the white patch must be from 0.001 to 4, not 0"},
-      {&S::vignetting, 0, 0.95, 0.96, "the vignetting must be from 0 to 0.95, not 0.96"},
-      {&S::blurSigma, 0, 50, 50.5, "the blur in pixels must be from 0 to 50, not 50.5"},
-      {&S::shotNoise, 0, 1, -0.01, "the shot noise must be from 0 to 1, not -0.01"},
-      {&S::readNoise, 0, 1, 1.01, "the read noise must be from 0 to 1, not 1.01"},
-      {&S::blackLevel, 0, 65534, 65535, "the black level must be from 0 to 65534, not 65535"},
-      {&S::whiteLevel, 1, 65535, 65536, "the white level must be from 1 to 65535, not 65536"}};
+#include "setting_limits.inc"
+  };
   ChartSimulator simulator;
   for (const Limit& limit : limits) {
     SCOPED_TRACE(limit.text);
@@ -344,20 +330,8 @@ TEST(SettingCheck, TakesAHundredMillionPixels) {
 
 TEST(FlatFieldSimulator, RefusesWhatIsOutOfRange) {
   const std::pair<FlatFieldSettings, const char*> cases[] = {
-      {{2, 2, 255.0, 1.0, 0.6, 20.0, 1, 16}, ""},
-      {{2, 2, 0.0, 0.0, 60.0, 1.0, 1, 8}, ""},
-      {{1, 2}, "the width must be from 2 to 20000, not 1"},
-      {{2, 20001}, "the height must be from 2 to 20000, not 20001"},
-      {{20000, 5001}, "a picture of more than 100 million pixels is too large"},
-      {{2, 2, 255.5}, "the level must be from 0 to 255, not 255.5"},
-      {{2, 2, 9.0, 1.1}, "the fall-off must be from 0 to 1, not 1.1"},
-      {{2, 2, 9.0, 0.0, 0.5}, "the noise at the centre must be from 0.6 to 60, not 0.5"},
-      {{2, 2, 9.0, 0.0, 60.5}, "the noise at the centre must be from 0.6 to 60, not 60.5"},
-      {{2, 2, 9.0, 0.0, 3.0, 0.9},
-       "the gain of the noise in the corners must be from 1 to 20, not 0.9"},
-      {{2, 2, 9.0, 0.0, 3.0, 21.0},
-       "the gain of the noise in the corners must be from 1 to 20, not 21"},
-      {{2, 2, 9.0, 0.0, 3.0, 1.0, 1, 10}, "a picture has 8 or 16 bits, not 10"}};
+#include "flat_field_refusals.inc"
+  };
   for (const auto& [settings, text] : cases) {
     FlatFieldSimulator simulator;
     simulator.m_settings = settings;
