@@ -51,19 +51,9 @@ TEST(RegionFile, RefusesNamingFileLineAndWord) {
   const struct {
     std::string text;
     const char *line, *word;
-  } cases[] = {{"", "line 1", "0 lines"},
-               {lines(23), "line 24", "23 lines"},
-               {lines(25), "line 25", "25 lines"},
-               {"\n" + lines(24), "line 1", "1 values"},
-               {lines(3) + "1,2,3\n" + lines(20), "line 4", "3 values"},
-               {lines(3) + "1,2,3,4,5\n" + lines(20), "line 4", "5 values"},
-               {lines(3) + "1,,3,4\n" + lines(20), "line 4", "top \"\""},
-               {lines(3) + "1,2,three,4\n" + lines(20), "line 4", "\"three\""},
-               {lines(3) + "nan,2,3,4\n" + lines(20), "line 4", "\"nan\""},
-               {lines(3) + "1,inf,3,4\n" + lines(20), "line 4", "\"inf\""},
-               {lines(3) + "1,-1e308,3,4\n" + lines(20), "line 4", "\"-1e308\""},
-               {lines(3) + "1,2,0,4\n" + lines(20), "line 4", "width \"0\""},
-               {lines(23) + "1,2,3,-4", "line 24", "height \"-4\""}};
+  } cases[] = {
+#include "refused_region_files.inc"
+  };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text.substr(0, 60));
     try {

@@ -26,26 +26,9 @@ Contour bulging(int by) {
 
 TEST(FindQuad, TakesNearlySquareConvexQuads) {
   const QuadCase cases[] = {
-      {"square", {{0, 0}, {40, 0}, {40, 40}, {0, 40}}, 0, true},
-      {"sides differ by exactly 10 %", {{0, 0}, {40, 0}, {40, 44}, {0, 44}}, 0, false},
-      {"and the other way round", {{0, 0}, {44, 0}, {44, 40}, {0, 40}}, 0, false},
-      {"a little less", {{0, 0}, {40, 0}, {40, 43}, {0, 43}}, 0, true},
-      {"area equal to the minimum", {{0, 0}, {40, 0}, {40, 40}, {0, 40}}, 1600, false},
-      {"area above the minimum", {{0, 0}, {40, 0}, {40, 40}, {0, 40}}, 1599, true},
-      {"rhombus of 45 degrees", {{0, 0}, {100, 0}, {171, 71}, {71, 71}}, 0, true},
-      {"rhombus of 40 degrees, area under two thirds",
-       {{0, 0}, {100, 0}, {177, 64}, {77, 64}},
-       0,
-       false},
-      {"arrow head", {{0, 0}, {100, 0}, {30, 30}, {0, 100}}, 0, false},
-      {"triangle", {{0, 0}, {100, 0}, {50, 90}}, 0, false},
-      {"four corners only at accuracy 7", bulging(7), 0, true},
-      {"four corners only at accuracy 8", bulging(8), 0, false},
-      // Two equal sides beside two long ones: the diagonal of 98.6 is 0.153 and 0.144 of the
-      // perimeter.
-      {"a kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 270}}, 0, true},
-      {"a longer kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 290}}, 0, false},
-      {"one point", {{5, 5}}, 0, false}};
+
+#include "quad_cases.inc"
+  };
   for (const auto& c : cases)
     EXPECT_EQ(find_quad(c.contour, c.minSize).has_value(), c.accepted) << c.name;
 }

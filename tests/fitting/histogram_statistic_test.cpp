@@ -19,11 +19,8 @@ TEST(HistPercentile, BinAndShareByHand) {
     int bin;
     double partial;
   } cases[] = {
-      {"below zero", data, -1.0, 0, 0.0},        {"in the first bin", data, 0.05, 0, 0.25},
-      {"at the first entry", data, 0.2, 1, 0.0},  // an empty bin
-      {"in the third bin", data, 0.3, 2, 0.25},  {"the end", data, 1.0, 3, 1.0},
-      {"above one", data, 1.5, 3, 1.0},          {"zero, first bin empty", empty, 0.0, 1, 0.0},
-      {"on a flat stretch", empty, 0.5, 1, 1.0},
+
+#include "percentile_cases.inc"
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -15,17 +15,9 @@ struct Known {
   std::array<std::int32_t, 10> levels;
 };
 constexpr Known kKnown[]{
-    {"VNormal", {0, 32, 64, 96, 161, 193, 12159, 16335, 16351, 16383}},
-    {"VLowlight", {0, 96, 161, 289, 353, 450, 12111, 16335, 16351, 16383}},
-    {"VOutdoor", {128, 193, 289, 385, 482, 578, 12335, 16335, 16351, 16383}},
-    {"VOutdoorHighContrast", {0, 32, 96, 128, 193, 225, 12303, 16335, 16351, 16383}},
-    {"VOutdoorDetail", {0, 64, 161, 225, 321, 385, 12785, 16335, 16351, 16383}},
-    {"VBacklight", {0, 225, 450, 707, 932, 1189, 9926, 16319, 16351, 16383}},
-    {"VNormalMediumDetail", {0, 64, 161, 225, 321, 385, 12785, 16335, 16351, 16383}},
-    {"VOutdoorMediumDetail", {0, 96, 225, 289, 418, 482, 12625, 16335, 16351, 16383}},
-    {"VGammaSRGB", {0, 414, 815, 1131, 1390, 1613, 12058, 16355, 16369, 16383}},
-    {"VNexus5", {128, 217, 305, 394, 482, 570, 13492, 16359, 16367, 16375}},
-    {"VHDR", {0, 497, 691, 840, 983, 1096, 12058, 16338, 16353, 16368}}};
+
+#include "known_levels.inc"
+};
 
 // A slope changes from entry to entry by the rounding (at most 2 units) and a tenth of itself; a
 // kink that shows in a plot is several times that.

@@ -29,14 +29,9 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
     Table begin, end;         // of the result
   };
   const Case cases[] = {
-      {"8 bits", 14, ramp(256, 1), 16320, {0, 16, 32, 48, 64}, {16320, 16335, 16350, 16365}},
-      {"10 bits", 14, ramp(64, 16), 16128, {0, 16, 32}, {16323, 16338, 16353}},
-      {"12 bits", 14, ramp(512, 8), 16352, {0, 16, 32}, {16336, 16352, 16367}},
-      {"14 to 8 bits", 8, ramp(256, 64), 255, {0, 0, 0, 0, 1}, {255, 255, 255, 255}},
-      {"14 taken for 12", 14, ramp(1024, 4), 16368, {0, 16, 32}, {16352, 16368}},
-      {"falling", 8, ramp(256, -5), -1275, {0, -1, -2, -3, -5}, {-1275, -893, -511, -129}},
-      {"extremes", 14, Table(64, kHighest), kHighest, {kHighest}, {kHighest - 15 * 134216704}},
-      {"no bits left", 0, ramp(64, 4), 0, {0, 0}, {0, 0}}};
+
+#include "gamma_conversions.inc"
+  };
   for (Case test : cases) {
     SCOPED_TRACE(test.name);
     Table result(1024, -9);

@@ -91,22 +91,6 @@ TEST(Adjust, FollowsItsDefinition) {
   }
 }
 
-TEST(Adjust, LeavesWhatItShould) {
-  Targets t;
-  const Targets before = t;
-  t.drag(3, 4, 0.0, 0.0, 3, 3);
-  EXPECT_TRUE(t == before);
-  t.drag(3, 4, 40.0, -0.5, 3, 3, false);
-  EXPECT_EQ(t.hue[t.at(3, 4)], before.hue[t.at(3, 4)]);
-  EXPECT_EQ(t.sat[t.at(3, 4)], before.sat[t.at(3, 4)]);
-  EXPECT_FALSE(t == before);
-  for (const std::int32_t column : {0, 1}) t.drag(5, column, -50.0, 0.9, 30, 30);
-  for (std::int32_t row = 0; row < 24; ++row) {
-    EXPECT_EQ(t.hue[t.at(row, 0)], before.hue[t.at(row, 0)]);
-    EXPECT_EQ(t.sat[t.at(row, 0)], 0.0);
-  }
-}
-
 TEST(Adjust, RunsRoundTheCircle) {
   Targets t;
   t.drag(0, 5, -30.0, 2.0, 3, 0, true, 0);

@@ -57,11 +57,8 @@ struct Problem {
 
 TEST(Powell, FindsThePublishedMinima) {
   const Problem problems[] = {
-      {"Rosenbrock", rosenbrock, {-1.2, 1}, {1, 1}, 1e-4, 380},
-      {"Beale", beale, {1, 1}, {3, 0.5}, 1e-4, 140},
-      {"helical valley", helicalValley, {-1, 0, 0}, {1, 0, 0}, 1e-4, 40},
-      {"Powell singular", powellSingular, {3, -1, 0, 1}, {0, 0, 0, 0}, 2e-2, 1300},
-      {"Wood", wood, {-3, -1, -3, -1}, {1, 1, 1, 1}, 1e-3, 750},
+
+#include "powell_problems.inc"
   };
   for (const Problem& problem : problems) {
     SCOPED_TRACE(problem.name);
@@ -128,12 +125,8 @@ struct LineCase {
 // Minima worked by hand.
 TEST(Brent, FindsTheMinimumOfALine) {
   const LineCase cases[] = {
-      {"far away", [](double x) { return square(x - 5000); }, 0, 1, 5000, 2},
-      {"backwards", [](double x) { return square(x + 5); }, 0, 0.1, -5, 2},
-      {"a wall", [](double x) { return x > 0 ? x - std::log(x) : HUGE_VAL; }, 3, 1, 1, 19},
-      {"a kink", [](double x) { return std::abs(x - 0.3); }, 0, -1, 0.3, 25},
-      {"cosine", [](double x) { return std::cos(x); }, 2, 0.5, std::numbers::pi, 7},
-      {"start at the minimum", [](double x) { return square(x); }, 0, 1, 0, 2},
+
+#include "line_minima.inc"
   };
   for (const LineCase& line : cases) {
     SCOPED_TRACE(line.name);
