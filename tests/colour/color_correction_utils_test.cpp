@@ -73,6 +73,11 @@ TEST_F(ColorCorrection, CancelledFitLeavesEarlierResults) {
   }
 }
 
+using Advanced = ColorCorrectionAdvancedSettings;
+constexpr std::array kAdvanced{&Advanced::m_fSat_all, &Advanced::m_fSat_R, &Advanced::m_fSat_G,
+                               &Advanced::m_fSat_B,   &Advanced::m_fHue_R, &Advanced::m_fHue_G,
+                               &Advanced::m_fHue_B};
+
 struct RefusalCase {
   const char* message;  // what it begins with
   std::function<void(S&, U&)> spoil;
@@ -101,13 +106,6 @@ TEST_F(ColorCorrection, RefusesAChartThatCannotBeFitted) {
       {"m_fNoiseRate is 1.5", [](S& s, U&) { s.m_fNoiseRate = 1.5; }},
       {"m_fNoiseRate is -0.1", [](S& s, U&) { s.m_fNoiseRate = -0.1; }},
       {"m_fSaturation is nan", [](S& s, U&) { s.m_fSaturation = kNaN; }},
-      {"m_fSat_all is inf", [](S& s, U&) { s.m_advanced.m_fSat_all = HUGE_VAL; }},
-      {"m_fSat_R is inf", [](S& s, U&) { s.m_advanced.m_fSat_R = HUGE_VAL; }},
-      {"m_fSat_G is inf", [](S& s, U&) { s.m_advanced.m_fSat_G = HUGE_VAL; }},
-      {"m_fSat_B is inf", [](S& s, U&) { s.m_advanced.m_fSat_B = HUGE_VAL; }},
-      {"m_fHue_R is inf", [](S& s, U&) { s.m_advanced.m_fHue_R = HUGE_VAL; }},
-      {"m_fHue_G is inf", [](S& s, U&) { s.m_advanced.m_fHue_G = HUGE_VAL; }},
-      {"m_fHue_B is inf", [](S& s, U&) { s.m_advanced.m_fHue_B = HUGE_VAL; }},
       {"m_RGBtoXYZTransform is 4", [](S& s, U&) { s.m_RGBtoXYZTransform = 4; }},
       {"m_RGBtoXYZTransform is -1", [](S& s, U&) { s.m_RGBtoXYZTransform = -1; }},
       {"m_CustRGB2XYZ gives white a Y of 0",
@@ -121,6 +119,11 @@ TEST_F(ColorCorrection, RefusesAChartThatCannotBeFitted) {
          s.m_macbethData.m_RefLab.fill({50, 0, 0});
        }},
   };
+  for (const auto member : kAdvanced) {
+    S settings = measuredBy({});
+    settings.m_advanced.*member = HUGE_VAL;
+    EXPECT_THROW(utils.Optimize(settings, 0), std::invalid_argument);
+  }
   ASSERT_TRUE(utils.Optimize(measuredBy({}), 0));
   const Matrix3 ccm = utils.m_ccm;
   const double gain = utils.m_gain;

@@ -58,32 +58,13 @@ TEST_F(Detector, FindsTheChartAtEveryTurn) {
   }
 }
 
-TEST_F(Detector, DepthAndColourOfThePictureDoNotMatter) {
+TEST_F(Detector, TakesGreyPicturesAndRefusesLevelsOutOfOrder) {
   const ChartPose pose;
   const auto picture = renderChart(pose);
-  const auto expected = detector_.detect(picture).points;
-  const auto wide = [&](auto convert) {
-    Picture result(pose.width, pose.height, 3, 16);
-    for (std::size_t i = 0; i < result.samples.size(); ++i)
-      result.samples[i] = static_cast<std::uint16_t>(std::lround(convert(picture.samples[i])));
-    return result;
-  };
-  const auto sixteen = wide([](double s) { return s * 257.0; });
-  EXPECT_EQ(detector_.detect(sixteen).points, expected);
-  const auto twelve = wide([](double s) { return 256.0 + s * (3840.0 - 256.0) / 255.0; });
-  EXPECT_EQ(detector_.detect(twelve, SampleLevels{256.0, 3840.0, 1.0, SampleEncoding::sRGB}).points,
-            expected);
-  EXPECT_TRUE(detector_.detect(twelve).trustworthy());
-  const auto linear = wide([](double s) { return 65535.0 * std::pow(s / 255.0, 2.2); });
-  EXPECT_EQ(
-      detector_.detect(linear, SampleLevels{0.0, 65535.0, 1.0, SampleEncoding::linear}).points,
-      expected);
-
   Picture grey(pose.width, pose.height, 1, 8);
   for (std::size_t i = 0; i < grey.samples.size(); ++i)
     grey.samples[i] = picture.samples[3 * i + 1];
-  EXPECT_LT(worstDistance(detector_.detect(grey).points, expected), 3.0);
-
+  EXPECT_LT(worstDistance(detector_.detect(grey).points, trueCentres(pose)), 3.0);
   const double nan = std::numeric_limits<double>::quiet_NaN();
   for (const auto& levels :
        {SampleLevels{200.0, 100.0}, SampleLevels{0.0, nan}, SampleLevels{nan, 255.0}})

@@ -8,6 +8,7 @@
 #include "builtin_curves.h"
 #include "gamma_curve_lib.h"
 #include "golden.h"
+#include "greycard/diagnostics.h"
 #include "greycard/gamma_curve_model.h"
 
 namespace greycard {
@@ -50,13 +51,17 @@ TEST(GoldenCurves, StandardCurvesOfHighDynamicRange) {
   expectGolden("gamma/golden/hdr_curves.txt", text);
 }
 
-// The few points that reproduce each preset, and the curve through them.
+// The failed samples on the way to the few points that reproduce each preset, and their curve.
 TEST(GoldenCurves, PointsOfThePresets) {
   GammaCurveModel model(true);
   std::string text;
   for (const std::string& name : model.GetNames()) {
     const auto curve = model.AddGammaCurve("of " + name, name);
+    setDebugLog([&](int level, std::string_view category, std::string_view trace) {
+      text += std::to_string(level) + std::string(category) + std::string(trace);
+    });
     curve->GenerateControlPoints(ColorChannel::All);
+    setDebugLog({});
     curve->CalculateCurve();
     text += name + *curve->GetControlPointsAsString(ColorChannel::All) + ": " +
             listed(*curve->Data(), 64);
@@ -79,32 +84,9 @@ TEST(GoldenCurves, RemarksOnFiles) {
   for (int i = 0; i < 100; ++i) hundredWords += "word" + std::string(60, 'x') + "\n";
   for (int i = 0; i < 513; ++i) manyPoints += std::to_string(i) + ",7 ";
   const std::string files[] = {
-      "",
-      "GammaTableV2G:\n1 2",
-      "\n" + numbers(63, 255),
-      "GammaTableV2R:\n\n" + numbers(65, 255),
-      table,
-      numbers(1024, 16383) + "junk 1.5\nmore",
-      hundredWords + table,
-      table + "word word2 word3 word4 word5",
-      table + "word word2 word3 word4 word5 word6",
-      table + g + eight,
-      table + b + eight,
-      table + g + numbers(63, 1) + b + eight,
-      table + g + eight + b + numbers(63, 1),
-      table + "GammaControlPointsV2G:\n1 2 3 4",
-      table + "GammaControlPointsV2:\n0 0 9 9",
-      table + "GammaControlPointsV2:\n0 0 9 9 9 9",
-      table + "GammaControlPointsV2:\n0 0 9",
-      table + "GammaControlPoints:\n5 0 4 0 7 0",
-      table + manyPoints,
-      table + manyPoints.substr(0, manyPoints.size() - 6),
-      threeTables,
-      threeTables + "GammaControlPointsV2R: 0 0 9 9",
-      threeTables + "GammaControlPointsV2R: 0 0 9 9 GammaControlPointsV2G: 1\n" +
-          "GammaControlPointsV2B: 0 0 8 8 8",
-      threeTables + "GammaControlPointsV2R: 0 0 9 9\nGammaControlPointsV2G: 0 0 9 9\n" +
-          "GammaControlPointsV2B: 0 0 8 8 8"};
+
+#include "import_files.inc"
+  };
   std::string text;
   for (const auto& [perChannel, bits] : {std::pair{true, 14}, {false, 14}, {true, 32}})
     for (const std::string& file : files) {

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <numbers>
 #include <string>
 
 #include "golden.h"
@@ -25,26 +24,13 @@ std::string inverted(TwoDLutHelper& helper, Lut2DConfig config, float flag = 1.0
   return text;
 }
 
-// A table whose changes vary slowly, so that a triangle is nearly flat.
-Lut2DConfig smoothTable(double hue, double sat) {
-  Lut2DConfig config = identityTable();
-  for (std::size_t i = 0; i < 24; ++i)
-    for (std::size_t j = 0; j < 16; ++j) {
-      const double angle = static_cast<double>(i) * std::numbers::pi / 12.0;
-      const double strength = std::sin(static_cast<double>(j) * std::numbers::pi / 15.0);
-      config.lut_2d_h[16 * i + j] = hue * std::sin(angle);
-      config.lut_2d_s[16 * i + j] = sat * std::cos(angle) * strength;
-    }
-  return config;
-}
-
 TEST(InverseTable, NothingWithoutTheFlagOrTheRecord) {
   TwoDLutHelper helper;
   EXPECT_FALSE(helper.CalInverseLut2dCfg());
-  const std::string text = inverted(helper, smoothTable(5.0, 0.05), 0.0F);
+  const std::string text = inverted(helper, randomTable(1, 5.0, 0.05), 0.0F);
   EXPECT_EQ(text, "start inverse_flag 0.000000\n normal 2D_LUT processing...\n");
   EXPECT_EQ(helper.record()->delta[3][3].h,
-            static_cast<float>(smoothTable(5.0, 0.05).lut_2d_h[51]));
+            static_cast<float>(randomTable(1, 5.0, 0.05).lut_2d_h[51]));
 }
 
 TEST(InverseTable, ReadsReplacedChanges) {

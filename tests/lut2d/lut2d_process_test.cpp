@@ -52,48 +52,7 @@ std::vector<TableCase> tables() {
   const auto blend = [](float y) { return [=](Lut2DConfig& c) { c.y_blend_factor = y; }; };
   const Lut2DConfig some = randomTable(7, 30.0, 0.3), wild = randomTable(8, 400.0, 2.0);
   return {
-      {"Zero", {}},
-      {"Identity", identityTable(), 2'000'000},
-      {"Some", some, 4'000'000},
-      {"Wild", wild, 1'000'000},
-      changed("FinestSteps", wild, shifts(0, 0)),
-      changed("CoarseSteps", wild, shifts(5, 3)),
-      changed("BeyondATurn", wild, shifts(6, 6)),
-      changed("ManyTurns", wild, shifts(12, 10)),
-      changed("LargestShifts", wild, shifts(24, 23.9F)),
-      changed("LumaKept", some, blend(1.0F)),
-      changed("LumaReversed", wild, blend(-1.9F)),
-      changed("LumaOverdone", wild, blend(1.9F)),
-      changed("UnevenHues", some, hueNodes([](double i) { return 0.625 * i * i; })),
-      changed("HuesFromThirty", some, hueNodes([](double i) { return 30.0 + 12.0 * i; })),
-      changed("HuesBackwards", wild, hueNodes([](double i) { return 360.0 - 15.0 * i; })),
-      changed("HuesFarApart", wild, hueNodes([](double i) { return 60.0 * i - 720.0; })),
-      changed("OneHueCell", some, hueNodes([](double i) { return i > 3.0 ? 360.0 : 0.0; })),
-      changed("SatsFromAFifth", some, satNodes([](double j) { return 0.2 + 0.05 * j; })),
-      changed("NarrowLastSat", wild, satNodes([](double j) { return 0.001 * j; })),
-      changed("NarrowerLastSat", wild,
-              satNodes([](double j) { return j < 15 ? 0.01 * j : 0.1405; })),
-      changed("NarrowLastSatManyTurns", randomTable(9, 36000.0, 100.0),
-              [](Lut2DConfig& c) {
-                for (std::size_t j = 0; j < 16; ++j)
-                  c.lut_1d_s[j] = -4.0 + 0.0005 * static_cast<double>(j);
-                c.h_shift = c.s_shift = 12.0F;
-              }),
-      changed("LargestProducts", randomTable(10, 36000.0, 100.0),
-              [](Lut2DConfig& c) {
-                c.lut_1d_h.fill(-719.98);
-                c.lut_1d_h[0] = -720.0;
-                c.lut_1d_s.fill(-4.0);
-                c.lut_1d_s[15] = -4.0 + 1.0 / 2048.0;
-                c.h_shift = 21.0F, c.s_shift = 18.0F;
-                c.l_boundary_start_a = -2.0F;
-                c.l_boundary_start_b = c.l_boundary_end_a = c.l_boundary_end_b = 2.0F;
-              }),
-      changed("SatsInATangle", wild, satNodes([](double j) { return j * (15.0 - j) / 60.0; })),
-      changed("NoEffect", some, fades(0, 0, 0, 0)),
-      changed("SteepFades", wild, fades(0.3F, 0.3F, 0.7F, 0.7F)),
-      changed("FadesCross", wild, fades(-2.0F, 0.8F, 0.2F, 2.0F)),
-      changed("FadesBackwards", wild, fades(0.6F, 0.2F, 0.9F, 0.4F)),
+#include "picture_tables.inc"
   };
 }
 
@@ -164,23 +123,6 @@ TEST(PicturePathExact, UsualTablesTakeTheFastLookUp) {
     buildTables(record, tables);
     EXPECT_EQ(PackedNodes().build(tables), shift < 6.0F) << shift;
   }
-}
-
-TEST(PicturePathExact, ColoursMoveByTheChange) {
-  Lut2DConfig config = identityTable();
-  config.lut_2d_h.fill(30.0);
-  config.lut_2d_s.fill(-0.25);
-  TwoDLutHelper helper;
-  helper.SetConfig(config);
-  std::vector<std::uint16_t> r{800, 500, 1023, 0}, g{300, 500, 1023, 0}, b{200, 500, 1023, 0};
-  ASSERT_TRUE(helper.ProcessImage(r, g, b, 2, 2, 8));
-  const auto start = TwoDLutHelper::RGBtoHLS(800 / 1023.0, 300 / 1023.0, 200 / 1023.0);
-  const auto after = TwoDLutHelper::RGBtoHLS(r[0] / 1023.0, g[0] / 1023.0, b[0] / 1023.0);
-  EXPECT_NEAR(after.h, start.h + 30.0, 0.2);
-  EXPECT_NEAR(after.s, start.s - 0.25, 0.003);
-  for (const auto& plane : {r, g, b})  // greys
-    EXPECT_EQ(std::vector(plane.begin() + 1, plane.end()),
-              (std::vector<std::uint16_t>{500, 1023, 0}));
 }
 
 TEST(PicturePathExact, RefusesShortPlanesAndReadsNothingElse) {

@@ -3,12 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
-#include <string>
 #include <vector>
-
-#include "greycard/diagnostics.h"
 
 namespace greycard {
 namespace {
@@ -42,27 +38,6 @@ TEST(FindMinimumControlPoints, SmallCasesByHand) {
   findMinimumControlPoints(interpolator, 5, five, five, out, out, count);
   EXPECT_EQ(count, 42);
   EXPECT_EQ(out, Values(5, 7.0));
-}
-
-// The sharp corner of two straight stretches: only the corner and the ends are not straight, and
-// few points can't follow it. Each pass puts back the sample that its trace names (8 times the
-// index, and the reference); the seventh comes too late for a trial.
-TEST(FindMinimumControlPoints, PutsBackOnePointPerPassAndTracesIt) {
-  Values failed;
-  setDebugLog([&](int, std::string_view category, std::string_view text) {
-    int eightfold = 0, reference = 0;
-    EXPECT_EQ(category, "DebugPrint");
-    EXPECT_EQ(std::sscanf(std::string(text).c_str(), "::%d,%d\n", &eightfold, &reference), 2);
-    EXPECT_EQ(reference, 5 * eightfold) << "on the slope of 40";
-    failed.push_back(eightfold / 8);
-  });
-  Values kept = reduced(32, [](double x) { return std::min(40.0 * x, 608.0 + 2.0 * x); }).first;
-  setDebugLog({});
-  ASSERT_EQ(failed.size(), 7u);
-  failed.back() = 0;
-  failed.insert(failed.end(), {16, 31});
-  std::sort(failed.begin(), failed.end());
-  EXPECT_EQ(kept, failed);
 }
 
 TEST(FindMinimumControlPoints, RefusesWhatWouldReadOutside) {
