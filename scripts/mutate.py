@@ -18,6 +18,7 @@ import pathlib
 import random
 import re
 import resource
+import shutil
 import subprocess
 import sys
 import time
@@ -194,7 +195,7 @@ class Trial:
         self.copy, self.build = work / folder / "tree", work / folder / "build"
         copy_tree(self.copy)
         options = {"CMAKE_BUILD_TYPE": "Mutate", "CMAKE_CXX_FLAGS_MUTATE": "-O1 -DNDEBUG",
-                   "CMAKE_CXX_COMPILER_LAUNCHER": "ccache", "GREYCARD_BUILD_CLI": "OFF",
+                   "CMAKE_CXX_COMPILER_LAUNCHER": shutil.which("ccache") or "", "GREYCARD_BUILD_CLI": "OFF",
                    "GREYCARD_BUILD_BENCH": "OFF", "GREYCARD_BUILD_FUZZERS": "OFF",
                    "CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE": "PRE_TEST"}
         self.call("cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja",
