@@ -85,39 +85,8 @@ struct RefusalCase {
 
 TEST_F(ColorCorrection, RefusesAChartThatCannotBeFitted) {
   const RefusalCase cases[] = {
-      {"gamma table R is not set", [](S&, U& u) { u.m_nGammaTableR.clear(); }},
-      {"gamma table B has 255 entries", [](S&, U& u) { u.m_nGammaTableB.resize(255); }},
-      {"gamma table G does not rise", [](S&, U& u) { u.m_nGammaTableG.assign(256, 800); }},
-      {"patch 7, channel B: the measured value is nan",
-       [](S& s, U&) { s.m_macbethData.m_RGB[6][2] = kNaN; }},
-      {"patch 24, channel R: the noise value is inf",
-       [](S& s, U&) { s.m_macbethData.m_Noise[23][0] = HUGE_VAL; }},
-      {"patch 1, channel a*: the reference value is -inf",
-       [](S& s, U&) { s.m_macbethData.m_RefLab[0][1] = -HUGE_VAL; }},
-      {"patch 20, channel G: the measured value is 0",
-       [](S& s, U&) { s.m_macbethData.m_RGB[19][1] = 0; }},
-      {"patches 20, 21, 22, channel R: the measured values sum to -",
-       [](S& s, U&) { s.m_macbethData.m_RGB[20][0] = -3; }},
-      {"patch 21, channel G: the measured values sum to 0",
-       [](S& s, U&) {
-         s.m_advanced.m_bWhitePatch20 = s.m_advanced.m_bWhitePatch22 = false;
-         s.m_macbethData.m_RGB[20][1] = 0;
-       }},
-      {"m_fNoiseRate is 1.5", [](S& s, U&) { s.m_fNoiseRate = 1.5; }},
-      {"m_fNoiseRate is -0.1", [](S& s, U&) { s.m_fNoiseRate = -0.1; }},
-      {"m_fSaturation is nan", [](S& s, U&) { s.m_fSaturation = kNaN; }},
-      {"m_RGBtoXYZTransform is 4", [](S& s, U&) { s.m_RGBtoXYZTransform = 4; }},
-      {"m_RGBtoXYZTransform is -1", [](S& s, U&) { s.m_RGBtoXYZTransform = -1; }},
-      {"m_CustRGB2XYZ gives white a Y of 0",
-       [](S& s, U&) {
-         s.m_RGBtoXYZTransform = 3;
-         s.m_CustRGB2XYZ[1] = {};
-       }},
-      {"the target has no chroma",
-       [](S& s, U&) {
-         s.m_fSaturation = 1.1;
-         s.m_macbethData.m_RefLab.fill({50, 0, 0});
-       }},
+
+#include "refused_fits.inc"
   };
   for (const auto member : kAdvanced) {
     S settings = measuredBy({});

@@ -73,42 +73,8 @@ struct Fit {
 
 TEST(GoldenDetection, Doubts) {
   const std::function<void(Fit&)> cases[] = {
-      [](Fit&) {},
-      [](Fit& f) {
-        f.checker.points(0, 0) = {-0.5F, 60}, f.checker.points(2, 3) = {640, 60};
-      },
-      [](Fit& f) {
-        f.checker.points(0, 0) = {0, 0}, f.checker.points(2, 3) = {639.5F, 479.5F};
-      },
-      [](Fit& f) {
-        f.checker.points(1, 1) = {60, 480}, f.checker.points(1, 2) = {60, -1};
-      },
-      [](Fit& f) { f.checker.points(1, 1)[0] = std::nanf(""); },
-      [](Fit& f) { f.neutral(2, 202.6F); },
-      [](Fit& f) { f.neutral(2, 203); },
-      [](Fit& f) { f.neutral(5, std::nanf("")); },
-      [](Fit& f) {
-        for (int x = 0; x < 6; ++x) f.neutral(x, x < 5 ? 100 : 69);
-      },
-      [](Fit& f) {
-        for (int x = 0; x < 6; ++x) f.neutral(x, x < 5 ? 100 : 70);
-      },
-      [](Fit& f) { f.thirdBrighter(2, 1, 20); },
-      [](Fit& f) { f.thirdBrighter(2, 0, 21), f.thirdBrighter(13, 2, 40); },
-      [](Fit& f) { f.checker.values *= 0.2, f.thirdBrighter(9, 1, 5); },
-      [](Fit& f) { f.checker.values *= 0.2, f.thirdBrighter(9, 1, 6); },
-      [](Fit& f) { f.checker.size = 3, f.thirdBrighter(2, 1, 90); },
-      [](Fit& f) { f.checker.size = 4; },
-      [](Fit& f) { f.checker.size = 2; },
-      [](Fit& f) {
-        for (int x = 0; x < 6; ++x) std::swap(f.checker.values(0, x), f.checker.values(2, x));
-      },
-      [](Fit& f) {
-        for (int i = 0; i < 18; ++i) f.checker.values(i / 6, i % 6) = {90, 90, 90};
-      },
-      [](Fit& f) {
-        for (auto& v : f.checker.values) v[0] = 7;
-      }};
+#include "doubtful_fits.inc"
+  };
   std::string text;
   for (const auto& change : cases) {
     Fit fit;

@@ -32,20 +32,6 @@ TEST(HistPercentile, BinAndShareByHand) {
   }
 }
 
-// With as many pixels in each bin the mean between two bin edges is that of the bins' numbers.
-TEST(HistAverage, OfAUniformHistogram) {
-  std::array<double, 256> cdf, weighted;
-  for (int k = 0; k < 256; ++k) {
-    cdf[static_cast<std::size_t>(k)] = (k + 1) / 256.0;
-    weighted[static_cast<std::size_t>(k)] = k * (k + 1) / 512.0;
-  }
-  const PercentileGuide guide(cdf);
-  for (const auto& [from, to] : {std::pair{0, 256}, {0, 1}, {100, 101}, {192, 256}, {250, 100}})
-    EXPECT_NEAR(GetBHistAvgForPctRange(0, from / 256.0, to / 256.0, weighted, cdf, guide),
-                (from + to - 1) / 2.0, 1e-9)
-        << from << " to " << to;
-}
-
 TEST(PercentileGuide, FindsWhatTheWholeSearchFinds) {
   std::mt19937 random(11);
   for (int round = 0; round < 200; ++round) {

@@ -15,26 +15,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-TEST(LumaTargetRule, TheCeilingIsThatOfTheFirstImageOnlyWhenItIsFitted) {
-  LumaTask task(2, 5);
-  task.current = {10.0, 40.0};
-  GaParameters x{200, 300, 100, 30, 0.08, 0.04, 1.5, 0.1, 0.02, 0.01, 0.0, 0.15};
-  task.luma = {1000.0, 1000.0};  // targets far above every ceiling
-  task.fallback = x;
-  for (const bool fitted : {true, false}) {
-    task.enable[4] = fitted ? 1.0 : 0.0;
-    auto run = runOf(task);
-    run.errorFunc_LumaTarget(x);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[0], 15.0);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[1], fitted ? 15.0 : 60.0);
-    x[7] = 2.0;  // the floor wins
-    run.m_initial_parameter[7] = 2.0;
-    run.errorFunc_LumaTarget(x);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[1], 80.0);
-    x[7] = 0.1;
-  }
-}
-
 TEST(LumaTargetRule, AgreesWithThePlainComputationAndAllocatesNothing) {
   std::mt19937 random(2);
   LumaTask task(40, 9);

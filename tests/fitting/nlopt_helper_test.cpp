@@ -152,23 +152,8 @@ TEST(GaArguments, AreRefusedByName) {
     const char* says;
     std::function<void(LumaTask&)> spoil;
   } cases[] = {
-      {"imageCount is 0", [](LumaTask& t) { t.imageCount = 0; }},
-      {"imageCount is 300", [](LumaTask& t) { t.imageCount = 300; }},
-      {"Weight has 2 entries; it needs 3", [](LumaTask& t) { t.weight.pop_back(); }},
-      {"Weight[1] is -1", [](LumaTask& t) { t.weight[1] = -1.0; }},
-      {"Weight is 0 for every image", [](LumaTask& t) { t.weight.assign(3, 0.0); }},
-      {"Weight is so large", [](LumaTask& t) { t.weight.assign(3, 1e308); }},
-      {"cur_target[0] is not", [&](LumaTask& t) { t.current[0] = nan; }},
-      {"hist_RGB[1][2][255] is not", [&](LumaTask& t) { t.rgb[1][2][255] = nan; }},
-      {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
-      {"initialBound[3] is 30.1234568, outside its bounds 0 to 30",
-       [](LumaTask& t) { t.start[3] = 30.12345678912; }},
-      {"initialBound[2] is -1, outside", [](LumaTask& t) { t.start[2] = -1; }},
-      {"max_drc_gain is not a finite number", [&](LumaTask& t) { t.maxDrcGain = nan; }},
-      {"ADRC_Enable is not a finite number", [&](LumaTask& t) { t.adrc = HUGE_VAL; }},
-      {"upperBound[3] is not", [&](LumaTask& t) { t.upper[3] = HUGE_VAL; }},
-      {"parameters_enable has 8", [](LumaTask& t) { t.enable.pop_back(); }},
-      {"final_dark_pos has 2", [](LumaTask& t) { t.dark.pop_back(); }},
+
+#include "refused_tasks.inc"
   };
   for (const auto& [says, spoil] : cases) {
     SCOPED_TRACE(says);
