@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -10,7 +9,6 @@
 #include <thread>
 
 #include "double_matrix.h"
-
 #include "skin_calibrate.h"
 #include "skin_filter.h"
 #include "spectral_tables.h"
