@@ -85,7 +85,6 @@ struct RefusalCase {
 
 TEST_F(ColorCorrection, RefusesAChartThatCannotBeFitted) {
   const RefusalCase cases[] = {
-
 #include "refused_fits.inc"
   };
   for (const auto member : kAdvanced) {

@@ -26,7 +26,6 @@ Contour bulging(int by) {
 
 TEST(FindQuad, TakesNearlySquareConvexQuads) {
   const QuadCase cases[] = {
-
 #include "quad_cases.inc"
   };
   for (const auto& c : cases)

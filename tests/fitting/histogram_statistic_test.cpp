@@ -19,7 +19,6 @@ TEST(HistPercentile, BinAndShareByHand) {
     int bin;
     double partial;
   } cases[] = {
-
 #include "percentile_cases.inc"
   };
   for (const auto& c : cases) {

@@ -152,7 +152,6 @@ TEST(GaArguments, AreRefusedByName) {
     const char* says;
     std::function<void(LumaTask&)> spoil;
   } cases[] = {
-
 #include "refused_tasks.inc"
   };
   for (const auto& [says, spoil] : cases) {

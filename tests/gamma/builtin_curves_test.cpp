@@ -15,7 +15,6 @@ struct Known {
   std::array<std::int32_t, 10> levels;
 };
 constexpr Known kKnown[]{
-
 #include "known_levels.inc"
 };
 

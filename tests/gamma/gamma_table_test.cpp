@@ -29,7 +29,6 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
     Table begin, end;         // of the result
   };
   const Case cases[] = {
-
 #include "gamma_conversions.inc"
   };
   for (Case test : cases) {

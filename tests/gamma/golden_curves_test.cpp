@@ -84,7 +84,6 @@ TEST(GoldenCurves, RemarksOnFiles) {
   for (int i = 0; i < 100; ++i) hundredWords += "word" + std::string(60, 'x') + "\n";
   for (int i = 0; i < 513; ++i) manyPoints += std::to_string(i) + ",7 ";
   const std::string files[] = {
-
 #include "import_files.inc"
   };
   std::string text;

@@ -57,7 +57,6 @@ struct Problem {
 
 TEST(Powell, FindsThePublishedMinima) {
   const Problem problems[] = {
-
 #include "powell_problems.inc"
   };
   for (const Problem& problem : problems) {
@@ -125,7 +124,6 @@ struct LineCase {
 // Minima worked by hand.
 TEST(Brent, FindsTheMinimumOfALine) {
   const LineCase cases[] = {
-
 #include "line_minima.inc"
   };
   for (const LineCase& line : cases) {
