@@ -139,8 +139,10 @@ TEST(Pinv, SmallSingularValuesCountAsZero) {
   EXPECT_EQ(pinv(a)[1][1], 0.0);
   // Equal rows leave columns of rounding, whose squares are next to nothing.
   for (std::int32_t n = 1; n < 40; ++n) EXPECT_NEAR(pinv(mones(n, n))[0][0], 1.0 / (n * n), 1e-14);
-  a[1][1] = 1e-9;
-  EXPECT_NEAR(pinv(a)[1][1], 1e9, 1e-3);
+  a[1][1] = 1.01e-10;
+  EXPECT_NEAR(pinv(a)[1][1] * 1.01e-10, 1.0, 1e-12);
+  a[1][1] = 0.99e-10;
+  EXPECT_EQ(pinv(a)[1][1], 0.0);
   a[1][1] = std::nan("");
   EXPECT_EQ(messageOf<NumericError>([&] { pinv(a); }), "no convergence in 30 svdcmp iterations");
 }

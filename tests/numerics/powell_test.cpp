@@ -90,11 +90,11 @@ struct Refusal {
 
 TEST(Powell, EndsWithAMessageWhereThereIsNoMinimum) {
   const Refusal refusals[] = {
-      {[](Point) { return kNaN; }, {}, "powell: the cost is not a number at (0.25, 0.5)"},
+      {[](Point) { return kNaN; }, {}, "powell: the cost is not a number at (0.25, 0.6666666667)"},
       {[](Point x) { return x[1] > 0.75 ? kNaN : x[0] * x[0]; },
        {},
        "powell: the cost is not a number at ("},
-      {[](Point) { return HUGE_VAL; }, {}, "powell: the cost is infinite at (0.25, 0.5)"},
+      {[](Point) { return HUGE_VAL; }, {}, "powell: the cost is infinite at (0.25, 0.6666666667)"},
       {[](Point x) { return x[0] > 0.75 ? -HUGE_VAL : 1.0; },
        {},
        "powell: the cost is minus infinity at ("},
@@ -106,7 +106,7 @@ TEST(Powell, EndsWithAMessageWhereThereIsNoMinimum) {
   setErrorChannel({});
   for (const Refusal& refusal : refusals) {
     try {
-      powell(refusal.cost, std::vector{0.25, 0.5}, refusal.options);
+      powell(refusal.cost, std::vector{0.25, 2.0 / 3.0}, refusal.options);
       ADD_FAILURE() << "not thrown: " << refusal.message;
     } catch (const NumericError& error) {
       EXPECT_EQ(std::string(error.what()).rfind(refusal.message, 0), 0u) << error.what();
