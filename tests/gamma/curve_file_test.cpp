@@ -179,6 +179,12 @@ TEST_F(CurveFile, RefusalsLeaveTheCatalogue) {
 
   for (int i = 0; i < 999; ++i) model.AddGammaCurve("none" + (i ? std::to_string(i) : ""));
   EXPECT_EQ(model.ImportFromFile(folder / "none.txt"), nullptr);  // not even read
+  const auto refusal = *model.ImportText("none", numbers(64)).refusal;
+  EXPECT_EQ(refusal.line, 0u);
+  EXPECT_EQ(
+      refusal.text,
+      "the catalogue already holds \"none\" and the same name with 1 to 998 behind; rename the "
+      "file or delete a curve");
   model.DeleteGammaCurve("none998");
   EXPECT_EQ(model.ImportText("none", numbers(64)).curve->Name(), "none998");
 }
