@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -84,6 +85,17 @@ TEST(AnnotateRegions, DrawsInsideThePictureWhateverTheRegions) {
   EXPECT_EQ(annotated.pixel(50, 20)[0], 255) << "upper side of the first region";
   EXPECT_EQ(annotated.pixel(150, 90)[0], 255) << "left side of the second";
   EXPECT_EQ(annotated.pixel(100, 50)[0], 0);
+  // The number, 0.35 of the region high, in its middle.
+  int top = 99, bottom = 0, left = 99, right = 0;
+  for (int y = 24; y < 76; ++y)
+    for (int x = 24; x < 76; ++x) {
+      if (annotated.pixel(x, y)[0] < 128) continue;
+      top = std::min(top, y), bottom = std::max(bottom, y);
+      left = std::min(left, x), right = std::max(right, x);
+    }
+  EXPECT_NEAR(bottom - top, 0.35 * 60, 2);
+  EXPECT_NEAR(0.5 * (top + bottom), 50, 2);
+  EXPECT_NEAR(0.5 * (left + right), 50, 4);
   EXPECT_THROW(annotateRegions(Picture(), regions), std::invalid_argument);
 }
 

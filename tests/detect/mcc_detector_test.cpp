@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "chart_renderer.h"
+#include "golden.h"
 #include "greycard/chart_regions.h"
 #include "greycard/diagnostics.h"
 
@@ -126,13 +127,15 @@ TEST_F(Detector, NamesTheStageThatFailed) {
                {"plain", backdrop(300, 200), ChartStage::Contours},
                {"oblong", oblong, ChartStage::Quads},
                {"one patch", lonely, ChartStage::Grid}};
+  std::string reasons;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const auto detection = detector_.detect(c.picture);
     EXPECT_STREQ(chartStageName(detection.stage), chartStageName(c.stage));
     EXPECT_FALSE(detection.found() || detection.trustworthy());
-    EXPECT_FALSE(detection.reason.empty());
+    reasons += std::string(c.name) + ": " + detection.reason + "\n";
   }
+  expectGolden("detect/golden/reasons.txt", reasons);
   for (const auto& [width, height] : {std::pair{1, 1}, {3, 2000}, {60, 40}, {74, 900}, {400, 300}})
     EXPECT_FALSE(detector_.detect(noise(width, height)).trustworthy()) << width << " x " << height;
 }

@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "golden.h"
+#include "greycard/skin_color_helper.h"
+#include "matrix_functions.h"
 #include "skin_calibrate.h"
 #include "skin_color_lib.h"
 #include "spectral_tables.h"
@@ -28,11 +30,19 @@ CDoubleMatrix chart(double red, double blue, double scale) {
   return rgb;
 }
 
+std::vector<double> channel(const CDoubleMatrix& rgb, std::int32_t c) {
+  const CDoubleMatrix column = submat_col(rgb, c, c);
+  return {column.data(), column.data() + column.size()};
+}
+
+std::string line(double h, double s, double y) {
+  return formatGeneral(h) + " " + formatGeneral(s) + " " + formatGeneral(y) + "\n";
+}
+
 std::string everySome(const CDoubleMatrix& features) {
   std::string text;
   for (std::int32_t i = 0; i < features.rows(); i += 119)
-    text += formatGeneral(features[i][0]) + " " + formatGeneral(features[i][1]) + " " +
-            formatGeneral(features[i][2]) + "\n";
+    text += line(features[i][0], features[i][1], features[i][2]);
   return text;
 }
 
@@ -58,17 +68,29 @@ TEST(GoldenSkin, OfTheEnginesDefaultsAndOfThreeMatrices) {
   SkinColorLib lib;
   lib.GetMCCRGB_D65() = d65, lib.GetMCCRGB_A() = a, lib.GetMCCRGB_T84() = f;
   lib.GetCCM_T84() = m, lib.GetCCM_A() = ofA, lib.GetCCM_D65() = ofD65;
-  for (std::int32_t i = 0; i < 256; ++i) lib.GetGammaTable()[i][0] = std::sqrt(i / 255.0);
-  for (const bool single : {false, true}) {
-    const auto map = lib.Calibrate(single);
-    EXPECT_EQ((std::array{map.width, map.height, map.enabled_dump}), (std::array{1, 1, 0}));
-    CDoubleMatrix features(map.count, 3);
-    for (std::size_t i = 0; i < map.h.size(); ++i) {
-      const std::array row{map.h[i], map.s[i], map.y[i]};
-      std::copy(row.begin(), row.end(), features[static_cast<std::int32_t>(i)]);
-    }
-    text += single ? "one matrix for all lights\n" : "one matrix for each light\n";
-    text += everySome(features);
+  std::vector<std::int32_t> codes;
+  for (std::int32_t i = 0; i < 256; ++i) {
+    codes.push_back(static_cast<std::int32_t>(std::lround(65535 * std::sqrt(i / 255.0))));
+    lib.GetGammaTable()[i][0] = codes.back() / 65535.0;
+  }
+  const auto map = lib.Calibrate(false);
+  EXPECT_EQ((std::array{map.width, map.height, map.enabled_dump}), (std::array{1, 1, 0}));
+  text += "one matrix for each light\n";
+  for (std::size_t i = 0; i < map.h.size(); i += 119) text += line(map.h[i], map.s[i], map.y[i]);
+  // Through the helper: the last matrix for all lights.
+  SkinColorHelper helper;
+  helper.SetMCCRGBValues_D65(channel(d65, 0), channel(d65, 1), channel(d65, 2));
+  helper.SetMCCRGBValues_A(channel(a, 0), channel(a, 1), channel(a, 2));
+  helper.SetMCCRGBValues_T84(channel(f, 0), channel(f, 1), channel(f, 2));
+  helper.SetCCMValues_T84({{{1.4, -0.3, -0.1}, {-0.2, 1.3, -0.1}, {0.0, -0.4, 1.4}}});
+  helper.SetGammaTable(codes, 16);
+  helper.Calibrate();
+  text += "one matrix for all lights\n";
+  for (std::size_t i = 0; i < helper.GetLowerData()->size(); i += 119) {
+    const auto& point = (*helper.GetLowerData())[i];
+    text += line(point.h, point.s, point.y);
+    const auto& [r, g, b] = (*helper.GetEncodedColours())[i];
+    EXPECT_NEAR(0.299F * r + 0.587F * g + 0.114F * b, point.y, 1e-6F);
   }
   expectGolden("fitting/golden/skin.txt", text);
 }

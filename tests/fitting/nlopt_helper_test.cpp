@@ -10,9 +10,11 @@
 #include <thread>
 
 #include "colour_space.h"
+#include "golden.h"
 #include "greycard/diagnostics.h"
 #include "luma_task.h"
 #include "nlopt_callbacks.h"
+#include "text.h"
 
 namespace greycard {
 namespace {
@@ -198,16 +200,30 @@ TEST(FindMinSearch, AgreesWithBisection) {
   EXPECT_THROW(helper.findMinSearch({1e300, 1, 1}, {1, 1, 1}), std::invalid_argument);
 }
 
+TEST(GoldenFitting, StopReasons) {
+  std::string text;
+  for (int code = -6; code < 8; ++code)
+    text += std::to_string(code) + ": " + std::string(stopReason(code)) + "\n";
+  expectGolden("fitting/golden/stop_reasons.txt", text);
+}
+
 TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
   std::vector<std::string> lines;
   setDebugLog([&](int, std::string_view category, std::string_view text) {
     EXPECT_EQ(category, "DebugPrint");
     lines.emplace_back(text);
   });
-  knownTask(2).call(false, evaluations(300));
+  auto task = knownTask(2);
+  const GaParameters found = task.call(false, evaluations(300));
   ASSERT_EQ(lines.size(), 2u);
-  EXPECT_THAT(lines[0], testing::StartsWith("min utility="));
-  EXPECT_THAT(lines[1], testing::MatchesRegex("four targets = \\([^)]*\\) \n"));
+  const auto listed = [](std::span<const double> values, char separator) {
+    std::string text;
+    for (const double value : values) text += separator + formatFixed(value, 6);
+    return "(" + text.substr(1) + ")";
+  };
+  EXPECT_THAT(lines[0], testing::StartsWith("min utility=" + formatFixed(task.error, 6)));
+  EXPECT_THAT(lines[0], testing::EndsWith(", x=" + listed(found, ',') + "\n"));
+  EXPECT_EQ(lines[1], "four targets = " + listed(task.four[0], ' ') + " \n");
   lines.clear();
   NLoptHelper().findMinSearch({100, 100, 100}, {100, 100, 100});
   EXPECT_THAT(lines[1], testing::Eq("(100.000000 100.000000)  \n"));

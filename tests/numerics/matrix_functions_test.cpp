@@ -168,12 +168,6 @@ TEST(MatrixInterpolation, OneCurvePerColumn) {
     y[i][1] = -x[i][0];
   }
   const CDoubleMatrix xi(-0.25, 0.75, 2.75);
-  const CDoubleMatrix both = interp1(x, y, xi);
-  ASSERT_EQ(both.cols(), 2);
-  for (std::int32_t i = 0; i < xi.rows(); ++i) {
-    EXPECT_NEAR(both[i][0], 3.0 * xi[i][0] + 1.0, 1e-12);
-    EXPECT_NEAR(both[i][1], -xi[i][0], 1e-12);
-  }
   const CDoubleMatrix up = submat_col(y, 0, 0), down = submat_col(y, 1, 1);
   const CDoubleMatrix at(mones(2, 4));
   const CDoubleMatrix rgb = interp1_gamma(x, up, down, up, at);
