@@ -96,8 +96,8 @@ TEST(GoldenColours, Fits) {
                            {illum_A, 0, 0, 0.3, -1.0, neutral, false},
                            {illum_TL84, 1, 1, 0.2, -1.0, neutral, false},
                            {illum_D50, 1, 2, 0.0, -1.0, {1.2, 1.2, 1.2, 1.2, 10, 0, 0}, false},
-                           {illum_Horizon, 0, 3, 0.0, -1.0, {2, 1.1, 0.9, 1.3, 0, -5, 7}, false},
-                           {illum_CoolWhite, 1, 0, 0.1, -1.0, neutral, true},
+                           {illum_Horizon, 0, 3, 0.0, -1.0, {1.1, 1.1, 0.9, 1.3, 0, -5, 7}, false},
+                           {illum_CoolWhite, 1, 0, 0.1, -1.0, {0.9, 1.2, 0.9, 0.9, 0, 0, 0}, true},
                            {illum_Lowlight, 1, 0, 0.0, 1.15, neutral, false}};
   std::string text;
   for (const FitCase& c : cases) {

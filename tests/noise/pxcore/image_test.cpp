@@ -57,6 +57,7 @@ TEST(Image, StridesAndViews) {
   TImageRoi<float> view = floats.GetRectRoi({1, 1, 2, 1});
   view.ApplyPixelOp(view, [](float v) { return v + 1.0F; });
   floats.ApplyPixelOp(floats, floats, std::minus<>());
+  EXPECT_EQ(floats.RowPtr(0)[0], 0.0F);
   EXPECT_EQ(view.RowPtr(0)[1], 0.0F);  // a view shares the pixels, and keeps them
   floats.Release();
   EXPECT_FALSE(floats.IsValid());
