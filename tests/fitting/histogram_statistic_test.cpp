@@ -11,7 +11,7 @@ namespace {
 
 TEST(HistPercentile, BinAndShareByHand) {
   const double data[] = {0.2, 0.2, 0.6, 1.0};
-  const double empty[] = {0.0, 0.5, 0.5, 1.0};
+  const double empty[] = {0.0, 0.5, 0.5, 1.0}, steep[] = {0.4, 0.6, 0.8, 1.0};
   const struct {
     const char* what;
     const double* data;

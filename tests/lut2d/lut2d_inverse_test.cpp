@@ -86,6 +86,8 @@ TEST(InverseTable, DegenerateTrianglesGiveTheHueTwice) {
   inverted(helper, config);
   EXPECT_EQ(helper.record()->delta[5][3].h, 75.0F);
   EXPECT_EQ(helper.record()->delta[5][3].s, 75.0F);
+  helper.SetConfig(config);
+  EXPECT_EQ(helper.UncoveredNodes(), 0);
   inverted(helper, {});  // nothing but zeros
   EXPECT_EQ(helper.record()->delta[5][3].h, 0.0F);
 }
