@@ -24,13 +24,21 @@ TEST(GoldenDetection, RegionFileAndRemarks) {
   setErrorChannel([&](std::string_view part) {
     if (!part.starts_with("Box") && !part.starts_with("Slope")) text += part;  // digits of OpenCV
   });
+  std::string quads;
+  setDebugLog([&](int level, std::string_view category, std::string_view part) {
+    quads += std::to_string(level) + std::string(category) + std::string(part.substr(0, 8)) +
+             std::string(part.substr(part.find(':'))) + "\n";  // where it begins is OpenCV's
+  });
   for (const double turn : {0.0, 90.0, 180.0}) {
     ChartPose pose;
     pose.turnDegrees = turn;
     const auto detection = MCCDetector().detect(renderChart(pose));
-    text += formatRegions(detection.regions) + "size " + formatGeneral(detection.size) + "\n";
+    text += formatRegions(detection.regions) + "size " + formatGeneral(detection.size) +
+            ", error " + formatGeneral(detection.error) + "\n";
   }
   setErrorChannel({});
+  setDebugLog({});
+  text += quads.substr(0, quads.size() / 24);
   expectGolden("detect/golden/regions.txt", text);
 }
 

@@ -136,8 +136,6 @@ TEST(SigmaLut, FlatAndSmallPictures) {
     EXPECT_EQ(std::accumulate(sigma.report.ringPixels.begin(), sigma.report.ringPixels.end(), 0u),
               static_cast<unsigned>(w * h));
   }
-  const Picture noisy = flatField(500, 500, 4.0, 1.0, 1);
-  EXPECT_EQ(calculate(500, 500, noisy.samples).center_noise_sigma, 0.0F);
 }
 
 // A tenth of the shorter side: squares of 3 pixels, in the middle from (18, 13) on.
