@@ -125,7 +125,8 @@ TEST_F(PictureFile, EveryEndingHoldsItsKindsOfPicture) {
     checkPictureName(name);
     for (const int bits : {8, 16})
       for (const int channels : {1, 3}) {
-        const auto text = refusal([&] { writePicture(path(name), noise(4, 3, channels, bits)); });
+        const auto text =
+            refusal([&, file = path(name)] { writePicture(file, noise(4, 3, channels, bits)); });
         held += text == "no FileError" ? '1' : '0';
       }
     EXPECT_EQ(held, expected) << name;
