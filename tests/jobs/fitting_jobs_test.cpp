@@ -160,9 +160,9 @@ TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
       {"1 nan\n", "\"nan\" is not a finite number"},
       {"# nothing\n\n", "holds no points"},
       {"", "holds no points"}};
-  for (const auto& [text, says] : refusals)
-    EXPECT_THAT([&] { readWhiteBalancePoints(file("bad.txt", text)); },
-                testing::ThrowsMessage<JobError>(HasSubstr(says)));
+  for (const auto& bad : refusals)
+    EXPECT_THAT([&] { readWhiteBalancePoints(file("bad.txt", bad.first)); },
+                testing::ThrowsMessage<JobError>(HasSubstr(bad.second)));
 }
 
 TEST_F(FittingJobs, SkinNeedsAMatrixAndTellsOfWrongCharts) {
