@@ -144,7 +144,7 @@ TEST(FittingJson, AnExposureJobsFileIsRefusedWithTheField) {
 }
 
 TEST(FittingJson, ResultsThatCantBeAreRefusedAndTheValueStays) {
-  WhiteBalanceMapping mapping = mapWhiteBalance({});
+  WhiteBalanceMapping mapping;
   const std::string text = toJson(mapping);
   expectRefused(replaced(text, "\"points\"", "\"p\""), mapping, "points is missing");
   expectRefused(replaced(text, "\"from\": [", "\"from\": [1,"), mapping,
