@@ -15,38 +15,6 @@ namespace {
 
 using testing::HasSubstr;
 
-Picture chartPicture() {
-  setErrorChannel({});
-  ChartSimulator simulator;
-  simulator.m_settings.width = 640;
-  simulator.m_settings.height = 480;
-  simulator.m_settings.shotNoise = 0.01;
-  simulator.m_settings.rotationDeg = 10.0;
-  simulator.Simulate();
-  return simulator.m_picture;
-}
-
-TEST(ChartJson, ResultsReadBackWhole) {
-  const Picture picture = chartPicture();
-  ChartFitOptions options;
-  options.saturation = 1.1;
-  const ChartFit fit = *fitChart(picture, options, "a \"chart\".png"), again = roundTrip(fit);
-  EXPECT_EQ(again.photo, fit.photo);
-  EXPECT_EQ(again.after.ciede2000.patch, fit.after.ciede2000.patch);
-  EXPECT_EQ(again.pipeline().m_gains, fit.pipeline().m_gains);
-  EXPECT_EQ(correctedPhotograph(picture, again).samples, correctedPhotograph(picture, fit).samples);
-  EXPECT_EQ(again.sampling.clipping[3][1].floor, fit.sampling.clipping[3][1].floor);
-  EXPECT_EQ(*again.fit.m_chromaChangeWanted, *fit.fit.m_chromaChangeWanted);
-
-  const ChartSearch search = searchChart(picture);
-  EXPECT_EQ(roundTrip(search).chart.detection->points, search.chart.detection->points);
-
-  EvaluationOptions judged;
-  judged.light = illum_A;
-  const ChartEvaluation evaluation = evaluateChart(picture, judged);
-  EXPECT_EQ(roundTrip(evaluation).errors.cie94.patch, evaluation.errors.cie94.patch);
-}
-
 TEST(ChartJson, WhatIsNotFiniteIsNullAndReadsBackAsNotANumber) {
   ChartEvaluation evaluation;
   evaluation.measuredRgb[2][1] = std::numeric_limits<double>::infinity();

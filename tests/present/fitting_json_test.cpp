@@ -14,20 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-ExposureImage inlineImage() {
-  ExposureImage image;
-  image.name = "night \u66f2";
-  image.hist_CDF.emplace();
-  image.hist_RGB.emplace();
-  for (auto& channel : *image.hist_CDF) channel.fill(1.0);
-  image.hist_RGB->at(1)[7] = 1.0 / 3.0;
-  image.newTarget = 60.0;
-  image.cur_target = 0.1;
-  image.Weight = 2.0;
-  image.max_dark_mean = 3.0;
-  return image;
-}
-
 ExposureEvaluation evaluation(double number) {
   ExposureEvaluation evaluation;
   evaluation.parameters.fill(number);
@@ -48,47 +34,6 @@ SkinCalibration skinResult() {
   skin.lower.h = {-1.5, 0.25};
   skin.warnings = {"w"};
   return skin;
-}
-
-TEST(FittingJson, WhatIsWrittenReadsBackToTheSame) {
-  ExposureJob job;
-  job.images = {inlineImage(), {}};
-  job.images[1].picture = "a/b.png";
-  job.images[1].whiteLevel = 4095;
-  job.initial_parameter = job.upperBound;
-  const ExposureJob back = roundTrip(job);
-  EXPECT_EQ(back.images.at(0).hist_RGB, job.images[0].hist_RGB);
-  EXPECT_EQ(back.images.at(1).whiteLevel, 4095);
-  EXPECT_FALSE(back.images[1].curr_luma);
-  EXPECT_FALSE(roundTrip(ExposureJob()).initial_parameter);
-  SearchOptions search;
-  search.seed = 4294967295;
-  EXPECT_EQ(roundTrip(search).seed, 4294967295);
-
-  ExposureFit fit;
-  fit.least = std::numeric_limits<double>::infinity();  // null in JSON
-  fit.evaluations = 7;
-  fit.seconds = 0.5;
-  fit.images = {{"n", 1.0, 2.0, 3.0, 4.0}};
-  fit.start = evaluation(1.0), fit.best = evaluation(0.1), fit.returned = evaluation(1.0 / 3.0);
-  EXPECT_EQ(roundTrip(fit).returned.fourTargets, fit.returned.fourTargets);
-  EXPECT_THAT(toJson(fit), HasSubstr("\"evaluations_per_second\": 14.0"));
-  EXPECT_EQ(roundTrip(ExposureTrial{fit.images, fit.best}).manual.error, 0.1);
-
-  EXPECT_EQ(roundTrip(LumaMatchOptions{{1, 2, 3}, {4, 5, 6}, search}).search.seed, search.seed);
-  EXPECT_EQ(roundTrip(LumaMatch{0.1, 1, 2, 3}).factor, 0.1);
-
-  const WhiteBalanceOptions points{
-      {{{0, 0}, {1, 0}, {0, 1}}}, {{{1, 2}, {3, 4}, {5, 7}}}, {{8, 0.1}}};
-  EXPECT_EQ(roundTrip(points).points, points.points);
-  const WhiteBalanceMapping mapping = mapWhiteBalance(points);
-  EXPECT_EQ(roundTrip(mapping).transform(points.points[0]), mapping.transform(points.points[0]));
-
-  SkinOptions options;
-  options.matrix = skinResult().matrix;
-  EXPECT_EQ(roundTrip(options).matrix, options.matrix);
-  EXPECT_EQ(roundTrip(skinResult()).lower.h, skinResult().lower.h);
-  EXPECT_FALSE(roundTrip(skinResult()).upper.h);
 }
 
 TEST(FittingJson, PlotsAndTablesOfResultsReadBackAreWhole) {

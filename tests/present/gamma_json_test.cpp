@@ -19,40 +19,6 @@ CurveTables oneChannel() {
   return {"one \u66f2", true, {{{{0, 16383}, {{1, -2}}}, {}, {}}}};
 }
 
-TEST(GammaJson, WhatIsWrittenReadsBackToTheSame) {
-  EXPECT_EQ(roundTrip(threeChannels()), threeChannels());
-  EXPECT_EQ(roundTrip(oneChannel()), oneChannel());
-  const auto listing = roundTrip(GammaCatalogueListing{{{"a", 1024, false, true}, {"b", 2}}});
-  EXPECT_EQ(listing.curves.at(0).entries, 1024u);
-  EXPECT_TRUE(listing.curves.at(0).immutable);
-  EXPECT_EQ(roundTrip(ShowCurveOptions{CurveChannel::Blue, 5}).channel, CurveChannel::Blue);
-  const auto shown =
-      roundTrip(ShownCurve{"s", CurveChannel::Red, false, true, {1, 2, 3}, true, {{4, 5}}});
-  EXPECT_EQ(shown.table, (GammaTable{1, 2, 3}));
-  EXPECT_EQ(shown.points, (ControlPointList{{4, 5}}));
-  EXPECT_EQ(roundTrip(CurveLutOptions{LutKind::To12Bits, {}, 8}).bits, 8);
-  EXPECT_FALSE(roundTrip(CurveLutOptions{}).bits.has_value());
-  const auto lut = roundTrip(CurveLut{"l", {}, LutKind::Of14Bits, 14, {0.1, 1.0 / 3.0}});
-  EXPECT_EQ(lut.values.at(1), 1.0 / 3.0);
-  EXPECT_EQ(roundTrip(CurveFileForm{64, 8}).bits, 8);
-  const auto exported = roundTrip(CurveExport{threeChannels(), "a/b.txt", {256, 10}});
-  EXPECT_EQ(exported.curve, threeChannels());
-  EXPECT_EQ(exported.form.values, 256);
-  const auto import = roundTrip(CurveImportReport{{ImportedCurve{
-      oneChannel(), "c.txt", {{CurveChannel::Green, 64, 0}}, {{3, "word", "is skipped"}}}}});
-  EXPECT_EQ(import.curves.at(0).fileTables.at(0).channel, CurveChannel::Green);
-  EXPECT_EQ(import.curves.at(0).notes.at(0).line, 3u);
-  const auto reduction = roundTrip(
-      ControlPointReduction{"p", CurveChannel::Green, {{1, 2}}, -7, 1023, {1, 2}, {3, 4}});
-  EXPECT_EQ(reduction.largestDeviation, -7);
-  EXPECT_EQ(roundTrip(StandardCurveOptions{StandardCurveKind::HLG, 9}).nits, 9);
-  EXPECT_EQ(roundTrip(StandardCurve{StandardCurveKind::HLG, 1.0, {0, 16}, {64, 99}}).table[1], 99);
-  const auto found = roundTrip(
-      DeGammaResult{"d", {1.0, 2.5, 255.0}, {1.0, std::nan(""), 3.0}, {{{0.0625}, {1}, {2}}}});
-  EXPECT_TRUE(std::isnan(found.positions[1]));
-  EXPECT_EQ(found.tables[0].at(0), 0.0625);
-}
-
 TEST(GammaJson, FieldsThatCantBeAreNamedAndTheValueStays) {
   CurveTables curve = threeChannels();
   const std::string whole = toJson(curve);

@@ -14,33 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-Lut2DConfig draggedTable() {
-  Lut2DConfig table = identityLut2d({{0.0F, 0.1F, 0.9F, 1.0F}, 0.3F});
-  dragLut2d(table, {118.0, 0.52, -30.0, 0.1, 2, 3});
-  table.hs_lut_bank_sel = -5;
-  table.K_b_integer = 1e-30F;
-  table.inverse_flag = 1.0F;
-  return table;
-}
-
-TEST(Lut2dJson, WhatIsWrittenReadsBackToTheSame) {
-  EXPECT_EQ(roundTrip(draggedTable()), draggedTable());
-  EXPECT_EQ(roundTrip(Lut2dIdentityOptions{{0.1F, 0.2F, 0.3F, 0.4F}, 0.5F, 6.0F, 7.0F}).fade[3],
-            0.4F);
-  const auto drag = roundTrip(Lut2dDragOptions{1.0, 0.2, 3.0, 0.4, 5, 6, true});
-  EXPECT_EQ(drag.byHueDeg, 3.0);
-  EXPECT_EQ(drag.rangeColumns, 6);
-  EXPECT_TRUE(drag.keepNode);
-  EXPECT_EQ(roundTrip(Lut2dDragReport{{1, 2}, 3.0, 0.4, 5, 6}).node, (Lut2dNode{1, 2}));
-  const auto summary = roundTrip(Lut2dSummary{1, 2.5, 0.25, 3, draggedTable()});
-  EXPECT_EQ(summary.table, draggedTable());
-  EXPECT_EQ(summary.largestSatChange, 0.25);
-  EXPECT_EQ(roundTrip(Lut2dApplyOptions{10}).bits, 10);
-  EXPECT_EQ(roundTrip(Lut2dApplyReport{"a.png", "b.json", 1023, 12, 7}).changedPixels, 7u);
-  const auto inverse = roundTrip(Lut2dInverseReport{4, {{0.1, 0.2}, {0.3, 0.4}}});
-  EXPECT_EQ(inverse.roundTrip.sat.worst, 0.4);
-}
-
 TEST(Lut2dJson, AColourTableIsReadWholeOrNotAtAll) {
   Lut2DConfig table = identityLut2d();
   const std::string whole = toJson(table);

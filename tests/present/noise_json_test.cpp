@@ -25,20 +25,6 @@ SigmaEstimate estimate() {
   return estimate;
 }
 
-TEST(NoiseJson, WhatIsWrittenReadsBackToTheSame) {
-  const SigmaEstimate back = roundTrip(estimate());
-  EXPECT_EQ(back.lut, estimate().lut);
-  EXPECT_EQ(back.centreNoiseSigma, 0.1F);
-  EXPECT_EQ(back.report.ringPixels, estimate().report.ringPixels);
-  EXPECT_EQ(sigmaCsv(back), sigmaCsv(estimate()));
-  EXPECT_EQ(sigmaPlot(back), sigmaPlot(estimate()));
-  // Single precision with the digits of a double.
-  EXPECT_THAT(toJson(back), HasSubstr("\"center_noise_sigma\": 0.10000000149011612,"));
-  EXPECT_EQ(roundTrip(FlatFieldOptions{LumaChoice::Green, {}}).luma, LumaChoice::Green);
-  EXPECT_EQ(roundTrip(FlatFieldOptions{{}, BareSamples{4, 5, 16}}).raw->height, 5u);
-  EXPECT_FALSE(roundTrip(FlatFieldOptions()).raw);
-}
-
 TEST(NoiseJson, FieldsThatCantBeAreNamedAndTheValueStays) {
   SigmaEstimate value = estimate();
   const std::string text = toJson(value);

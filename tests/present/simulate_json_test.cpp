@@ -18,28 +18,6 @@ SimulatedChart chart() {
   return *simulateChart(settings, "a/b.png");
 }
 
-TEST(SimulateJson, WhatIsWrittenReadsBackToTheSame) {
-  const SimulatedChart truth = chart(), back = roundTrip(truth);
-  EXPECT_EQ(back.file, "b.png");
-  EXPECT_EQ(back.truth.corners, truth.truth.corners);
-  EXPECT_EQ(back.truth.rgb, truth.truth.rgb);
-  EXPECT_EQ(back.settings.light, illum_Horizon);
-  EXPECT_EQ(back.settings.seed, truth.settings.seed);
-  EXPECT_EQ(back.settings.whiteLevel, 255.0);  // what 0 stands for
-  const SimulationSettings settings = roundTrip(truth.settings);
-  EXPECT_EQ(settings.rotationDeg, 0.1);
-  EXPECT_EQ(settings.sensor, ModelSensor::Narrow);
-
-  FlatFieldSettings flat;
-  flat.width = flat.height = 8;
-  flat.cornerGain = 1.5;
-  flat.bits = 16;
-  EXPECT_EQ(roundTrip(flat).bits, 16);
-  const SimulatedFlatField field = roundTrip(*simulateFlatField(flat, "f.png"));
-  EXPECT_EQ(field.noiseGains()[82], 1.125);
-  EXPECT_EQ(field.settings.bits, 16);
-}
-
 TEST(SimulateJson, SettingsThatCantBeAreNamedAndTheValueStays) {
   SimulationSettings settings;
   expectRefused(R"({"sensor": "Brode"})", settings, "there is no sensor \"Brode\"; did you mean");

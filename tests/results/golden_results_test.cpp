@@ -20,6 +20,7 @@
 #include "greycard/present/measured_chart.h"
 #include "greycard/present/noise.h"
 #include "greycard/present/simulate.h"
+#include "present/round_trip.h"
 
 namespace greycard::present {
 namespace {
@@ -59,6 +60,12 @@ std::string trace(const Picture& picture) {
   for (std::size_t i = 0; i < picture.samples.size(); ++i) sum += picture.samples[i] * (i % 97 + 1);
   return std::to_string(picture.width) + " x " + std::to_string(picture.height) + ", " +
          std::to_string(picture.bits) + " bits: " + std::to_string(sum);
+}
+
+// The value's JSON, which is read back to the same on the way.
+template <typename Value>
+std::string json(const Value& value) {
+  return toJson(roundTrip(value));
 }
 
 class GoldenResults : public testing::Test {
@@ -104,29 +111,41 @@ ChartFitOptions otherOptions() {
 
 TEST_F(GoldenResults, OfCharts) {
   const SimulatedChart a = photograph(illum_A);
-  expectResult("simulated.json", toJson(a));
-  expectResult("search.json", toJson(searchChart(a.picture, {}, "a.tif")));
+  expectResult("simulated.json", json(a));
+  expectResult("search.json", json(searchChart(a.picture, {}, "a.tif")));
   writeRegions(folder / "regions.txt", locateChart(a.picture).patches());
   ChartFitOptions options = otherOptions();
   options.locate.regions = folder / "regions.txt";
   const ChartFit fit = *fitChart(a.picture, options, "a.tif");
-  expectResult("fit.json", toJson(fit));
+  expectResult("fit.json", json(fit));
   expectResult("corrected.txt", trace(correctedPhotograph(a.picture, fit, options.locate.samples)));
   EvaluationOptions judged;
   judged.locate = options.locate;
   judged.light = illum_TL84;
   judged.scale = 1.2;
-  expectResult("evaluation.json", toJson(evaluateChart(a.picture, judged, "a.tif")));
+  expectResult("evaluation.json", json(evaluateChart(a.picture, judged, "a.tif")));
 
   // Clipped, without the black level, and searched for.
   SimulationSettings bright;
   bright.width = 360, bright.height = 300, bright.whiteShare = 1.6, bright.yawDeg = 12;
   const SimulatedChart clipped = *simulateChart(bright, "bright.png");
   const ChartFit poor = *fitChart(clipped.picture, {}, "bright.png");
-  expectResult("fit_clipped.json", toJson(poor));
+  expectResult("fit_clipped.json", json(poor));
   expectResult("report.html", fitReport(poor, clipped.picture));
   options.locate.regions = judged.locate.regions = "regions.txt";
-  expectResult("options.json", toJson(options) + "\n" + toJson(judged));
+  options.saturation = 1.2;
+  bright.seed = 1ULL << 63U;
+  bright.light = illum_Horizon;
+  bright.sensor = ModelSensor::Narrow;
+  expectResult("options.json",
+               json(options) + json(judged) + json(bright) + json(FlatFieldSettings()) +
+                   json(ShowCurveOptions{CurveChannel::Blue, 5}) + json(CurveFileForm{64, 8}) +
+                   json(StandardCurveOptions{StandardCurveKind::HLG, 9}) +
+                   json(Lut2dIdentityOptions{{0.1F, 0.2F, 0.3F, 0.4F}, 0.5F, 6.0F, 7.0F}) +
+                   json(Lut2dApplyOptions{10}) + json(FlatFieldOptions{LumaChoice::Green, {}}) +
+                   json(FlatFieldOptions{{}, BareSamples{4, 5, 16}}));
+  EXPECT_EQ(roundTrip(clipped).truth.rgb, clipped.truth.rgb);
+  EXPECT_EQ(roundTrip(poor).pipeline().m_gains, poor.pipeline().m_gains);
 }
 
 TEST_F(GoldenResults, OfCurves) {
@@ -145,24 +164,24 @@ TEST_F(GoldenResults, OfCurves) {
   const CurveImportReport imported = importCurves(model, files);
   const GammaCurvePtr three = model.GetGammaCurveByName(imported.curves[1].curve.name);
   const auto against = comparisonCurve("VNormal").curve;
-  expectResult("imported.json", toJson(imported) + toJson(listCurves(model)));
+  expectResult("imported.json", json(imported) + json(listCurves(model)));
   const ShownCurve shown = showCurve(*outdoor, {CurveChannel::Red, 7});
-  expectResult("shown.json", toJson(shown) + toJson(exportCurve(*three, "out.txt", {64, 10})));
+  expectResult("shown.json", json(shown) + json(exportCurve(*three, "out.txt", {64, 10})));
   expectResult("exported.txt", readWholeFile("out.txt"));
   std::string luts;
   for (const CurveLutOptions& options : {CurveLutOptions{LutKind::Plain, CurveChannel::Red, 8},
                                          {LutKind::Of14Bits, CurveChannel::Green, {}},
                                          {LutKind::Norm, CurveChannel::Blue, {}},
                                          {LutKind::To12Bits, CurveChannel::Blue, {}}})
-    luts += toJson(buildCurveLut(*three, options)).substr(0, 3000) + toJson(options);
+    luts += json(buildCurveLut(*three, options)).substr(0, 3000) + json(options);
   expectResult("luts.json", luts);
   const ControlPointReduction reduced = reduceToControlPoints(*three, CurveChannel::Green);
   const StandardCurve pq = standardCurve({StandardCurveKind::HDR10, 1000}),
                       hlg = standardCurve({StandardCurveKind::HLG});
   const DeGammaResult inputs = degammaColour(*three, {60.0, 61.0, 30.0});
-  expectResult("reduced.json", toJson(reduced));
-  expectResult("standard.json", toJson(pq) + toJson(hlg));
-  expectResult("degamma.json", toJson(inputs));
+  expectResult("reduced.json", json(reduced));
+  expectResult("standard.json", json(pq) + json(hlg));
+  expectResult("degamma.json", json(inputs));
   expectResult("curves.svg", curvePlot(shown, against) + curvePlot(imported) + curvePlot(reduced) +
                                  curvePlot(pq) + curvePlot(hlg, against) +
                                  curvePlot(inputs, imported.curves[1].curve));
@@ -173,15 +192,15 @@ TEST_F(GoldenResults, OfTables) {
   std::string reports;
   for (const Lut2dDragOptions& drag :
        {Lut2dDragOptions{118.0, 0.52, -30.0, 0.1, 2, 3}, {300.0, 0.8, 12.0, -0.2, 3, 1}})
-    reports += toJson(drag) + toJson(dragLut2d(table, drag));
-  expectResult("drags.json", reports + toJson(summariseLut2d(table)));
+    reports += json(drag) + json(dragLut2d(table, drag));
+  expectResult("drags.json", reports + json(summariseLut2d(table)));
   expectResult("wheel.svg", lut2dWheel(table, "dragged"));
   const Lut2dInverse inverse = invertLut2d(table);
-  expectResult("inverse.json", toJson(inverse.report) + toJson(inverse.table));
+  expectResult("inverse.json", json(inverse.report) + json(inverse.table));
   const AppliedLut2d applied =
       applyLut2d(photograph(illum_D65).picture, table, {}, "a.tif", "t.json");
   expectResult("applied.json",
-               toJson(applied.report) + trace(applied.picture()) + trace(applied.comparison()));
+               json(applied.report) + trace(applied.picture()) + trace(applied.comparison()));
 }
 
 TEST_F(GoldenResults, OfRules) {
@@ -204,16 +223,16 @@ TEST_F(GoldenResults, OfRules) {
   EXPECT_EQ(fit.evaluationsPerSecond(), 150.0);
   const ExposureTrial trial = evaluateExposure(job);
   for (ExposureImage& image : job.images) image.picture = image.picture->filename();
-  expectResult("exposure.json", toJson(job) + toJson(search) + toJson(fit) + toJson(trial));
+  expectResult("exposure.json", json(job) + json(search) + json(fit) + json(trial));
   expectResult("exposure.svg", exposurePlot(fit) + exposurePlot(trial));
-  expectResult("luma.json", toJson(matchLuma({{100, 120, 140}, {60, 90, 30}, search})));
+  expectResult("luma.json", json(matchLuma({{100, 120, 140}, {60, 90, 30}, search})));
 
   WhiteBalanceOptions points;
   points.from = {{{0.48, 0.66}, {0.64, 0.52}, {0.93, 0.37}}};
   points.to = {{{0.5, 0.6}, {0.7, 0.5}, {0.9, 0.4}}};
   points.points = {{0.5, 0.5}, {0.7, 0.3}};
   const WhiteBalanceMapping mapping = mapWhiteBalance(points);
-  expectResult("wb_map.json", toJson(points) + toJson(mapping) + wbMapCsv(mapping));
+  expectResult("wb_map.json", json(points) + json(mapping) + wbMapCsv(mapping));
 
   SkinCharts charts;
   const Illum lights[] = {illum_D65, illum_A, illum_TL84};
@@ -226,7 +245,7 @@ TEST_F(GoldenResults, OfRules) {
   options.matrixFrom = "by hand";
   const SkinCalibration skin = calibrateSkin(charts, options, {"d65.tif", "a.tif", "tl84.tif"});
   constexpr std::size_t kEnough = 20000;  // of thousands of points
-  expectResult("skin.json", toJson(options) + toJson(skin).substr(0, kEnough));
+  expectResult("skin.json", json(options) + json(skin).substr(0, kEnough));
   expectResult("skin.svg", skinPlot(skin).substr(0, kEnough) + skinCsv(skin).substr(0, kEnough));
 }
 
@@ -236,7 +255,7 @@ TEST_F(GoldenResults, OfFlatFields) {
   settings.fallOff = 0.4;
   const SimulatedFlatField simulated = *simulateFlatField(settings, "flat.png");
   const SigmaEstimate estimate = estimateSigma(flatField(simulated.picture, {}, "flat.jpg"), true);
-  expectResult("sigma.json", toJson(simulated) + toJson(estimate) + sigmaCsv(estimate));
+  expectResult("sigma.json", json(simulated) + json(estimate) + sigmaCsv(estimate));
   expectResult("sigma.svg", sigmaPlot(estimate));
   expectResult("sigma_map.txt", trace(sigmaMap(estimate)));
 }
