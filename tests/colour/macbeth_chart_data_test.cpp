@@ -125,6 +125,7 @@ TEST(ChartData, ReferenceFromMeasuredRgb) {
   chart.RefLabFromRGB();
   EXPECT_NEAR(chart.m_RefLab[5][0], 87.73, 0.01);  // sRGB green
   EXPECT_EQ(chart.m_RefLab[0], chart.m_RefLab[5]);
+  EXPECT_STREQ(patchName(0), "dark skin");
   EXPECT_STREQ(patchName(5), "bluish green");
   EXPECT_THROW(patchName(24), std::out_of_range);
 }
