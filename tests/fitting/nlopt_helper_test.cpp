@@ -60,6 +60,7 @@ TEST(GaManual, EvaluatesTheFallbackAndReturnsTheStart) {
   EXPECT_EQ(task.call(true), task.start);
   EXPECT_EQ(task.result, 77);  // as the caller left it
   EXPECT_EQ(task.report.best, task.fallback);
+  EXPECT_EQ(task.report.seconds, 0.0);
   EXPECT_NEAR(task.error, evaluatePlainly(task, task.fallback).error, 1e-9 * task.error);
   expectOutputsOf(task, task.fallback);
 
@@ -190,6 +191,7 @@ TEST(GaArguments, AreRefusedByName) {
       {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
       {"initialBound[3] is 30.1234568, outside its bounds 0 to 30",
        [](LumaTask& t) { t.start[3] = 30.12345678912; }},
+      {"initialBound[5] is not", [&](LumaTask& t) { t.start[5] = nan; }},
       {"initialBound[2] is -1, outside", [](LumaTask& t) { t.start[2] = -1; }},
       {"max_drc_gain is not a finite number", [&](LumaTask& t) { t.maxDrcGain = nan; }},
       {"ADRC_Enable is not a finite number", [&](LumaTask& t) { t.adrc = HUGE_VAL; }},

@@ -111,6 +111,8 @@ TEST(SkinColorHelper, Refusals) {
        "avgG[7] of the chart under A is not a finite number"},
       {[&] { helper.SetMCCRGBValues_T84(good, good, Channel(23)); },
        "avgB of the chart under T84 holds 23 values; 24 are wanted"},
+      {[&] { helper.SetCCMValues_A(ccm); },
+       "entry [2, 1] of the matrix for A is not a finite number"},
       {[&] { helper.SetCCMValues_D65(ccm); },
        "entry [2, 1] of the matrix for D65 is not a finite number"},
       {[&] { helper.SetGammaTable(std::span(codes).first(255), 8); },
