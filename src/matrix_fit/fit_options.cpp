@@ -1,0 +1,33 @@
+#include "greycard/fit_options.h"
+
+namespace greycard {
+
+std::array<double, kPatchCount> patchWeights(PatchWeightPreset preset) {
+  std::array<double, kPatchCount> weights;
+  weights.fill(1.0);
+  const auto set = [&weights](std::initializer_list<std::size_t> rows, double weight) {
+    for (const std::size_t row : rows) weights[row] = weight;
+  };
+  if (preset == PatchWeightPreset::neutrals) set({18, 19, 20, 21, 22, 23}, 4.0);
+  if (preset == PatchWeightPreset::skin) set({0, 1}, 6.0);
+  if (preset == PatchWeightPreset::foliageAndSky) {
+    set({2, 3}, 6.0);
+    set({10, 12, 13}, 3.0);
+  }
+  return weights;
+}
+
+std::optional<PatchWeightPreset> patchWeightPresetFromName(std::string_view name) {
+  if (name == "even") return PatchWeightPreset::even;
+  if (name == "neutrals") return PatchWeightPreset::neutrals;
+  if (name == "skin") return PatchWeightPreset::skin;
+  if (name == "foliage-sky") return PatchWeightPreset::foliageAndSky;
+  return std::nullopt;
+}
+
+FitPhotograph::FitPhotograph(const MacbethChartData& chart, const SamplingReport& report)
+    : rgb(chart.m_RGB), noise(chart.m_Noise), pixels(report.pixels) {
+  for (const int patch : report.clippedPatches()) clipped[static_cast<std::size_t>(patch)] = true;
+}
+
+}  // namespace greycard
