@@ -1,5 +1,24 @@
 #include "command.h"
+#include "sub_commands.h"
+
+namespace {
+
+void addAll(CLI::App& program) {
+  using namespace greycard::cli;
+  addSimulate(program);
+  addChart(program);
+  addCcm(program);
+  addEvaluate(program);
+  addGamma(program);
+  addLut2d(program);
+  addSigma(program);
+  addAe(program);
+  addWbMap(program);
+  addSkin(program);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
-  return greycard::cli::runGreycard(argc, argv);
+  return greycard::cli::runGreycard(argc, argv, addAll);
 }

@@ -1,10 +1,17 @@
-# `cmake --install`: the shared library, the public headers, the command, a CMake package
-# (find_package(greycard), target greycard::greycard) and a .pc file for everybody else.
+# `cmake --install`: the libraries, the public headers, the command, a CMake package
+# (find_package(greycard), targets greycard::greycard and greycard::present) and a .pc file for
+# everybody else.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS greycard greycard_api EXPORT greycardTargets
+get_property(components GLOBAL PROPERTY GREYCARD_COMPONENTS)
+install(TARGETS greycard greycard_api ${components} EXPORT greycardTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(BUILD_SHARED_LIBS)
+  # A component finds the library beside it, wherever the tree is put.
+  set_target_properties(${components} PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
 if(TARGET greycard_command)
   # The installed command finds the library beside it, wherever the tree is put.
   file(RELATIVE_PATH libdir_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
@@ -25,9 +32,16 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/greycardConfigVersion.cma
                                  COMPATIBILITY SameMinorVersion)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycardConfig.cmake.in
                ${PROJECT_BINARY_DIR}/greycardConfig.cmake @ONLY)
+if(NOT BUILD_SHARED_LIBS) # then a program links what the library uses
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake DESTINATION ${package_dir})
+endif()
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH includedir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+set(static_libs "")
+if(NOT BUILD_SHARED_LIBS)
+  set(static_libs "Libs.private: -lopencv_imgcodecs -lopencv_imgproc -lopencv_core -lnlopt -lstdc++ -lm")
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycard.pc.in ${PROJECT_BINARY_DIR}/greycard.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/greycardConfig.cmake
               ${PROJECT_BINARY_DIR}/greycardConfigVersion.cmake DESTINATION ${package_dir})

@@ -12,6 +12,20 @@ function(greycard_warnings target)
   endif()
 endfunction()
 
+# greycard_precompile(target header | REUSE_FROM other): compiles a slow header once. Behind a precompiled
+# header g++ 12 reports what it suppresses in system headers elsewhere (GCC bug 105329 in <string>).
+function(greycard_precompile target)
+  if(ARGV1 STREQUAL "REUSE_FROM")
+    target_precompile_headers(${target} REUSE_FROM ${ARGV2})
+  else()
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow
+                                             -Wno-stringop-overread)
+  endif()
+endfunction()
+
 # greycard_subsystem(name SOURCES file... [USES target...] [HIDES target...])
 # Makes greycard_<name>. USES is seen by whoever uses the subsystem, HIDES (OpenCV and the like) is
 # linked but its headers stay inside. A header of a subsystem that is in neither can't be included.
@@ -24,12 +38,58 @@ function(greycard_subsystem name)
   set_property(GLOBAL APPEND PROPERTY GREYCARD_SUBSYSTEMS greycard_${name})
 endfunction()
 
+# greycard_component(name SOURCES file... [HIDES target...])
+# Makes the library libgreycard_<name>, target greycard::<name>, on top of greycard's public headers
+# alone; its own public headers are those of api/greycard/<name>/. For its tests there is the static
+# twin greycard_<name>_inside, which reaches hidden functions.
+function(greycard_component name)
+  cmake_parse_arguments(arg "" "" "SOURCES;HIDES" ${ARGN})
+  set(inside greycard_${name}_inside)
+  add_library(${inside} STATIC ${arg_SOURCES})
+  target_include_directories(${inside} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${inside} PUBLIC greycard::greycard PRIVATE ${arg_HIDES})
+  target_compile_definitions(${inside} PRIVATE greycard_${name}_EXPORTS)
+  greycard_warnings(${inside})
+
+  add_library(greycard_${name} $<TARGET_OBJECTS:${inside}>)
+  add_library(greycard::${name} ALIAS greycard_${name})
+  set_target_properties(greycard_${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
+                                                    EXPORT_NAME ${name} LINKER_LANGUAGE CXX)
+  target_link_libraries(greycard_${name} PUBLIC greycard::greycard PRIVATE ${arg_HIDES})
+  string(TOUPPER GREYCARD_${name}_EXPORT macro)
+  generate_export_header(greycard_${name} EXPORT_MACRO_NAME ${macro}
+                         EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/api/greycard/${name}/export.h)
+  set_property(GLOBAL APPEND PROPERTY GREYCARD_COMPONENTS greycard_${name})
+endfunction()
+
+# greycard_room(name SOURCES file... [USES room...]): one room of the command under cli/. It sees the
+# frame, the rooms it names, and the public headers. The slow headers are compiled once, in the frame.
+function(greycard_room name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  set(room greycard_cli_${name})
+  add_library(${room} STATIC ${arg_SOURCES})
+  target_include_directories(${room} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${room} PUBLIC greycard::present CLI11::CLI11)
+  if(name STREQUAL "frame")
+    greycard_precompile(${room} <CLI/CLI.hpp>)
+  else()
+    list(TRANSFORM arg_USES PREPEND greycard_cli_)
+    target_link_libraries(${room} PUBLIC greycard_cli_frame ${arg_USES})
+    greycard_precompile(${room} REUSE_FROM greycard_cli_frame)
+  endif()
+  greycard_warnings(${room})
+endfunction()
+
 # greycard_tests(name SOURCES file... USES target...): the test program of one folder under tests/.
 function(greycard_tests name)
   cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
   add_executable(${name}_tests ${arg_SOURCES})
+  # Replaces operator new, which the code beside it must not see.
+  set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/allocation_count.cpp
+                              PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   target_link_libraries(${name}_tests PRIVATE ${arg_USES} GTest::gtest_main GTest::gmock)
   target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  greycard_precompile(${name}_tests REUSE_FROM greycard_test_headers)
   greycard_warnings(${name}_tests)
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()

@@ -1,7 +1,9 @@
+# shellcheck shell=bash disable=SC2034  # the lists are for whoever sources this
 # Sourced by the other scripts: makes sure that the Debian packages they name are there.
 
 build_packages=(g++ cmake ninja-build libopencv-core-dev libopencv-imgproc-dev
   libopencv-imgcodecs-dev libcli11-dev nlohmann-json3-dev libnlopt-dev)
+check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck codespell)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev)
 
 # need_packages NAME...: installs what is missing when it may, else says what to install and stops.

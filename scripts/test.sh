@@ -2,6 +2,7 @@
 # Installs what is missing, builds, and runs all tests: the suite in the release build, again under
 # AddressSanitizer + UndefinedBehaviorSanitizer, and the two-threads tests under ThreadSanitizer.
 # With GREYCARD_PHOTOS=FOLDER the detector is tried on the photographs in that folder too.
+# test.sh quick: the suite in the release build alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -17,6 +18,13 @@ run_preset() {
   ctest --preset "$preset"
 }
 
-run_preset tsan colour_tests detect_tests fitting_tests noise_tests
-run_preset asan
+what=${1:-all}
+if [ "$what" != all ] && [ "$what" != quick ]; then
+  echo "test.sh: \"$what\" is not \"quick\"; without an argument all is run" >&2
+  exit 2
+fi
+if [ "$what" = all ]; then
+  run_preset tsan colour_tests detect_tests fitting_tests noise_tests
+  run_preset asan
+fi
 run_preset release

@@ -1,18 +1,19 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 #include "greycard/export.h"
-#include "greycard/picture.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
 
 // The region file: 24 lines "left,top,width,height" in pixels, in chart order (dark skin first,
 // white nineteenth, black last), no header. A detection writes whole numbers; a hand-made file may
-// hold any.
+// hold any. The file is the hosts' contract, the calls are the library's own.
 
 /// The 24 regions of a region file. Empty lines at the end and spaces round a number are accepted.
 ///
@@ -22,20 +23,12 @@ namespace greycard {
 GREYCARD_EXPORT PatchRegions readRegions(const std::filesystem::path& path);
 
 /// The same for the text of a region file; `name` stands for the file in messages.
-GREYCARD_EXPORT PatchRegions parseRegions(std::string_view text, const std::string& name);
+GREYCARD_EXPORT PatchRegions parseRegions(TextView text, const std::string& name);
 
 /// The regions as the text of a region file, each number as printf's "%.0f" (halves to even).
 GREYCARD_EXPORT std::string formatRegions(const PatchRegions& regions);
 
 /// Writes the region file under a temporary name and renames it. \throws FileError
 GREYCARD_EXPORT void writeRegions(const std::filesystem::path& path, const PatchRegions& regions);
-
-/// An 8-bit R, G, B copy of the picture with the outline of each region and its patch
-/// number, 1..24, drawn into it: white on a black rim, so that they show on every patch, in strokes
-/// that grow with the regions. Regions outside the picture, without area or not finite are left
-/// out.
-///
-/// \throws std::invalid_argument when the picture's size and samples disagree or it is empty.
-GREYCARD_EXPORT Picture annotateRegions(const Picture& picture, const PatchRegions& regions);
 
 }  // namespace greycard

@@ -1,14 +1,17 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <string_view>
+#include <span>
 
 #include "greycard/export.h"
 #include "greycard/illum.h"
 #include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -34,9 +37,13 @@ enum class ModelSensor : std::int32_t {
 };
 
 /// The sensor of that name, letter case ignored: "ordinary", "narrow", "broad", "colorimetric".
-GREYCARD_EXPORT std::optional<ModelSensor> modelSensorFromName(std::string_view name);
+GREYCARD_EXPORT std::optional<ModelSensor> modelSensorFromName(TextView name);
 /// The name above; "unknown" for any other value.
 GREYCARD_EXPORT const char* modelSensorName(ModelSensor sensor);
+
+/// All model sensors, and the lights that photographs can be simulated under.
+GREYCARD_EXPORT std::span<const ModelSensor> modelSensors();
+GREYCARD_EXPORT std::span<const Illum> simulatedLights();
 
 /// What a simulated photograph shows and how it is taken. Shares are 0..1.
 struct SimulationSettings {

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract
 
 #include <cstdint>
 
@@ -39,9 +41,9 @@ class GREYCARD_EXPORT ColorCorrectionSettings {
   ColorCorrectionSettings(std::int32_t headerVersion, Illum illum, std::int32_t transformtype);
 
   Illum m_illum;
-  /// Colour space of the corrected RGB: 0 sRGB; 1 Adobe RGB (1998); 2 sRGB, the matrix then
-  /// multiplied by that from BT.2020 to BT.709 primaries; 3 m_CustRGB2XYZ and m_CustXYZ2sRGB.
-  /// Others are refused.
+  /// Colour space of the corrected RGB: 0 sRGB; 1 Adobe RGB (1998); 2 sRGB, the fitted
+  /// matrix then followed by that from BT.709 to BT.2020 primaries (Rec. ITU-R BT.2087); 3
+  /// m_CustRGB2XYZ and m_CustXYZ2sRGB. Others are refused.
   std::int32_t m_RGBtoXYZTransform;
   double m_fNoiseRate = 0.0;  ///< 0..1, weight of noise after correction against the colour error
   /// Chroma to reach, 1.1 for 10 % more than the target's. Below 0.9 there is no saturation search;

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstdint>
@@ -17,16 +19,18 @@ namespace greycard {
 
 class ColorMatrixOpt;
 
+/// \ingroup own
 /// All that takes a camera's linear RGB (0..1) to corrected colours, in this order:
 /// multiply by m_gains, multiply by m_ccm (m_ccm * column), clip to 0..1, look up in m_gamma.
 struct ColorPipeline {
-  Vector3 m_gains{};  ///< exposure times white balance
+  Vector3 m_gains{};  ///< exposure gain times white-balance gains
   Matrix3 m_ccm{};
   /// 256 values each at equal steps over 0..1: encoded output with full scale 1, which the upper
   /// end of a 14-bit table exceeds by 3 %.
   std::array<std::vector<double>, 3> m_gamma;
 };
 
+/// \ingroup contract
 /// Colour correction of a camera from one photographed 24-patch chart: set the camera's gamma
 /// tables, call Optimize with the settings, read the results from the fields.
 ///
@@ -81,6 +85,7 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   /// Copies a table.
   static void loadRefLab(PatchTable& data, const PatchTable& def) { data = def; }
 
+  /// \ingroup own
   /// The results of the last Optimize, with the gamma tables as they are now, for rendering.
   /// \throws std::invalid_argument naming a gamma table that is missing, short or doesn't rise
   ColorPipeline Pipeline() const;
@@ -90,9 +95,10 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
 
   /// L*a*b* after correction, or of the measured chart (CalculateDeltaE).
   PatchTable m_macbethLab{};
-  Matrix3 m_ccm{};       ///< takes balanced RGB to corrected RGB: m_ccm * column
-  Vector3 m_wbGain{};    ///< R, G, B
-  double m_gain = 0.0;   ///< exposure gain
+  Matrix3 m_ccm{};      ///< takes balanced RGB to corrected RGB: m_ccm * column
+  Vector3 m_wbGain{};   ///< R, G, B
+  double m_gain = 0.0;  ///< exposure gain
+  /// \ingroup own
   ColorFitReport m_fit;  ///< of the last Optimize
   std::vector<std::int32_t> m_nGammaTableR, m_nGammaTableG, m_nGammaTableB;
   GammaCurveModel m_gammaModel{true};

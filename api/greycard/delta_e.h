@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include "greycard/export.h"
 #include "greycard/types.h"

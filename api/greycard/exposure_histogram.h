@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstddef>
@@ -10,9 +12,11 @@ namespace greycard {
 
 inline constexpr std::size_t kHistogramBins = 256;
 
+/// \ingroup contract
 /// One table of 256 bins per channel R, G, B.
 using ChannelHistograms = std::array<std::array<double, kHistogramBins>, 3>;
 
+/// \ingroup contract
 /// The two cumulative histograms that the luma-target rule reads. With p[j] the share of a
 /// channel's pixels in bin j:
 ///   hist_CDF[k] = p[0] + ... + p[k],  1 at the end;
@@ -21,16 +25,17 @@ using ChannelHistograms = std::array<std::array<double, kHistogramBins>, 3>;
 /// pixels between the two percentiles.
 struct ExposureHistograms {
   ChannelHistograms hist_CDF{}, hist_RGB{};
-  /// Mean of 0.299 R + 0.587 G + 0.114 B over the pixels, in bins (Rec. ITU-R BT.601).
+  /// Mean of luma601 over the pixels, in bins.
   double luma = 0.0;
 };
 
+/// \ingroup own
 /// The histograms of a picture. Bin k holds the samples from k to below k + 1 when full scale is
 /// 256; those above the white level are counted with it. A grey picture has three equal channels.
 ///
 /// \param whiteLevel  sample of full scale: 255 makes bins of the codes of an 8-bit picture
-/// \throws std::invalid_argument for a picture without pixels, with samples missing, with other
-///         than 1 or 3 channels, or a white level outside 1..65535
+/// \throws std::invalid_argument for a picture that is not well-formed, or a white level outside
+///         1..65535
 GREYCARD_EXPORT ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel);
 
 }  // namespace greycard

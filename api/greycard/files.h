@@ -1,10 +1,12 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 #include "greycard/export.h"
+#include "greycard/text_view.h"
 
 namespace greycard {
 
@@ -16,7 +18,7 @@ GREYCARD_EXPORT std::string readWholeFile(const std::filesystem::path& path);
 /// ever sees half a file and an earlier file survives a failure. A link is followed, the mode of an
 /// earlier file is kept; a device or a pipe is written directly.
 /// \throws FileError that names the file and the system's reason
-GREYCARD_EXPORT void writeWholeFile(const std::filesystem::path& path, std::string_view bytes);
+GREYCARD_EXPORT void writeWholeFile(const std::filesystem::path& path, TextView bytes);
 
 /// The path for a message: UTF-8, in quotes.
 GREYCARD_EXPORT std::string quoted(const std::filesystem::path& path);

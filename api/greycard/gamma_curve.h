@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstdint>
@@ -7,18 +9,20 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "greycard/control_point.h"
 #include "greycard/export.h"
+#include "greycard/text_view.h"
 
 namespace greycard {
 
+/// \ingroup contract
 /// All and Red name the same storage.
 enum class ColorChannel : std::int32_t { All = 0, Red = 0, Green = 1, Blue = 2 };
 
-/// Output levels by input index, normally 1024 of them, in units of the model's GammaBitSize bits
+/// \ingroup contract
+/// Output codes by input index, normally 1024 of them, in units of the model's GammaBitSize bits
 /// (0..16383 at its default of 14).
 using GammaTable = std::vector<std::int32_t>;
 /// Shared between a curve and its host; null means absent.
@@ -27,6 +31,7 @@ using GammaTablePtr = std::shared_ptr<GammaTable>;
 class GammaCurveModel;
 struct GammaModelState;
 
+/// \ingroup contract
 /// One named tone curve: a table for all channels together (unified) or one per channel, each
 /// optionally backed by control points from which the table is recomputed.
 ///
@@ -40,11 +45,11 @@ struct GammaModelState;
 class GREYCARD_EXPORT GammaCurve {
  public:
   /// A mutable, unified, clean curve of 1024 zeros without control points.
-  GammaCurve(std::string_view name, GammaCurveModel& parent);
+  GammaCurve(TextView name, GammaCurveModel& parent);
   /// A built-in curve: immutable and clean, its table converted from `data` by MakeGammaTable.
-  GammaCurve(std::string_view name, GammaCurveModel& parent, std::span<const std::int32_t> data);
+  GammaCurve(TextView name, GammaCurveModel& parent, std::span<const std::int32_t> data);
   /// A mutable, dirty copy with tables and lists of its own.
-  GammaCurve(std::string_view name, const GammaCurve& source);
+  GammaCurve(TextView name, const GammaCurve& source);
   GammaCurve(const GammaCurve&) = delete;
   GammaCurve& operator=(const GammaCurve&) = delete;
   ~GammaCurve();
@@ -83,7 +88,8 @@ class GREYCARD_EXPORT GammaCurve {
   /// Converts the numbers of the text (StringToIntArray) into the channel's table by
   /// MakeGammaTable; what that refuses changes nothing. Refused when immutable. Does not mark the
   /// curve dirty.
-  void SetCurveData(ColorChannel color, std::optional<std::string_view> sgamma);
+  void SetCurveData(ColorChannel color, OptionalText sgamma);
+  void SetCurveData(ColorChannel color, std::nullptr_t) { SetCurveData(color, OptionalText()); }
   /// The same with a copy of `data`, even into an immutable curve (deliberate).
   void SetCurveData(ColorChannel color, std::span<const std::int32_t> data);
   void SetCurveData(std::span<const std::int32_t> data) { SetCurveData(ColorChannel::All, data); }
@@ -96,8 +102,11 @@ class GREYCARD_EXPORT GammaCurve {
   /// Makes the caller's list itself the channel's. Like the next two: refused when immutable,
   /// otherwise the curve is dirty and the next CalculateCurve recomputes its tables.
   void SetControlPoints(ColorChannel color, ControlPointListPtr points);
+  void SetControlPoints(ColorChannel color, std::nullptr_t) {
+    SetControlPoints(color, ControlPointListPtr());
+  }
   /// Stores the list of the text's numbers (CreatePointArray); absent when there is none.
-  void SetControlPoints(ColorChannel color, std::optional<std::string_view> scp);
+  void SetControlPoints(ColorChannel color, OptionalText scp);
   /// Clears the channel's list in place and refills it with the points (px[i], py[i]).
   /// \throws std::invalid_argument when px and py differ in length
   void SetControlPoints(ColorChannel color, std::span<const std::int32_t> px,
@@ -124,6 +133,7 @@ class GREYCARD_EXPORT GammaCurve {
   /// Every point as " X,Y"; absent for an absent or empty list.
   std::optional<std::string> GetControlPointsAsString(ColorChannel color) const;
 
+  /// \ingroup own
   /// The curve as the text of a curve file: its table (or the three of a per-channel curve) as
   /// GetDataAsString gives it, each after its keyword, then the control points if every channel
   /// written has some. A per-channel curve with a table that can't be written counts as unified.
@@ -148,17 +158,16 @@ class GREYCARD_EXPORT GammaCurve {
   /// Hooks of a session store that isn't there: deliberately empty.
   void CommitHeader(std::int32_t id);
   void CommitHeader(std::int32_t idR, std::int32_t idG, std::int32_t idB);
-  void CommitNameToSession(std::string_view lightLevel);
+  void CommitNameToSession(OptionalText lightLevel);
 
   /// The decimal 32-bit numbers (with an optional sign) between spaces and commas. Absent for an
   /// absent or empty text, or when any piece is no such number; present and empty for separators
   /// alone.
-  static std::optional<std::vector<std::int32_t>> StringToIntArray(
-      std::optional<std::string_view> s);
+  static std::optional<std::vector<std::int32_t>> StringToIntArray(OptionalText s);
   /// The pairs X, Y, X, Y, ... as points; an odd last number is dropped. Absent for less than a
   /// pair.
   static ControlPointListPtr CreatePointArray(std::span<const std::int32_t> numbers);
-  static ControlPointListPtr CreatePointArray(std::optional<std::string_view> s);
+  static ControlPointListPtr CreatePointArray(OptionalText s);
   /// A copy of the numbers; absent for none.
   static std::optional<std::vector<std::int32_t>> DataToArray(std::span<const std::int32_t> data);
 

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <cstdint>
 #include <filesystem>
@@ -6,15 +8,16 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "greycard/export.h"
 #include "greycard/gamma_curve.h"
 #include "greycard/gamma_import.h"
+#include "greycard/text_view.h"
 
 namespace greycard {
 
+/// \ingroup contract
 /// One value per built-in curve, in catalogue order.
 enum class GammaCurveID : std::int32_t {
   ID_GAMMA_NORMAL = 0,
@@ -33,11 +36,12 @@ enum class GammaCurveID : std::int32_t {
 class GammaCurveCollection;
 class TokenStream;
 
+/// \ingroup contract
 /// The catalogue of named tone curves and the settings that give every curve its scale.
 ///
-/// Names are unique, exact and case-sensitive. Operations refuse silently, by an absent curve
-/// (null) or false. A curve stays valid for whoever holds it, also after its deletion or the
-/// model's end. A moved-from model may only be destroyed or assigned to.
+/// Names are unique, exact and case-sensitive; no curve has an absent one. Operations refuse
+/// silently, by an absent curve (null) or false. A curve stays valid for whoever holds it, also
+/// after its deletion or the model's end. A moved-from model may only be destroyed or assigned to.
 class GREYCARD_EXPORT GammaCurveModel {
  public:
   /// The settings at their defaults; the catalogue holds the eleven built-in curves or nothing.
@@ -66,64 +70,59 @@ class GREYCARD_EXPORT GammaCurveModel {
 
   /// The curve at a catalogue position; absent outside 0..count - 1.
   GammaCurvePtr GetGammaCurveByIndex(std::int32_t index) const;
-  GammaCurvePtr GetGammaCurveByName(std::string_view name) const;
+  GammaCurvePtr GetGammaCurveByName(OptionalText name) const;
   /// The names in catalogue order.
   std::vector<std::string> GetNames() const;
   /// Always absent: no light level has a name of its own.
-  std::optional<std::string> GetCurrent(std::string_view lightLevel) const;
+  std::optional<std::string> GetCurrent(OptionalText lightLevel) const;
   /// The light level is used as a curve's name.
-  GammaCurvePtr GetCurrentCurve(std::optional<std::string_view> lightLevel) const;
+  GammaCurvePtr GetCurrentCurve(OptionalText lightLevel) const;
 
   /// Appends a mutable, dirty curve of zeros. Absent when the name is taken.
-  GammaCurvePtr AddGammaCurve(std::string_view name);
+  GammaCurvePtr AddGammaCurve(TextView name);
   /// Appends a mutable, dirty power-law curve (GetReferenceCurve), editable once it has control
   /// points.
-  GammaCurvePtr AddGammaCurve(std::string_view name, double denominator, std::int32_t maxY);
+  GammaCurvePtr AddGammaCurve(TextView name, double denominator, std::int32_t maxY);
   /// Appends an editable copy of the curve named `source`. Absent when there is none or the name is
   /// taken.
-  GammaCurvePtr AddGammaCurve(std::string_view name, std::string_view source);
+  GammaCurvePtr AddGammaCurve(TextView name, OptionalText source);
   /// False when there is no such curve or it is immutable.
-  bool DeleteGammaCurve(std::string_view name);
+  bool DeleteGammaCurve(OptionalText name);
   /// Names deleted since the last commit.
   const std::vector<std::string>& DeletedNames() const { return m_DeletedNames; }
 
   /// Forgets the deleted names and makes every curve clean. Nothing is stored.
   void CommitSession();
-  bool SaveGammaCurve(std::string_view name) const { return SaveGammaCurveAs(name, name); }
+  bool SaveGammaCurve(OptionalText name) const { return SaveGammaCurveAs(name, name); }
   /// Whether the curve exists and has a table that could be written; sectionName is not used.
-  bool SaveGammaCurveAs(std::string_view name, std::string_view sectionName) const;
+  bool SaveGammaCurveAs(OptionalText name, OptionalText sectionName) const;
   /// Absent: the session store is empty.
-  GammaCurvePtr LoadGammaCurve(std::string_view name);
+  GammaCurvePtr LoadGammaCurve(TextView name);
 
   /// Hooks of a session store that isn't there: deliberately empty.
   std::optional<std::vector<std::string>> GetSectionNames() const;
-  std::optional<std::string> GetFromSession(std::string_view sectionName,
-                                            std::string_view itemName) const;
-  void SaveToSession(std::string_view sectionName, std::string_view itemName,
-                     std::string_view data);
-  void DeleteFromSession(std::string_view sectionName);
+  std::optional<std::string> GetFromSession(OptionalText sectionName, OptionalText itemName) const;
+  void SaveToSession(OptionalText sectionName, OptionalText itemName, OptionalText data);
+  void DeleteFromSession(OptionalText sectionName);
 
   /// A mutable, dirty curve that is not in the catalogue, holding the caller's tables and lists
   /// themselves. Per-channel when green and blue are there (then points only when all three lists
   /// are), else unified. Absent without a red table.
   ///
   /// While RGBGamma is false all three tables go to the one slot and blue wins (deliberate).
-  GammaCurvePtr CreateCurve(std::string_view name, const GammaTablePtr& gammaR,
-                            const GammaTablePtr& gammaG, const GammaTablePtr& gammaB,
-                            const ControlPointListPtr& cpR, const ControlPointListPtr& cpG,
-                            const ControlPointListPtr& cpB);
+  GammaCurvePtr CreateCurve(TextView name, const GammaTablePtr& gammaR, const GammaTablePtr& gammaG,
+                            const GammaTablePtr& gammaB, const ControlPointListPtr& cpR,
+                            const ControlPointListPtr& cpG, const ControlPointListPtr& cpB);
   /// The same from lists of numbers: tables by CreateGammaTable, points by CreatePointArray. An
   /// empty list counts as absent.
-  GammaCurvePtr CreateCurve(std::string_view name, std::span<const std::int32_t> listR,
+  GammaCurvePtr CreateCurve(TextView name, std::span<const std::int32_t> listR,
                             std::span<const std::int32_t> listG,
                             std::span<const std::int32_t> listB, std::span<const std::int32_t> cpR,
                             std::span<const std::int32_t> cpG, std::span<const std::int32_t> cpB);
   /// The same from texts.
-  GammaCurvePtr CreateCurve(std::string_view name, std::optional<std::string_view> table,
-                            std::optional<std::string_view> tableG,
-                            std::optional<std::string_view> tableB,
-                            std::optional<std::string_view> cp, std::optional<std::string_view> cpG,
-                            std::optional<std::string_view> cpB);
+  GammaCurvePtr CreateCurve(TextView name, OptionalText table, OptionalText tableG,
+                            OptionalText tableB, OptionalText cp, OptionalText cpG,
+                            OptionalText cpB);
 
   /// Reads a curve file (GammaCurve::GetFileText, or the older one-table form) into a new curve of
   /// the catalogue, named as the file without folder and extension, or with 1, 2, ... 998 behind
@@ -137,10 +136,12 @@ class GREYCARD_EXPORT GammaCurveModel {
   ///         table (CreateCurve)
   /// \throws FileError when the file can't be read
   GammaCurvePtr ImportFromFile(const std::filesystem::path& fileName);
+  /// \ingroup own
   /// The same, telling why there is no curve and what was left out.
   GammaImport ImportWithReport(const std::filesystem::path& fileName);
+  /// \ingroup own
   /// The same from a text in memory; `name` is what the file name would be.
-  GammaImport ImportText(std::string_view name, std::string text);
+  GammaImport ImportText(TextView name, std::string text);
 
   /// The perceptual quantiser of SMPTE ST 2084 up to a peak luminance, as a clean unified curve
   /// "HDR10" that is not in the catalogue: 257 codes of 10 bits (not converted to 1024 entries of
@@ -156,7 +157,8 @@ class GREYCARD_EXPORT GammaCurveModel {
   /// The same from a copy of the numbers.
   GammaTablePtr CreateGammaTable(std::span<const std::int32_t> list) const;
   /// The same from the numbers of a text (GammaCurve::StringToIntArray).
-  GammaTablePtr CreateGammaTable(std::optional<std::string_view> sGamma) const;
+  GammaTablePtr CreateGammaTable(OptionalText sGamma) const;
+  GammaTablePtr CreateGammaTable(std::nullptr_t) const { return nullptr; }
 
   /// Converts a table of 64, 256, 512 or 1024 entries of 8, 10, 12 or 14 bits into 1024 entries of
   /// GammaBitSize bits, joined by straight lines, the last with full scale. The depth is inferred

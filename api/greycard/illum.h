@@ -1,15 +1,20 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 #include "greycard/export.h"
+#include "greycard/text_view.h"
 #include "greycard/types.h"
 
 namespace greycard {
 
-/// Test lights. Three names are aliases that share their value with the light after them.
+/// \ingroup contract
+/// Test lights. Three names are aliases that share their value with the light after them. What
+/// stands for a light is said of its reference colours; a fit's own set takes D65 for Lowlight and
+/// F11 for CoolWhite.
 enum Illum : std::int32_t {
   illum_unknown = -1,  ///< D65 stands for it, as for any value without a name
   illum_A = 0,         ///< CIE standard illuminant A
@@ -30,13 +35,16 @@ enum Illum : std::int32_t {
   illum_LED2 = 12,
 };
 
+/// \ingroup own
 /// The light of that name, letter case ignored: "A", "D65", "TL84", "Outdoor", "Lowlight", "LED",
 /// "Strobe", "D50", "Horizon", "CoolWhite", "D75", "LED1", "LED2". Empty for any other text.
-GREYCARD_EXPORT std::optional<Illum> illumFromName(std::string_view name);
+GREYCARD_EXPORT std::optional<Illum> illumFromName(TextView name);
 
+/// \ingroup own
 /// The name above; "unknown" for any value without one.
 GREYCARD_EXPORT const char* illumName(Illum light);
 
+/// \ingroup own
 /// XYZ of a perfect reflector under the light, Y = 100: CIE 1931 2 degree observer, sums of
 /// products over 400 to 700 nm by 5 nm (X and Z up to 0.25 from the usual sums over 380 to 780 nm).
 GREYCARD_EXPORT Vector3 whitePoint(Illum light);

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract
 
 #include <array>
 #include <cstdint>

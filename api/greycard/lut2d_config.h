@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract
 
 #include <array>
 #include <cstddef>
@@ -46,8 +48,8 @@ struct Lut2DConfig {
   float l_boundary_start_inv = 0.0F;  ///< carried for the host
   float l_boundary_end_inv = 0.0F;    ///< carried for the host
 
-  float inverse_flag =
-      0.0F;  ///< non-zero: CalInverseLut2dCfg replaces the changes by their inverse
+  /// Non-zero: CalInverseLut2dCfg replaces the changes by their inverse.
+  float inverse_flag = 0.0F;
 
   bool operator==(const Lut2DConfig&) const = default;
 };

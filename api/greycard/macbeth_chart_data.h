@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <filesystem>
 
@@ -10,10 +12,12 @@
 
 namespace greycard {
 
+/// \ingroup own
 /// Name of a patch ("dark skin" .. "black 2") by its 0-based row.
 /// \throws std::out_of_range unless 0 <= patch < 24
 GREYCARD_EXPORT const char* patchName(int patch);
 
+/// \ingroup contract
 /// One 24-patch chart: its reference colours, and what a camera measured.
 ///
 /// A chart file is text of 24 lines in chart order, three decimal numbers with blanks between them
@@ -35,16 +39,19 @@ class GREYCARD_EXPORT MacbethChartData {
   /// Writes m_RefLab as a chart file with six significant digits. \return false when it can't
   bool WriteMCC_CIELAB(const std::filesystem::path& file) const;
 
+  /// \ingroup own
   /// m_RefLab from a file of L*, a*, b*, which must be nothing but 24 lines of three finite numbers
   /// (blank lines may follow).
   /// \throws FileError that names file, line and text; m_RefLab is left as it was
   void readReferenceLab(const std::filesystem::path& file);
+  /// \ingroup own
   /// As above from 8-bit sRGB values, which must lie in 0..255.
   void readReferenceSRgb(const std::filesystem::path& file);
 
   /// m_RefLab from m_RGB, taken as encoded sRGB in 0..1 here.
   void RefLabFromRGB();
 
+  /// \ingroup own
   /// Samples the patches of a photograph into m_RGB (mean) and m_Noise (standard deviation, with
   /// divisor n - 1; 0 for a single pixel).
   ///

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <filesystem>
@@ -13,6 +15,7 @@
 
 namespace greycard {
 
+/// \ingroup own
 /// How far a detection came.
 enum class ChartStage {
   Picture,   ///< the picture could not be loaded, or is empty
@@ -22,9 +25,11 @@ enum class ChartStage {
   Done       ///< a grid was fitted
 };
 
+/// \ingroup own
 /// "picture", "contours", "quads", "grid" or "done".
 GREYCARD_EXPORT const char* chartStageName(ChartStage stage);
 
+/// \ingroup own
 /// Outcome of a search for the chart.
 struct ChartDetection {
   ChartStage stage = ChartStage::Picture;  ///< the stage that failed, or Done
@@ -47,6 +52,7 @@ struct ChartDetection {
   bool trustworthy() const { return found() && doubts.empty(); }
 };
 
+/// \ingroup contract
 /// Finds a 24-patch colour chart (4 rows of 6 in a dark frame) in a photograph, at any turn, tilted
 /// by no more than makes adjacent sides of a patch differ by 10 %.
 ///
@@ -65,6 +71,7 @@ class GREYCARD_EXPORT MCCDetector {
   /// The same with UTF-8 texts, either of which may be null; null is the same as empty.
   bool runDetector(const char* imagePath, const char* SavePath) const;
 
+  /// \ingroup own
   /// Finds the chart and says how it went. Never throws for what a picture holds.
   ///
   /// The search works on 8-bit encoded values; linear samples are searched in a gamma-encoded copy,
@@ -75,6 +82,7 @@ class GREYCARD_EXPORT MCCDetector {
   ChartDetection detect(const Picture& picture,
                         const std::optional<SampleLevels>& levels = {}) const;
 
+  /// \ingroup own
   /// The same for a picture file; one that can't be read ends at ChartStage::Picture.
   ChartDetection detectFile(const std::filesystem::path& path,
                             const std::optional<SampleLevels>& levels = {}) const;

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <cstddef>
 #include <cstdint>
@@ -44,6 +46,18 @@ struct Picture {
   }
 };
 
+/// Whether the picture's fields agree: at least one pixel, 1 or 3 channels, 8 or 16 bits, and as
+/// many samples as these say.
+inline bool isWellFormed(const Picture& picture) {
+  if (picture.width <= 0 || picture.height <= 0) return false;
+  if (picture.channels != 1 && picture.channels != 3) return false;
+  if (picture.bits != 8 && picture.bits != 16) return false;
+  const auto rowSamples =
+      static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
+  return picture.samples.size() / rowSamples == static_cast<std::size_t>(picture.height) &&
+         picture.samples.size() % rowSamples == 0;
+}
+
 /// Reads a PNG, TIFF, JPEG, JPEG 2000, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or
 /// colour; an alpha channel is dropped, an orientation mark is obeyed.
 /// \throws FileError that names the file and the reason; nothing else.
@@ -51,6 +65,9 @@ GREYCARD_EXPORT Picture readPicture(const std::filesystem::path& path);
 
 /// \throws FileError when no format that pictures are written in has the name's ending
 GREYCARD_EXPORT void checkPictureName(const std::filesystem::path& path);
+
+/// Whether the name has the ending of a JPEG file, whose compression alters noise.
+GREYCARD_EXPORT bool isJpegName(const std::filesystem::path& path);
 
 /// Writes the picture; the format follows from the file name's ending, which must be able to hold
 /// the picture's bits. Written under a temporary name and renamed, so an earlier file of that name

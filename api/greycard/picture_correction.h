@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <array>
 #include <span>
@@ -20,7 +22,7 @@ using ToneCurves = std::array<std::span<const double>, 3>;
 ///
 /// The result has three channels. Each value is at most 0.51 codes from the exact one, for curves
 /// of up to 256 values and for the sRGB transfer: the nearest code but for near ties.
-/// \param gains  exposure times white balance per channel
+/// \param gains  exposure gain times white-balance gain per channel
 /// \throws std::invalid_argument for levels that make no scale, an inconsistent picture, a curve of
 ///         one value or with one that is not finite, or gains times matrix not finite or above 1e6
 GREYCARD_EXPORT Picture correctPicture(const Picture& picture, const SampleLevels& levels,

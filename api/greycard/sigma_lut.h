@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstddef>
@@ -11,9 +13,11 @@
 
 namespace greycard {
 
+/// \ingroup contract
 /// Entries of a radial noise table: rings from the centre (0) to the corners.
 inline constexpr std::size_t kSigmaEntries = 164;
 
+/// \ingroup own
 /// What a table can't tell about the flat field behind it. Values of an image's samples are their
 /// low bytes, as they enter the estimation; ring i lies i/164 of the half-diagonal from the centre.
 struct SigmaReport {
@@ -37,6 +41,7 @@ struct SigmaReport {
   double fallOff() const { return centreMean == 0.0 ? 0.0 : 1.0 - cornerMean / centreMean; }
 };
 
+/// \ingroup contract
 /// The radial noise table of a noise-reduction block, estimated from a flat field: an evenly lit,
 /// featureless picture.
 ///
@@ -72,6 +77,7 @@ class GREYCARD_EXPORT SigmaLUT {
   std::optional<std::array<float, kSigmaEntries>> lut;
   /// Advice to the user about the last calculation; mostly empty.
   std::string msg;
+  /// \ingroup own
   SigmaReport report;  ///< on the last calculation; blank after a failed one
 
   /// \param width,height  in pixels

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup contract own
 
 #include <array>
 #include <cstdint>
@@ -13,6 +15,7 @@ namespace greycard {
 
 class SkinColorLib;
 
+/// \ingroup contract
 /// Predicts where human skin falls in a camera's processed colours, for tuning a skin detector.
 ///
 /// 357 measured skin reflectances are written as least-squares combinations of the chart's 24
@@ -40,6 +43,7 @@ class GREYCARD_EXPORT SkinColorHelper {
     bool operator==(const DataPt&) const = default;
   };
   using DataArray = std::vector<DataPt>;
+  /// \ingroup own
   using ColourArray = std::vector<std::array<float, 3>>;
 
   /// For the host; the library neither fills nor reads it.
@@ -96,6 +100,7 @@ class GREYCARD_EXPORT SkinColorHelper {
   /// number**: check h before computing with it.
   std::shared_ptr<DataArray> GetUpperData() const { return m_upperdata; }
   std::shared_ptr<DataArray> GetLowerData() const { return m_lowerdata; }
+  /// \ingroup own
   /// R, G, B behind the points, encoded by the tone curve, whether accepted or not; same order.
   std::shared_ptr<ColourArray> GetEncodedColours() const { return m_encoded; }
 

@@ -1,10 +1,9 @@
 #include "chart_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
-#include <memory>
 
+#include "file_handle.h"
 #include "greycard/errors.h"
 #include "text.h"
 
@@ -12,36 +11,16 @@ namespace greycard {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// Takes a number off the front of `text`, blanks before it included.
-std::optional<double> scanNumber(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  double value = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc{}) return std::nullopt;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return value;
-}
 
 std::optional<Vector3> scanRow(std::string_view line) {
   Vector3 row;
   for (double& value : row) {
-    const auto number = scanNumber(line);
+    line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+    const auto number = takeDouble(line);
     if (!number) return std::nullopt;
     value = *number;
   }
   return row;
-}
-
-std::string_view withoutMark(std::string_view text) {
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  return text;
 }
 
 class StrictReader {
@@ -78,7 +57,7 @@ class StrictReader {
 }  // namespace
 
 std::optional<std::string> readChartBytes(const std::filesystem::path& file) {
-  const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "r"));
+  const FileHandle stream(std::fopen(file.c_str(), "r"));
   if (!stream) return std::nullopt;
   std::string bytes(kMaxChartBytes + 1, '\0');
   bytes.resize(std::fread(bytes.data(), 1, bytes.size(), stream.get()));
@@ -88,7 +67,7 @@ std::optional<std::string> readChartBytes(const std::filesystem::path& file) {
 
 int scanChartText(std::string_view text, PatchTable& rows) {
   int count = 0;
-  for (const auto line : splitLines(withoutMark(text))) {
+  for (const auto line : splitLines(withoutByteOrderMark(text))) {
     if (count == kPatchCount) break;
     const auto row = scanRow(line);
     if (!row) break;
@@ -99,7 +78,7 @@ int scanChartText(std::string_view text, PatchTable& rows) {
 
 PatchTable parseChartText(std::string_view text, std::string_view name, NumberRange range) {
   const StrictReader reader(name, range);
-  const auto lines = splitLines(withoutMark(text));
+  const auto lines = splitLines(withoutByteOrderMark(text));
   PatchTable rows;
   int number = 0;
   for (const auto line : lines) {

@@ -24,14 +24,7 @@ void checkLevels(const SampleLevels& levels) {
 }  // namespace
 
 void checkPicture(const Picture& picture) {
-  const bool shaped = picture.width > 0 && picture.height > 0 &&
-                      (picture.channels == 1 || picture.channels == 3) &&
-                      (picture.bits == 8 || picture.bits == 16);
-  const auto sizeOf = [](int n) { return static_cast<std::size_t>(n); };
-  if (!shaped ||
-      picture.samples.size() / sizeOf(picture.width) / sizeOf(picture.channels) !=
-          sizeOf(picture.height) ||
-      picture.samples.size() % (sizeOf(picture.width) * sizeOf(picture.channels)) != 0)
+  if (!isWellFormed(picture))
     throw std::invalid_argument("a picture of " + std::to_string(picture.width) + " x " +
                                 std::to_string(picture.height) + " pixels, " +
                                 std::to_string(picture.channels) + " channels of " +

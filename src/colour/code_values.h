@@ -9,9 +9,7 @@
 
 namespace greycard {
 
-/// \throws std::invalid_argument unless the picture has pixels, 1 or 3 channels of 8 or 16 bits,
-/// and
-///         as many samples as these make
+/// \throws std::invalid_argument that tells the picture's fields unless it is well-formed
 void checkPicture(const Picture& picture);
 
 /// Linear value of each code from 0 to the picture's ceiling; values above the white level are the

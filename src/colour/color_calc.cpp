@@ -1,7 +1,5 @@
 #include "color_calc.h"
 
-#include <algorithm>
-
 #include "cie_xyz.h"
 #include "colour_space.h"
 #include "matrix_functions.h"
@@ -42,14 +40,9 @@ Vector3 perfectReflector(Illum light, const CDoubleMatrix& gridNm, const CDouble
   return toVector3(CIE_XYZ(illuminantSpectrum(light, gridNm), observer, mones(gridNm.rows(), 1)));
 }
 
-void adaptRows(CDoubleMatrix& xyz, const Vector3& from, const Vector3& to) {
+void adaptRows(PatchTable& xyz, const Vector3& from, const Vector3& to) {
   const DeltaECWhiteAdapt adapt(from, to, 1.0);
-  for (std::int32_t i = 0; i < xyz.rows(); ++i) {
-    double* row = xyz[i];
-    Vector3 adapted;
-    adapt.AdaptXYZ(adapted, {row[0], row[1], row[2]});
-    std::copy(adapted.begin(), adapted.end(), row);
-  }
+  for (Vector3& row : xyz) adapt.AdaptXYZ(row, Vector3(row));
 }
 
 }  // namespace
@@ -66,19 +59,19 @@ ColorCalc::ColorCalc(Illum light, std::int32_t rgbType,
       wavelengthNm_(wavelengthGrid()),
       spectrum_(illuminantSpectrum(light, wavelengthNm_)),
       observer_(observerFunctions(wavelengthNm_)),
-      reflectances_(chartReflectances(wavelengthNm_)),
-      rgbToYCbCr_(toMatrix(kRgbToYCbCr)) {
+      reflectances_(chartReflectances(wavelengthNm_)) {
   const auto matrices = matricesOf(rgbType, customRgbToXyz, customXyzToSRgb);
-  rgbToXyz_ = toMatrix(matrices.rgbToXyz);
-  xyzToRgb_ = toMatrix(matrices.xyzToRgb);
-  whitePoint_ = MatrixMultiply(mmABt(mones(1, 3), rgbToXyz_), 100.0);
+  rgbToXyz_ = matrices.rgbToXyz;
+  xyzToRgb_ = matrices.xyzToRgb;
+  whitePoint_ = rgbToXyz100(rgbToXyz_, {1.0, 1.0, 1.0});
 
   const auto d65White = perfectReflector(illum_D65, wavelengthNm_, observer_);
   const auto lightWhite = perfectReflector(light, wavelengthNm_, observer_);
-  targetXyz_ = CIE_XYZ(spectrum_, observer_, reflectances_);
+  targetXyz_ = toPatchTable(CIE_XYZ(spectrum_, observer_, reflectances_));
   // Lights that D65 stands for give its table to the bit.
   if (lightWhite != d65White) adaptRows(targetXyz_, lightWhite, d65White);
-  targetLab_ = XYZ2Lab(targetXyz_, toMatrix(d65White));
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    targetLab_[i] = XYZ_to_CIELab(targetXyz_[i], d65White);
 }
 
 }  // namespace greycard

@@ -8,6 +8,7 @@
 
 #include "double_matrix.h"
 #include "greycard/illum.h"
+#include "greycard/luma.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -15,9 +16,9 @@ namespace greycard {
 /// Selects the RGB/XYZ matrices: 0 and 2 sRGB, 1 Adobe RGB (1998), 3 custom, any other zeros.
 using RGBType = std::int32_t;
 
-/// Rows (0.299, 0.587, 0.114), ...: ITU-T T.871 (BT.601 luma), to four decimals.
+/// ITU-T T.871, clause 7 (BT.601 luma), to four decimals.
 inline constexpr Matrix3 kRgbToYCbCr{
-    {{0.299, 0.587, 0.114}, {-0.1687, -0.3313, 0.5}, {0.5, -0.4187, -0.0813}}};
+    {kLumaShares, {-0.1687, -0.3313, 0.5}, {0.5, -0.4187, -0.0813}}};
 /// sRGB, IEC 61966-2-1, to four decimals; white (95.05, 100, 108.9).
 inline constexpr Matrix3 kRgbToXyz{
     {{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};
@@ -41,26 +42,26 @@ class ColorCalc {
             const std::optional<Matrix3>& customXyzToSRgb = std::nullopt);
 
   Illum light() const { return light_; }
-  const CDoubleMatrix& wavelengthNm() const { return wavelengthNm_; }  ///< 61 x 1
-  const CDoubleMatrix& targetXyz() const {
-    return targetXyz_;
-  }  ///< 24 x 3, Y = 100 for a perfect white
-  const CDoubleMatrix& targetLab() const {
-    return targetLab_;
-  }  ///< 24 x 3, relative to the D65 white
-  const CDoubleMatrix& whitePoint() const { return whitePoint_; }  ///< 1 x 3: 100 * (1, 1, 1) * T'
-  const CDoubleMatrix& spectrum() const { return spectrum_; }      ///< 61 x 1
-  const CDoubleMatrix& observer() const { return observer_; }      ///< 61 x 3
-  const CDoubleMatrix& reflectances() const { return reflectances_; }  ///< 61 x 24
-  const CDoubleMatrix& rgbToYCbCr() const { return rgbToYCbCr_; }      ///< 3 x 3
-  const CDoubleMatrix& xyzToRgb() const { return xyzToRgb_; }          ///< 3 x 3, Tinv
-  const CDoubleMatrix& rgbToXyz() const { return rgbToXyz_; }          ///< 3 x 3, T
+  /// The wavelength grid, 61 x 1; the light's spectrum, 61 x 1; the observer, 61 x 3; the patches,
+  /// 61 x 24.
+  const CDoubleMatrix& wavelengthNm() const { return wavelengthNm_; }
+  const CDoubleMatrix& spectrum() const { return spectrum_; }
+  const CDoubleMatrix& observer() const { return observer_; }
+  const CDoubleMatrix& reflectances() const { return reflectances_; }
+  /// The chart, Y = 100 for a perfect white, and its L*a*b* relative to the D65 white.
+  const PatchTable& targetXyz() const { return targetXyz_; }
+  const PatchTable& targetLab() const { return targetLab_; }
+  /// T, RGB to XYZ on the 0..1 scale; Tinv, its inverse; the white point 100 T * (1, 1, 1).
+  const Matrix3& rgbToXyz() const { return rgbToXyz_; }
+  const Matrix3& xyzToRgb() const { return xyzToRgb_; }
+  const Vector3& whitePoint() const { return whitePoint_; }
 
  private:
   Illum light_;
   CDoubleMatrix wavelengthNm_, spectrum_, observer_, reflectances_;
-  CDoubleMatrix targetXyz_, targetLab_;
-  CDoubleMatrix rgbToYCbCr_, rgbToXyz_, xyzToRgb_, whitePoint_;
+  PatchTable targetXyz_{}, targetLab_{};
+  Matrix3 rgbToXyz_{}, xyzToRgb_{};
+  Vector3 whitePoint_{};
 };
 
 }  // namespace greycard

@@ -5,15 +5,15 @@
 #include "color_matrix_opt.h"
 #include "delta_e_color_calc.h"
 #include "fit_input_check.h"
-#include "matrix_functions.h"
-#include "table_conversion.h"
+#include "matrix3.h"
 
 namespace greycard {
 namespace {
 
 constexpr std::int32_t kWideGamut = 2;  // transform type
-// Linear BT.2020 to BT.709 primaries. The rows sum to 1, so a product's do too.
-constexpr Matrix3 kWideToSRgb{
+// Linear BT.709 to BT.2020 primaries (Rec. ITU-R BT.2087), to four decimals. The rows sum to 1, so
+// a product's do too.
+constexpr Matrix3 kSRgbToWide{
     {{0.6274, 0.3293, 0.0433}, {0.0691, 0.9195, 0.0114}, {0.0164, 0.088, 0.8956}}};
 
 OptimLight lightOf(Illum illum) {
@@ -113,9 +113,7 @@ bool ColorCorrectionUtils::Optimize(const ColorCorrectionSettings& params,
   std::array<double, 3 * kPatchCount> lab;
   if (!M_color_correction_3illum(cm, lab, progress)) return false;
 
-  m_ccm = cm.m_nTransformType == kWideGamut
-              ? toMatrix3(MatrixMultiply(toMatrix(kWideToSRgb), toMatrix(cm.m_ccm)))
-              : cm.m_ccm;
+  m_ccm = cm.m_nTransformType == kWideGamut ? product(kSRgbToWide, cm.m_ccm) : cm.m_ccm;
   for (std::size_t i = 0; i < kPatchCount; ++i)
     m_macbethLab[i] = {lab[3 * i], lab[3 * i + 1], lab[3 * i + 2]};
   for (std::size_t c = 0; c < 3; ++c) m_wbGain[c] = cm.m_whiteBalance[c][c];

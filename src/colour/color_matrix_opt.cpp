@@ -23,19 +23,21 @@ namespace {
 constexpr double kGammaDivisor = 62.4;
 constexpr std::size_t kExposurePatch = 19;  // chart patch 20
 constexpr double kNoSearchBelow = -0.1;     // saturation targets
-constexpr Matrix3 kIdentity{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 // Least squares in linear RGB: M0 = transpose(pinv(balanced) * target RGB).
 Matrix3 startMatrix(const ColorCalc& set, const PatchTable& balancedRgb) {
-  const CDoubleMatrix targetRgb = mmABt(MatrixMultiply(set.targetXyz(), 0.01), set.xyzToRgb());
+  const CDoubleMatrix targetRgb =
+      mmABt(MatrixMultiply(toMatrix(set.targetXyz()), 0.01), toMatrix(set.xyzToRgb()));
   return toMatrix3(MatrixTranspose(MatrixMultiply(pinv(toMatrix(balancedRgb)), targetRgb)));
 }
 
 // L*a*b* with neither clipping nor gamma.
 PatchTable linearLab(const ColorCalc& set, const PatchTable& balancedRgb, const Matrix3& ccm) {
-  const CDoubleMatrix rgb = mmABt(toMatrix(balancedRgb), toMatrix(ccm));
-  const CDoubleMatrix xyz = MatrixMultiply(mmABt(rgb, set.rgbToXyz()), 100.0);
-  return toPatchTable(XYZ2Lab(xyz, set.whitePoint()));
+  PatchTable lab;
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    lab[i] =
+        XYZ_to_CIELab(rgbToXyz100(set.rgbToXyz(), multiply(ccm, balancedRgb[i])), set.whitePoint());
+  return lab;
 }
 
 PatchTable labOf(const ForwardModel& model, const Matrix3& ccm) {
@@ -64,8 +66,7 @@ std::optional<MatrixSearchResult> findMatrix(MatrixCost& cost, const MatrixParam
 ForwardModel makeModel(const ColorMatrixOpt& cm, const ColorCalc& set) {
   std::optional<GammaStage> gamma;
   if (cm.m_bGammaSet) gamma.emplace(cm.normalisedGamma());
-  return ForwardModel(cm.m_balancedRGB, std::move(gamma), toMatrix3(set.rgbToXyz()),
-                      toVector3(set.whitePoint()));
+  return ForwardModel(cm.m_balancedRGB, std::move(gamma), set.rgbToXyz(), set.whitePoint());
 }
 
 CostSetup costSetup(const ColorMatrixOpt& cm, const ColorCalc& set, const PatchTable& target,
@@ -75,8 +76,8 @@ CostSetup costSetup(const ColorMatrixOpt& cm, const ColorCalc& set, const PatchT
           .patchWeights = cm.m_patchWeights,
           .noise = cm.m_Noise,
           .gains = {wb[0][0], wb[1][1], wb[2][2]},
-          .rgbToXyz = toMatrix3(set.rgbToXyz()),
-          .white = toVector3(set.whitePoint()),
+          .rgbToXyz = set.rgbToXyz(),
+          .white = set.whitePoint(),
           .mode = cm.m_mode,
           .kL = cm.m_kL,
           .kC = cm.m_kC,
@@ -118,7 +119,7 @@ Illum illumOf(OptimLight light) {
   }
 }
 
-ColorMatrixOpt::ColorMatrixOpt() : m_ccm(kIdentity) {
+ColorMatrixOpt::ColorMatrixOpt() : m_ccm(kIdentity3) {
   m_RGB.fill({1.0, 1.0, 1.0});
   m_Noise = m_RefLab = m_balancedRGB = m_RGB;
   m_patchWeights.fill(1.0);
@@ -172,8 +173,7 @@ double ColorMatrixOpt::SetOptimLight(OptimLight light) {
 bool M_color_correction_3illum(ColorMatrixOpt& cm, std::span<double, 3 * kPatchCount> pLab_cc,
                                const ProgressCallback& progress) {
   const ColorCalc set(illumOf(cm.m_light), cm.m_nTransformType, cm.m_RGB2XYZ, cm.m_XYZ2sRGB);
-  const PatchTable target =
-      prepareTarget(toPatchTable(set.targetLab()), cm.m_RefLab, cm.m_adjustment);
+  const PatchTable target = prepareTarget(set.targetLab(), cm.m_RefLab, cm.m_adjustment);
   const Matrix3 start = startMatrix(set, cm.m_balancedRGB);
   const double startError =
       meanCie76(linearLab(set, cm.m_balancedRGB, start), target, cm.m_patchWeights);
@@ -189,7 +189,7 @@ bool M_color_correction_3illum(ColorMatrixOpt& cm, std::span<double, 3 * kPatchC
   const Matrix3 ccm = matrixFromParameters(found->parameters);
   const PatchTable corrected = labOf(model, ccm);
   ColorFitReport fit = reportOf(cm, *found, cost);
-  fit.m_uncorrectedLab = labOf(model, kIdentity);
+  fit.m_uncorrectedLab = labOf(model, kIdentity3);
   fit.m_targetLab = target;
   fit.m_startError = startError;
   fit.m_firstCost = cost(first);

@@ -81,8 +81,7 @@ class ColorMatrixOpt {
 /// \return false when the progress callback cancelled; then, and when an exception leaves, neither
 ///         the optimiser nor pLab_cc has changed
 /// \throws NumericError when a search doesn't come to an end; std::invalid_argument when a
-/// saturation
-///         search finds a target without chroma, or the patch weights sum to less than 1
+///         saturation search finds a target without chroma, or the patch weights sum to less than 1
 bool M_color_correction_3illum(ColorMatrixOpt& cm, std::span<double, 3 * kPatchCount> pLab_cc,
                                const ProgressCallback& progress = {});
 

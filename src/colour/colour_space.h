@@ -8,6 +8,7 @@
 
 #include "double_matrix.h"
 #include "greycard/types.h"
+#include "matrix3.h"
 #include "srgb_transfer.h"
 
 namespace greycard {
@@ -24,11 +25,10 @@ inline constexpr Matrix3 kSRgbToXyz100{
 inline constexpr Matrix3 kXyzToSRgb{
     {{3.2406, -1.5372, -0.4986}, {-0.9689, 1.8758, 0.0415}, {0.0557, -0.2040, 1.0570}}};
 
-/// matrix * column.
-inline Vector3 multiply(const Matrix3& m, const Vector3& v) {
-  return {m[0][0] * v[0] + m[0][1] * v[1] + m[0][2] * v[2],
-          m[1][0] * v[0] + m[1][1] * v[1] + m[1][2] * v[2],
-          m[2][0] * v[0] + m[2][1] * v[1] + m[2][2] * v[2]};
+/// XYZ in percent of a linear colour, by the matrix for the 0..1 scale.
+inline Vector3 rgbToXyz100(const Matrix3& rgbToXyz, const Vector3& rgb) {
+  const Vector3 xyz = multiply(rgbToXyz, rgb);
+  return {xyz[0] * 100.0, xyz[1] * 100.0, xyz[2] * 100.0};
 }
 
 /// L*, a*, b* of an encoded sRGB colour, nominally 0..1. Cube root shortened to the power

@@ -5,24 +5,23 @@
 #include "color_calc.h"
 #include "colour_space.h"
 #include "delta_e_color_matrix_opt.h"
-#include "matrix_functions.h"
+#include "greycard/luma.h"
 #include "spectral_tables.h"
-#include "table_conversion.h"
 
 namespace greycard {
 namespace {
 
-constexpr Matrix3 kLumaDifference{{{0.299, 0.587, 0.114}, {0.0, -1.0, 1.0}, {1.0, -1.0, 0.0}}};
+constexpr Matrix3 kLumaDifference{{kLumaShares, {0.0, -1.0, 1.0}, {1.0, -1.0, 0.0}}};
 
 }  // namespace
 
 DeltaEColorCalc::DeltaEColorCalc()
     : wavelengthNm(wavelengthGrid()),
-      xyzToRgb(toMatrix(kXyzToRgb)),
-      rgbToXyz(toMatrix(kRgbToXyz)),
-      rgbToYCbCr(toMatrix(kRgbToYCbCr)),
-      lumaDifference(toMatrix(kLumaDifference)),
-      white(MatrixMultiply(mmABt(mones(1, 3), rgbToXyz), 100.0)) {
+      xyzToRgb(kXyzToRgb),
+      rgbToXyz(kRgbToXyz),
+      rgbToYCbCr(kRgbToYCbCr),
+      lumaDifference(kLumaDifference),
+      white(rgbToXyz100(rgbToXyz, {1.0, 1.0, 1.0})) {
   wavelengthCount = wavelengthNm.rows();
   colordatabase();
   Macbeth_XYZ_Lab();
@@ -52,8 +51,10 @@ PatchTable evaluateMeasuredChart(const MacbethChartData& chart) {
     // for is evaluated all the same.
   }
   const DeltaEColorCalc reference;
-  const auto xyz = MatrixMultiply(mmABt(toMatrix(chart.m_RGB), reference.rgbToXyz), 100.0);
-  return toPatchTable(XYZ2Lab(xyz, reference.white));
+  PatchTable lab;
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    lab[i] = XYZ_to_CIELab(rgbToXyz100(reference.rgbToXyz, chart.m_RGB[i]), reference.white);
+  return lab;
 }
 
 }  // namespace greycard

@@ -22,10 +22,10 @@ struct DeltaEColorCalc {
   CDoubleMatrix illuminants;   ///< 61 x 4, columns as kLights
   CDoubleMatrix observer;      ///< 61 x 3
   CDoubleMatrix reflectances;  ///< 61 x 24
-  CDoubleMatrix xyzToRgb, rgbToXyz, rgbToYCbCr;
-  CDoubleMatrix lumaDifference;                            ///< rows Y, B - G, R - G
-  CDoubleMatrix white;                                     ///< 1 x 3, of RGB (1, 1, 1)
-  std::array<CDoubleMatrix, kLights.size()> referenceLab;  ///< 24 x 3 each, adapted to D65
+  Matrix3 xyzToRgb, rgbToXyz, rgbToYCbCr;
+  Matrix3 lumaDifference;                                 ///< rows Y, B - G, R - G
+  Vector3 white;                                          ///< of RGB (1, 1, 1)
+  std::array<PatchTable, kLights.size()> referenceLab{};  ///< adapted to D65
 
  private:
   void colordatabase();

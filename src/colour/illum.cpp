@@ -1,7 +1,8 @@
 #include "greycard/illum.h"
 
-#include <algorithm>
 #include <array>
+
+#include "greycard/names.h"
 
 namespace greycard {
 namespace {
@@ -27,17 +28,9 @@ constexpr std::array kNames{
     NamedLight{illum_LED2, "LED2"},
 };
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, lower, lower);
-}
-
 }  // namespace
 
-std::optional<Illum> illumFromName(std::string_view name) {
+std::optional<Illum> illumFromName(TextView name) {
   for (const auto& entry : kNames)
     if (equalIgnoringCase(entry.name, name)) return entry.light;
   return std::nullopt;

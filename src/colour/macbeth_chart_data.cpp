@@ -65,7 +65,7 @@ const char* patchName(int patch) {
 }
 
 bool MacbethChartData::LoadMCCCIELAB(Illum illum) {
-  m_RefLab = toPatchTable(ColorCalc(illum, 0).targetLab());
+  m_RefLab = ColorCalc(illum, 0).targetLab();
   return true;
 }
 

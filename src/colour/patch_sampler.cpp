@@ -8,6 +8,7 @@
 
 #include "code_values.h"
 #include "greycard/macbeth_chart_data.h"
+#include "picture_view.h"
 #include "text.h"
 
 namespace greycard {
@@ -81,10 +82,14 @@ class ChannelSampler {
   template <typename Use>
   void forEachCode(const PixelBox& box, int channel, Use use) const {
     const std::size_t largest = values_.size() - 1;
+    const auto index = [&](int pixel) {
+      return static_cast<std::size_t>(pixel * picture_.channels);
+    };
     for (int y = box.top; y < box.bottom; ++y) {
-      const std::uint16_t* sample = picture_.pixel(box.left, y) + channel;
-      for (int x = box.left; x < box.right; ++x, sample += picture_.channels)
-        use(std::min<std::size_t>(*sample, largest));
+      const auto row =
+          samplesOf(picture_).run(static_cast<std::size_t>(y), index(box.left), index(box.right));
+      for (auto i = static_cast<std::size_t>(channel); i < row.size(); i += index(1))
+        use(std::min<std::size_t>(row[i], largest));
     }
   }
 

@@ -1,9 +1,7 @@
 #include "white_adaptation.h"
 
-#include "colour_space.h"
-#include "matrix_functions.h"
+#include "matrix3.h"
 #include "numeric_error.h"
-#include "table_conversion.h"
 
 namespace greycard {
 namespace {
@@ -23,7 +21,7 @@ void DeltaECWhiteAdapt::Init(const Vector3& pWXYZ_src, const Vector3& pWXYZ_dest
     if (source[c] == 0.0) nrerror("a white without response in one of the cones can't be adapted");
     diagonal[c][c] = D * (destination[c] / source[c]) + (1.0 - D);
   }
-  adaptation_ = Matrix3x3Multiply(Matrix3x3Invert(kCone), Matrix3x3Multiply(diagonal, kCone));
+  adaptation_ = product(inverse(kCone), product(diagonal, kCone));
 }
 
 void DeltaECWhiteAdapt::AdaptXYZ(Vector3& pXYZdest, const Vector3& pXYZsrc) const {
@@ -35,15 +33,11 @@ void DeltaECWhiteAdapt::XYZ2BFD(Vector3& pout, const Vector3& pin) {
 }
 
 Matrix3 DeltaECWhiteAdapt::Matrix3x3Invert(const Matrix3& m) {
-  return toMatrix3(minv(toMatrix(m)));
+  return inverse(m);
 }
 
 Matrix3 DeltaECWhiteAdapt::Matrix3x3Multiply(const Matrix3& a, const Matrix3& b) {
-  Matrix3 product{};
-  for (std::size_t i = 0; i < 3; ++i)
-    for (std::size_t j = 0; j < 3; ++j)
-      for (std::size_t k = 0; k < 3; ++k) product[i][j] += a[i][k] * b[k][j];
-  return product;
+  return product(a, b);
 }
 
 }  // namespace greycard

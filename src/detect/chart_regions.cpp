@@ -63,7 +63,7 @@ PatchRegion parseRegion(std::string_view line, const std::string& name, std::siz
 
 }  // namespace
 
-PatchRegions parseRegions(std::string_view text, const std::string& name) {
+PatchRegions parseRegions(TextView text, const std::string& name) {
   auto lines = splitLines(text);
   while (!lines.empty() && trimmed(lines.back()).empty()) lines.pop_back();
   PatchRegions regions;

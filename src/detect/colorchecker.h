@@ -11,8 +11,8 @@ namespace greycard {
 
 /// Result of one detection attempt, in chart order.
 struct ColorChecker {
-  double error =
-      0.0;  ///< orientation error; lower is better, not a number when nothing was sampled
+  /// Orientation error; lower is better, not a number when nothing was sampled.
+  double error = 0.0;
   cv::Mat_<cv::Vec3f> values;  ///< 4 x 6: mean colour of each patch, B, G, R
   cv::Mat_<cv::Vec2f> points;  ///< 4 x 6: centre of each patch in whole pixels
   double size = 0.0;           ///< half the mean patch side in whole pixels

@@ -7,9 +7,6 @@
 
 namespace greycard {
 
-/// Columns and rows of the chart, upright.
-inline constexpr int kChartColumns = 6, kChartRows = 4;
-
 /// The chart's colours as 8-bit sRGB (B, G, R, 0), row by row: natural colours first, neutrals
 /// last.
 extern const std::array<cv::Scalar, kPatchCount> colorchecker_srgb;

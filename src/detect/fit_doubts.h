@@ -8,8 +8,9 @@
 
 namespace greycard {
 
-/// Signs that the grid is not on the chart, each one sentence: points outside the picture, a
-/// neutral row that does not darken from white to black, patches that are not uniform.
+/// Signs that the grid is not on the chart, each one sentence and in this order: points outside the
+/// picture, a neutral row that does not darken from white to black, patches that are not uniform,
+/// colours that do not follow the chart's, patches too tiny to judge.
 std::vector<std::string> fitDoubts(const ColorChecker& checker, const cv::Mat& image);
 
 }  // namespace greycard

@@ -5,7 +5,6 @@
 #include "fit_doubts.h"
 #include "greycard/errors.h"
 #include "macbeth.h"
-#include "picture_mat.h"
 #include "search_image.h"
 
 namespace greycard {

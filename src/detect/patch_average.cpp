@@ -2,8 +2,12 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include "mat_view.h"
+
 namespace greycard {
 namespace {
+
+using Pixels = PlaneView<const cv::Vec3b>;
 
 // Sum over pixels and their number.
 struct PixelSum {
@@ -21,6 +25,12 @@ cv::Rect insideOf(const cv::Mat& image, const cv::Rect& rect) {
   return rect & cv::Rect({0, 0}, image.size());
 }
 
+Pixels partOf(const cv::Mat& image, const cv::Rect& rect) {
+  const auto size = [](int pixels) { return static_cast<std::size_t>(pixels); };
+  return pixelsOf<cv::Vec3b>(image).part(size(rect.x), size(rect.y), size(rect.width),
+                                         size(rect.height));
+}
+
 }  // namespace
 
 cv::Rect contained_rectangle(const cv::RotatedRect& box) {
@@ -31,22 +41,21 @@ cv::Rect contained_rectangle(const cv::RotatedRect& box) {
 
 cv::Scalar rect_average(const cv::Rect& rect, const cv::Mat& image) {
   PixelSum sum;
-  const auto part = insideOf(image, rect);
-  for (int y = part.y; y < part.y + part.height; ++y) {
-    const auto* row = image.ptr<cv::Vec3b>(y);
-    for (int x = part.x; x < part.x + part.width; ++x) sum.add(row[x]);
-  }
+  const Pixels part = partOf(image, insideOf(image, rect));
+  for (std::size_t y = 0; y < part.height(); ++y)
+    for (const cv::Vec3b& pixel : part.row(y)) sum.add(pixel);
   return sum.mean();
 }
 
 cv::Scalar contour_average(const std::vector<cv::Point>& contour, const cv::Mat& image) {
   constexpr double kTaken = 100.0;  // see the header
   PixelSum sum;
-  const auto part = insideOf(image, cv::boundingRect(contour));
-  for (int y = part.y; y < part.y + part.height; ++y)
-    for (int x = part.x; x < part.x + part.width; ++x)
-      if (cv::pointPolygonTest(contour, cv::Point2f(cv::Point(x, y)), false) == kTaken)
-        sum.add(image.at<cv::Vec3b>(y, x));
+  const auto rect = insideOf(image, cv::boundingRect(contour));
+  const Pixels part = partOf(image, rect);
+  for (int y = 0; y < rect.height; ++y)
+    for (int x = 0; x < rect.width; ++x)
+      if (cv::pointPolygonTest(contour, cv::Point2f(rect.tl() + cv::Point(x, y)), false) == kTaken)
+        sum.add(part(static_cast<std::size_t>(x), static_cast<std::size_t>(y)));
   return sum.mean();
 }
 

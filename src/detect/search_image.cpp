@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "picture_mat.h"
+#include "picture_view.h"
 #include "text.h"
 
 namespace greycard {
@@ -41,20 +42,21 @@ std::vector<std::uint8_t> samplesTo8Bit(const Picture& picture, const SampleLeve
   return table;
 }
 
-template <int Channels>
-void rowThroughTable(std::uint8_t* to, const std::uint16_t* from, int width,
-                     const std::vector<std::uint8_t>& table) {
+template <std::size_t Channels>
+void rowThroughTable(std::span<const std::uint16_t> from, const std::vector<std::uint8_t>& table,
+                     std::span<std::uint8_t> to) {
   const auto last = static_cast<std::uint16_t>(table.size() - 1);
-  for (int x = 0; x < width; ++x, from += Channels, to += Channels)
-    for (int c = 0; c < Channels; ++c)
-      to[Channels - 1 - c] = table[std::min(from[c], last)];  // R, G, B to B, G, R
+  for (std::size_t i = 0; i < from.size(); i += Channels)
+    for (std::size_t c = 0; c < Channels; ++c)
+      to[i + Channels - 1 - c] = table[std::min(from[i + c], last)];  // R, G, B to B, G, R
 }
 
 cv::Mat throughTable(const Picture& picture, const std::vector<std::uint8_t>& table) {
   cv::Mat image(picture.height, picture.width, CV_8UC(picture.channels));
   const auto convert = picture.channels == 3 ? rowThroughTable<3> : rowThroughTable<1>;
-  for (int y = 0; y < picture.height; ++y)
-    convert(image.ptr(y), picture.pixel(0, y), picture.width, table);
+  const auto from = samplesOf(picture);
+  const PlaneView<std::uint8_t> to(image.ptr(), from.width(), from.height(), image.step[0]);
+  for (std::size_t y = 0; y < from.height(); ++y) convert(from.row(y), table, to.row(y));
   return image;
 }
 

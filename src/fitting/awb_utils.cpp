@@ -8,16 +8,6 @@
 
 namespace greycard {
 
-WhiteBalancePoint AWBUtils::GetTranformPtbyAffineTransform(
-    double srcRG1, double srcBG1, double srcRG2, double srcBG2, double srcRG3, double srcBG3,
-    double targetRG1, double targetBG1, double targetRG2, double targetBG2, double targetRG3,
-    double targetBG3, double px, double py) const {
-  const ReferencePoints source{{{srcRG1, srcBG1}, {srcRG2, srcBG2}, {srcRG3, srcBG3}}};
-  const ReferencePoints target{
-      {{targetRG1, targetBG1}, {targetRG2, targetBG2}, {targetRG3, targetBG3}}};
-  return GetAffineTransform(source, target)({px, py});
-}
-
 // Each pair of points gives two of six equations in (a, b, c, d, e, f):
 //   [x y 0 0 1 0]   X'
 //   [0 0 x y 0 1] = Y'

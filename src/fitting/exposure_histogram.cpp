@@ -5,6 +5,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "code_values.h"
+#include "greycard/luma.h"
+
 namespace greycard {
 namespace {
 
@@ -26,19 +29,14 @@ Counts countSamples(const Picture& picture, int whiteLevel) {
 }  // namespace
 
 ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel) {
-  if (picture.width < 1 || picture.height < 1 || (picture.channels != 1 && picture.channels != 3))
-    throw std::invalid_argument("a histogram needs a picture with pixels of 1 or 3 channels");
-  const auto pixels =
-      static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-  if (picture.samples.size() != pixels * static_cast<std::size_t>(picture.channels))
-    throw std::invalid_argument("the picture has not as many samples as its size says");
+  checkPicture(picture);
   if (whiteLevel < 1 || whiteLevel > 65535)
     throw std::invalid_argument("the white level is " + std::to_string(whiteLevel) +
                                 "; it must be from 1 to 65535");
 
-  constexpr std::array<double, 3> kLumaShares{0.299, 0.587, 0.114};
   const Counts counts = countSamples(picture, whiteLevel);
-  const auto total = static_cast<double>(pixels);
+  const auto total =
+      static_cast<double>(picture.samples.size() / static_cast<std::size_t>(picture.channels));
   ExposureHistograms result;
   for (std::size_t c = 0; c < 3; ++c) {
     std::uint64_t pixelsSoFar = 0, binSum = 0;  // whole numbers, so that the end is exactly 1
@@ -48,8 +46,9 @@ ExposureHistograms exposureHistograms(const Picture& picture, int whiteLevel) {
       result.hist_CDF[c][bin] = static_cast<double>(pixelsSoFar) / total;
       result.hist_RGB[c][bin] = static_cast<double>(binSum) / total;
     }
-    result.luma += kLumaShares[c] * result.hist_RGB[c].back();
   }
+  const auto& [red, green, blue] = result.hist_RGB;
+  result.luma = luma601({red.back(), green.back(), blue.back()});
   return result;
 }
 

@@ -14,8 +14,6 @@ struct LumaTargetRun {
   int m_imageCount = 0;
   double m_max_drc_gain = 0.0, m_ADRC_Enable = 0.0;
   std::vector<double> m_Weight, m_newTarget, m_curr_luma, m_cur_target;
-  /// Kept, not read.
-  std::vector<double> m_max_pushup_mean, m_max_pushdown_mean, m_max_dark_mean;
   GaParameters m_initial_parameter{};
   std::array<double, kGaEnableFlags> m_parameters_enable{};
   GaParameters m_lowerBound{}, m_upperBound{};

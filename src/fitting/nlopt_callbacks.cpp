@@ -7,6 +7,7 @@
 
 #include "channels.h"
 #include "colour_space.h"
+#include "greycard/luma.h"
 #include "luma_target_run.h"
 
 namespace greycard {
@@ -14,15 +15,6 @@ namespace {
 
 double squared(double v) {
   return v * v;
-}
-
-// Rec. ITU-R BT.601, section 2.5.1.
-double luma601(const Vector3& rgb) {
-  return 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
-}
-
-double lightness(const Vector3& rgb255) {
-  return sRGB_to_CIELab({rgb255[0] / 255.0, rgb255[1] / 255.0, rgb255[2] / 255.0})[0];
 }
 
 }  // namespace
@@ -54,6 +46,10 @@ double GAinconstraint3(unsigned /*n*/, const double* x, double* /*gradient*/, vo
 }
 double GAinconstraint4(unsigned /*n*/, const double* x, double* /*gradient*/, void* /*data*/) {
   return x[10] - x[11] + 0.08;
+}
+
+double lightness(const Vector3& rgb255) {
+  return sRGB_to_CIELab({rgb255[0] / 255.0, rgb255[1] / 255.0, rgb255[2] / 255.0})[0];
 }
 
 double minSearch_Utility(unsigned /*n*/, const double* x, double* /*gradient*/, void* data) {

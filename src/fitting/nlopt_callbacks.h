@@ -20,6 +20,9 @@ struct MinSearchRun {
   Vector3 m_testRGB{}, m_targetRGB{};
 };
 
+/// L* of an encoded sRGB colour, nominally 0..255.
+double lightness(const Vector3& rgb255);
+
 /// Squared difference in L* between x[0] times the test colour and the target. data: a
 /// MinSearchRun.
 double minSearch_Utility(unsigned n, const double* x, double* gradient, void* data);

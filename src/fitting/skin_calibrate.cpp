@@ -9,6 +9,7 @@
 #include "matrix_functions.h"
 #include "skin_defaults.h"
 #include "skin_weights.h"
+#include "table_conversion.h"
 
 // With chart C [24 x 3] under one light and the weights W [357 x 24]:
 //   1. balanced B = C diag(g / r, 1, g / b), (r, g, b) being row 19 of C
@@ -24,10 +25,6 @@ namespace {
 constexpr std::int32_t kBalancePatch = 19;  // second patch of the grey row
 constexpr double kDarkest = 0.01, kBrightest = 0.85;
 constexpr double kLeastExtreme = 1e-05;
-
-CDoubleMatrix matrix3x3(const std::array<double, 9>& entries) {
-  return mLoadMem(3, 3, entries.data());
-}
 
 bool is3x3(const CDoubleMatrix& m) {
   return m.rows() == 3 && m.cols() == 3;
@@ -90,8 +87,8 @@ CDoubleMatrix features(const CDoubleMatrix& ycbcr) {
 }  // namespace
 
 void SkinCalibrate::init_parameters() {
-  m_ccmD65 = m_ccmT84 = m_ccmA = matrix3x3(kDefaultSkinCcm);
-  m_rgbToYCbCr = matrix3x3(kDefaultRgbToYCbCr);
+  m_ccmD65 = m_ccmT84 = m_ccmA = toMatrix(kDefaultSkinCcm);
+  m_rgbToYCbCr = toMatrix(kDefaultRgbToYCbCr);
   m_gamma.Init(static_cast<std::int32_t>(kDefaultSkinGamma.size()), 1);
   std::transform(kDefaultSkinGamma.begin(), kDefaultSkinGamma.end(), m_gamma.data(),
                  [](std::uint8_t code) { return code / 255.0; });

@@ -12,8 +12,8 @@ class SkinCalibrate {
   void init_parameters();
 
   /// The matrix for T84; those for A and D65 are the given ones where they are there and 3 x 3, and
-  /// otherwise that for T84 too. \throws CalibrationError("Error: Wrong Matrix!") unless cm_f is
-  /// 3 x 3
+  /// otherwise that for T84 too.
+  /// \throws CalibrationError("Error: Wrong Matrix!") unless cm_f is 3 x 3
   void updateColorCorrectionMatrix(const CDoubleMatrix& cm_f, const CDoubleMatrix* cm_a,
                                    const CDoubleMatrix* cm_d65);
   /// \throws CalibrationError("Error: Wrong RGB2YCbCr Matrix!") unless cm is 3 x 3

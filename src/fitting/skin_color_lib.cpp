@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
-#include "matrix_functions.h"
 #include "skin_calibrate.h"
 #include "skin_defaults.h"
+#include "table_conversion.h"
 
 namespace greycard {
 namespace {
@@ -23,7 +23,7 @@ float toFloat(double value) {
 SkinColorLib::SkinDetectMap SkinColorLib::Calibrate(bool bUseSingleCCM) {
   SkinCalibrate engine;
   engine.init_parameters();
-  engine.updateRGB2YCbCrMatrix(mLoadMem(3, 3, kFullRangeBt601.data()));
+  engine.updateRGB2YCbCrMatrix(toMatrix(kFullRangeBt601));
   engine.updateColorCorrectionMatrix(m_ccmT84, bUseSingleCCM ? nullptr : &m_ccmA,
                                      bUseSingleCCM ? nullptr : &m_ccmD65);
   engine.updateGammaMatrix(m_gamma, 0);

@@ -5,18 +5,21 @@
 #include <array>
 #include <cstdint>
 
+#include "greycard/luma.h"
+
 namespace greycard {
 
-/// Colour-correction matrix, row by row.
-inline constexpr std::array<double, 9> kDefaultSkinCcm{2.1638,  -0.8773, -0.2865, -0.1237, 1.4006,
-                                                       -0.2769, 0.0197,  -0.5489, 1.5292};
+inline constexpr Matrix3 kDefaultSkinCcm{
+    {{2.1638, -0.8773, -0.2865}, {-0.1237, 1.4006, -0.2769}, {0.0197, -0.5489, 1.5292}}};
 
 /// RGB to YCbCr for a row vector (R, G, B): the columns give Y, Cb, Cr.
-inline constexpr std::array<double, 9> kDefaultRgbToYCbCr{0.299,   -0.1497, 0.3945, 0.587,  -0.2122,
-                                                          -0.3444, 0.114,   0.3619, -0.0501};
+inline constexpr Matrix3 kDefaultRgbToYCbCr{{{kLumaShares[0], -0.1497, 0.3945},
+                                             {kLumaShares[1], -0.2122, -0.3444},
+                                             {kLumaShares[2], 0.3619, -0.0501}}};
 /// The same by ITU-R BT.601 for full-range signals (ITU-T T.871, clause 7).
-inline constexpr std::array<double, 9> kFullRangeBt601{0.299,   -0.1687, 0.5, 0.587,  -0.3313,
-                                                       -0.4187, 0.114,   0.5, -0.0813};
+inline constexpr Matrix3 kFullRangeBt601{{{kLumaShares[0], -0.1687, 0.5},
+                                          {kLumaShares[1], -0.3313, -0.4187},
+                                          {kLumaShares[2], 0.5, -0.0813}}};
 
 /// Tone curve: 8-bit codes at 256 equal steps of linear input.
 inline constexpr std::array<std::uint8_t, 256> kDefaultSkinGamma{

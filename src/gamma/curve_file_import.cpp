@@ -46,7 +46,7 @@ GammaImport GammaCurveModel::importCurve(const std::string& name, TokenStream& t
   return import;
 }
 
-GammaImport GammaCurveModel::ImportText(std::string_view name, std::string text) {
+GammaImport GammaCurveModel::ImportText(TextView name, std::string text) {
   const std::string base(name);
   const auto unused = freeName(base);
   if (!unused) return noNameFree(base);

@@ -38,19 +38,18 @@ std::int32_t divided(std::int32_t value, std::int32_t divisor) {
 
 }  // namespace
 
-GammaCurve::GammaCurve(std::string_view name, GammaCurveModel& parent)
+GammaCurve::GammaCurve(TextView name, GammaCurveModel& parent)
     : m_parent(parent.m_state), m_name(name) {
   m_slots[0] = {std::make_shared<GammaTable>(kCurveEntries), std::make_shared<ControlPointList>()};
 }
 
-GammaCurve::GammaCurve(std::string_view name, GammaCurveModel& parent,
-                       std::span<const std::int32_t> data)
+GammaCurve::GammaCurve(TextView name, GammaCurveModel& parent, std::span<const std::int32_t> data)
     : GammaCurve(name, parent) {
   m_bImmutable = true;
   SetCurveData(ColorChannel::All, data);
 }
 
-GammaCurve::GammaCurve(std::string_view name, const GammaCurve& source)
+GammaCurve::GammaCurve(TextView name, const GammaCurve& source)
     : m_parent(source.m_parent),
       m_name(name),
       m_bInterpolate(source.m_bInterpolate),
@@ -103,7 +102,7 @@ std::int32_t GammaCurve::DataSize() const {
   return static_cast<std::int32_t>(entries(m_slots[0].data).size());
 }
 
-void GammaCurve::SetCurveData(ColorChannel color, std::optional<std::string_view> sgamma) {
+void GammaCurve::SetCurveData(ColorChannel color, OptionalText sgamma) {
   if (m_bImmutable) return;
   auto parsed = StringToIntArray(sgamma);
   const auto dest = entries(target(color).data);
@@ -134,7 +133,7 @@ void GammaCurve::SetControlPoints(ColorChannel color, ControlPointListPtr points
   pointsChanged();
 }
 
-void GammaCurve::SetControlPoints(ColorChannel color, std::optional<std::string_view> scp) {
+void GammaCurve::SetControlPoints(ColorChannel color, OptionalText scp) {
   SetControlPoints(color, CreatePointArray(scp));
 }
 
@@ -208,6 +207,6 @@ void GammaCurve::GenerateControlPoints(ColorChannel color) {
 
 void GammaCurve::CommitHeader(std::int32_t) {}
 void GammaCurve::CommitHeader(std::int32_t, std::int32_t, std::int32_t) {}
-void GammaCurve::CommitNameToSession(std::string_view) {}
+void GammaCurve::CommitNameToSession(OptionalText) {}
 
 }  // namespace greycard

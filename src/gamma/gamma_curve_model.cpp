@@ -56,8 +56,8 @@ GammaCurvePtr GammaCurveModel::GetGammaCurveByIndex(std::int32_t index) const {
   return (*m_Curves)[static_cast<std::size_t>(index)];
 }
 
-GammaCurvePtr GammaCurveModel::GetGammaCurveByName(std::string_view name) const {
-  return m_Curves->Find(name);
+GammaCurvePtr GammaCurveModel::GetGammaCurveByName(OptionalText name) const {
+  return name ? m_Curves->Find(*name) : nullptr;
 }
 
 std::vector<std::string> GammaCurveModel::GetNames() const {
@@ -67,12 +67,12 @@ std::vector<std::string> GammaCurveModel::GetNames() const {
   return names;
 }
 
-std::optional<std::string> GammaCurveModel::GetCurrent(std::string_view) const {
+std::optional<std::string> GammaCurveModel::GetCurrent(OptionalText) const {
   return std::nullopt;
 }
 
-GammaCurvePtr GammaCurveModel::GetCurrentCurve(std::optional<std::string_view> lightLevel) const {
-  return lightLevel ? GetGammaCurveByName(*lightLevel) : nullptr;
+GammaCurvePtr GammaCurveModel::GetCurrentCurve(OptionalText lightLevel) const {
+  return GetGammaCurveByName(lightLevel);
 }
 
 GammaCurvePtr GammaCurveModel::append(GammaCurvePtr curve) {
@@ -81,28 +81,27 @@ GammaCurvePtr GammaCurveModel::append(GammaCurvePtr curve) {
   return curve;
 }
 
-GammaCurvePtr GammaCurveModel::AddGammaCurve(std::string_view name) {
+GammaCurvePtr GammaCurveModel::AddGammaCurve(TextView name) {
   if (m_Curves->Contains(name)) return nullptr;
   return append(std::make_shared<GammaCurve>(name, *this));
 }
 
-GammaCurvePtr GammaCurveModel::AddGammaCurve(std::string_view name, double denominator,
-                                             std::int32_t maxY) {
+GammaCurvePtr GammaCurveModel::AddGammaCurve(TextView name, double denominator, std::int32_t maxY) {
   GammaCurvePtr curve = AddGammaCurve(name);
   if (curve) GetReferenceCurve(denominator, *curve->Data(), maxY);
   return curve;
 }
 
-GammaCurvePtr GammaCurveModel::AddGammaCurve(std::string_view name, std::string_view source) {
-  const GammaCurvePtr original = m_Curves->Find(source);
+GammaCurvePtr GammaCurveModel::AddGammaCurve(TextView name, OptionalText source) {
+  const GammaCurvePtr original = GetGammaCurveByName(source);
   if (!original || m_Curves->Contains(name)) return nullptr;
   GammaCurvePtr curve = append(std::make_shared<GammaCurve>(name, *original));
   curve->m_bCanEdit = true;
   return curve;
 }
 
-bool GammaCurveModel::DeleteGammaCurve(std::string_view name) {
-  const GammaCurvePtr curve = m_Curves->Find(name);
+bool GammaCurveModel::DeleteGammaCurve(OptionalText name) {
+  const GammaCurvePtr curve = GetGammaCurveByName(name);
   if (!curve || curve->IsImmutable()) return false;
   m_DeletedNames.push_back(curve->Name());
   return m_Curves->Remove(curve->Name());
@@ -117,12 +116,12 @@ void GammaCurveModel::CommitSession() {
   }
 }
 
-bool GammaCurveModel::SaveGammaCurveAs(std::string_view name, std::string_view) const {
-  const GammaCurvePtr curve = m_Curves->Find(name);
+bool GammaCurveModel::SaveGammaCurveAs(OptionalText name, OptionalText) const {
+  const GammaCurvePtr curve = GetGammaCurveByName(name);
   return curve && curve->DataSize() > 0;
 }
 
-GammaCurvePtr GammaCurveModel::LoadGammaCurve(std::string_view name) {
+GammaCurvePtr GammaCurveModel::LoadGammaCurve(TextView name) {
   return CreateCurve(name, GetFromSession(name, "Gamma"), GetFromSession(name, "GammaG"),
                      GetFromSession(name, "GammaB"), GetFromSession(name, "ControlPoints"),
                      GetFromSession(name, "ControlPointsG"),
@@ -132,14 +131,13 @@ GammaCurvePtr GammaCurveModel::LoadGammaCurve(std::string_view name) {
 std::optional<std::vector<std::string>> GammaCurveModel::GetSectionNames() const {
   return std::nullopt;
 }
-std::optional<std::string> GammaCurveModel::GetFromSession(std::string_view,
-                                                           std::string_view) const {
+std::optional<std::string> GammaCurveModel::GetFromSession(OptionalText, OptionalText) const {
   return std::nullopt;
 }
-void GammaCurveModel::SaveToSession(std::string_view, std::string_view, std::string_view) {}
-void GammaCurveModel::DeleteFromSession(std::string_view) {}
+void GammaCurveModel::SaveToSession(OptionalText, OptionalText, OptionalText) {}
+void GammaCurveModel::DeleteFromSession(OptionalText) {}
 
-GammaCurvePtr GammaCurveModel::CreateCurve(std::string_view name, const GammaTablePtr& gammaR,
+GammaCurvePtr GammaCurveModel::CreateCurve(TextView name, const GammaTablePtr& gammaR,
                                            const GammaTablePtr& gammaG, const GammaTablePtr& gammaB,
                                            const ControlPointListPtr& cpR,
                                            const ControlPointListPtr& cpG,
@@ -164,22 +162,20 @@ GammaCurvePtr GammaCurveModel::CreateCurve(std::string_view name, const GammaTab
   return curve;
 }
 
-GammaCurvePtr GammaCurveModel::CreateCurve(
-    std::string_view name, std::span<const std::int32_t> listR, std::span<const std::int32_t> listG,
-    std::span<const std::int32_t> listB, std::span<const std::int32_t> cpR,
-    std::span<const std::int32_t> cpG, std::span<const std::int32_t> cpB) {
+GammaCurvePtr GammaCurveModel::CreateCurve(TextView name, std::span<const std::int32_t> listR,
+                                           std::span<const std::int32_t> listG,
+                                           std::span<const std::int32_t> listB,
+                                           std::span<const std::int32_t> cpR,
+                                           std::span<const std::int32_t> cpG,
+                                           std::span<const std::int32_t> cpB) {
   return CreateCurve(name, CreateGammaTable(listR), CreateGammaTable(listG),
                      CreateGammaTable(listB), GammaCurve::CreatePointArray(cpR),
                      GammaCurve::CreatePointArray(cpG), GammaCurve::CreatePointArray(cpB));
 }
 
-GammaCurvePtr GammaCurveModel::CreateCurve(std::string_view name,
-                                           std::optional<std::string_view> table,
-                                           std::optional<std::string_view> tableG,
-                                           std::optional<std::string_view> tableB,
-                                           std::optional<std::string_view> cp,
-                                           std::optional<std::string_view> cpG,
-                                           std::optional<std::string_view> cpB) {
+GammaCurvePtr GammaCurveModel::CreateCurve(TextView name, OptionalText table, OptionalText tableG,
+                                           OptionalText tableB, OptionalText cp, OptionalText cpG,
+                                           OptionalText cpB) {
   return CreateCurve(name, CreateGammaTable(table), CreateGammaTable(tableG),
                      CreateGammaTable(tableB), GammaCurve::CreatePointArray(cp),
                      GammaCurve::CreatePointArray(cpG), GammaCurve::CreatePointArray(cpB));
@@ -195,7 +191,7 @@ GammaTablePtr GammaCurveModel::CreateGammaTable(std::span<const std::int32_t> li
   return CreateGammaTable(std::make_shared<GammaTable>(list.begin(), list.end()));
 }
 
-GammaTablePtr GammaCurveModel::CreateGammaTable(std::optional<std::string_view> sGamma) const {
+GammaTablePtr GammaCurveModel::CreateGammaTable(OptionalText sGamma) const {
   const auto numbers = GammaCurve::StringToIntArray(sGamma);
   return numbers ? CreateGammaTable(std::span(*numbers)) : nullptr;
 }

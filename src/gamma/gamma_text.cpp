@@ -28,8 +28,7 @@ std::size_t fieldWidth(std::int32_t bitSize) {
 
 }  // namespace
 
-std::optional<std::vector<std::int32_t>> GammaCurve::StringToIntArray(
-    std::optional<std::string_view> s) {
+std::optional<std::vector<std::int32_t>> GammaCurve::StringToIntArray(OptionalText s) {
   if (!s || s->empty()) return std::nullopt;
   std::vector<std::int32_t> numbers;
   for (const std::string_view piece : splitText(*s, " ,")) {
@@ -49,7 +48,7 @@ ControlPointListPtr GammaCurve::CreatePointArray(std::span<const std::int32_t> n
   return points;
 }
 
-ControlPointListPtr GammaCurve::CreatePointArray(std::optional<std::string_view> s) {
+ControlPointListPtr GammaCurve::CreatePointArray(OptionalText s) {
   const auto numbers = StringToIntArray(s);
   return numbers ? CreatePointArray(*numbers) : nullptr;
 }

@@ -4,11 +4,10 @@
 #include <utility>
 
 #include "greycard/files.h"
+#include "text.h"
 
 namespace greycard {
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool isWhiteSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
@@ -39,9 +38,8 @@ TokenStream TokenStream::ofText(std::string text, std::string_view delimStr) {
 }
 
 TokenStream::TokenStream(Text text, std::string_view delimStr)
-    : m_text(std::move(text.bytes)), m_unread(m_text) {
+    : m_text(std::move(text.bytes)), m_unread(withoutByteOrderMark(m_text)) {
   for (const char c : delimStr) m_delimiters[static_cast<unsigned char>(c)] = true;
-  if (m_unread.starts_with(kByteOrderMark)) m_unread.remove_prefix(kByteOrderMark.size());
 }
 
 void TokenStream::readLine() {

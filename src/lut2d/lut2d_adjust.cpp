@@ -1,4 +1,4 @@
-#include "lut2d_adjust.h"
+// TwoDLutHelper::Adjust: the drag of a node.
 
 #include <algorithm>
 #include <cmath>
@@ -8,19 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "greycard/two_d_lut_helper.h"
+#include "integer_conversion.h"
 #include "text.h"
 
 namespace greycard {
 namespace {
 
 constexpr std::int32_t kCircle = 360;
-
-// Toward zero to 32 bits; what does not fit becomes the nearest that does.
-std::int64_t truncated(double value) {
-  constexpr double kLow = std::numeric_limits<std::int32_t>::min();
-  constexpr double kHigh = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int64_t>(std::clamp(value, kLow, kHigh));
-}
 
 // Offsets from the dragged node, both ends included.
 struct Offsets {
@@ -38,9 +33,9 @@ Offsets satOffsets(const NodeDrag& drag, std::int64_t columns) {
   const std::int64_t range = drag.rangeS, hit = drag.hitS;
   Offsets offsets{-range, range};
   if (drag.deltaS < 0)
-    offsets.low += truncated(drag.deltaS / step - 0.5);
+    offsets.low += saturatingTruncate(drag.deltaS / step - 0.5);
   else
-    offsets.high = truncated(drag.deltaS / step + 0.5) + range;
+    offsets.high = saturatingTruncate(drag.deltaS / step + 0.5) + range;
   if (hit + offsets.low <= 0) offsets.low = 1 - hit;
   if (hit + offsets.high >= columns - 1) offsets.high = columns - hit - 1;
   return offsets;
@@ -52,16 +47,16 @@ Offsets hueOffsets(const NodeDrag& drag, std::int64_t rows, std::int32_t hitHue)
   const bool isAhead = std::int64_t{hitHue} - drag.originalHue < 180;
   Offsets offsets{-range, range};
   if (drag.deltaH < 0) {
-    const std::int64_t growth = truncated(-drag.deltaH / step + 0.5);
+    const std::int64_t growth = saturatingTruncate(-drag.deltaH / step + 0.5);
     if (isAhead)
       offsets.low -= growth;
     else
       offsets.high = growth + range;
   } else if (isAhead) {
     // Deliberate: a positive drag shrinks the range where a negative one widens it.
-    offsets.high = range - truncated(drag.deltaH / step + 0.5);
+    offsets.high = range - saturatingTruncate(drag.deltaH / step + 0.5);
   } else {
-    offsets.low -= truncated(-drag.deltaH / step + 0.5);
+    offsets.low -= saturatingTruncate(-drag.deltaH / step + 0.5);
   }
   return offsets;
 }
@@ -74,8 +69,8 @@ void checkDrag(const NodeDrag& drag, const TargetTables& tables) {
   if (!std::isfinite(drag.deltaS)) refuse("deltaS", formatGeneral(drag.deltaS), "finite");
   if (!std::isfinite(drag.deltaH)) refuse("deltaH", formatGeneral(drag.deltaH), "finite");
   if (tables.rows < 1 || tables.rows > kCircle)
-    refuse("m_nLUT_h", std::to_string(tables.rows), "1 to 360");
-  if (tables.columns < 1) refuse("m_nLUT_s", std::to_string(tables.columns), "1 or more");
+    refuse("m_nLUT_h (hue rows)", std::to_string(tables.rows), "1 to 360");
+  if (tables.columns < 1) refuse("m_nLUT_s (columns)", std::to_string(tables.columns), "1 or more");
   const auto nodes =
       static_cast<std::size_t>(tables.rows) * static_cast<std::size_t>(tables.columns);
   const std::string must = "m_nLUT_h * m_nLUT_s = " + std::to_string(nodes);
@@ -93,7 +88,7 @@ void checkDrag(const NodeDrag& drag, const TargetTables& tables) {
 }
 
 std::int32_t movedHue(std::int32_t hue, double change) {
-  std::int64_t moved = hue + truncated(change);
+  std::int64_t moved = std::int64_t{hue} + saturatingTruncate(change);
   if (moved < 0)
     moved += kCircle;
   else if (moved >= kCircle)
@@ -105,7 +100,7 @@ std::int32_t movedHue(std::int32_t hue, double change) {
 
 }  // namespace
 
-void adjustTargets(const NodeDrag& drag, const TargetTables& tables) {
+void TwoDLutHelper::Adjust(const NodeDrag& drag, const TargetTables& tables) {
   checkDrag(drag, tables);
   // New values come from these, so that a row met again on a second turn is not moved twice.
   const std::vector<double> oldSat(tables.sat.begin(), tables.sat.end());

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "channels.h"
 #include "text.h"
 
 namespace greycard {
@@ -16,8 +15,8 @@ std::string number(float value) {
 
 // Builds the text only when somebody reads it.
 template <typename MakeText>
-void report(MakeText makeText) {
-  if (outputHasListener()) writeOutput(makeText());
+void report(const TextSink& remarks, MakeText makeText) {
+  if (remarks) remarks(makeText());
 }
 
 // Twice the area of the triangle; negative when it runs clockwise.
@@ -82,11 +81,11 @@ std::string tableText(const char* title, const Lut2dGrid& grid, float Lut2dPair:
 }
 
 // The new change of one node, read from the changes as they stand by now.
-bool invertNode(lut2d_cfg& cfg, std::size_t i, std::size_t j) {
+bool invertNode(lut2d_cfg& cfg, std::size_t i, std::size_t j, const TextSink& remarks) {
   const Lut2dPair point = cfg.node[i][j];
   const auto triangle = triangleAround(cfg.target, point);
   if (!triangle) {
-    report([&] {
+    report(remarks, [&] {
       return "\n ---------- error: can't find triangle ret=0 H:" + number(point.h) +
              ",S:" + number(point.s) + ", h_idx:" + std::to_string(i) +
              ", s_idx:" + std::to_string(j) + " ---------\n";
@@ -96,7 +95,7 @@ bool invertNode(lut2d_cfg& cfg, std::size_t i, std::size_t j) {
   }
   const Lut2dPair delta =
       invertedDelta(cornersOf(cfg.target, *triangle), cornersOf(cfg.delta, *triangle), point);
-  report([&] {
+  report(remarks, [&] {
     return "find triangle- new_h_delta=" + number(delta.h) + ", new_s_delta=" + number(delta.s) +
            "\n";
   });
@@ -106,24 +105,25 @@ bool invertNode(lut2d_cfg& cfg, std::size_t i, std::size_t j) {
 
 }  // namespace
 
-int CalInverseDifflut2dCfg(lut2d_cfg& cfg) {
-  report([&] { return "start inverse_flag " + number(cfg.inverse_flag) + "\n"; });
+int CalInverseDifflut2dCfg(lut2d_cfg& cfg, const TextSink& remarks) {
+  report(remarks, [&] { return "start inverse_flag " + number(cfg.inverse_flag) + "\n"; });
   if (cfg.inverse_flag == 0.0F) {
-    report([] { return " normal 2D_LUT processing...\n"; });
+    report(remarks, [] { return " normal 2D_LUT processing...\n"; });
     return 0;
   }
-  report([] { return " inverse 2D_LUT processing, will calculate new delta H and deltaS...\n"; });
-  report([] { return "\n start calculate new delta H, delta S...\n"; });
+  report(remarks,
+         [] { return " inverse 2D_LUT processing, will calculate new delta H and deltaS...\n"; });
+  report(remarks, [] { return "\n start calculate new delta H, delta S...\n"; });
 
   // Deliberate: a node sees the changes of earlier nodes already replaced.
   int uncovered = 0;
   for (std::size_t i = 0; i < kLut2dHueRows; ++i)
     for (std::size_t j = 0; j + 1 < kLut2dSatColumns; ++j)
-      if (!invertNode(cfg, i, j)) ++uncovered;
+      if (!invertNode(cfg, i, j, remarks)) ++uncovered;
   cfg.delta[kLut2dHueRows] = cfg.delta[0];
   for (auto& row : cfg.delta) row[kLut2dSatColumns - 1] = row[kLut2dSatColumns - 2];
 
-  report([&] {
+  report(remarks, [&] {
     return tableText("\n new diff map calculate delta H \n", cfg.delta, &Lut2dPair::h) +
            tableText("\n new diff map calculate delta S \n", cfg.delta, &Lut2dPair::s);
   });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "pixel_block.h"
 
@@ -25,14 +26,18 @@ int processimage(std::uint16_t* r, std::uint16_t* g, std::uint16_t* b, std::uint
       block.lookUpPlainly(tables);
     block.toRgb(samples, tables.yBlend);
   };
-  const std::size_t rest = pixels % PixelBlock::kSize, whole = pixels - rest;
-  for (std::size_t k = 0; k < whole; k += PixelBlock::kSize) process({r + k, g + k, b + k});
-  if (rest != 0) {
-    const std::array<std::uint16_t*, 3> planes{r, g, b};
-    std::array<std::array<std::uint16_t, PixelBlock::kSize>, 3> last{};
-    for (std::size_t c = 0; c < 3; ++c) std::copy_n(planes[c] + whole, rest, last[c].begin());
-    process({last[0].data(), last[1].data(), last[2].data()});
-    for (std::size_t c = 0; c < 3; ++c) std::copy_n(last[c].begin(), rest, planes[c] + whole);
+  constexpr std::size_t kSize = PixelBlock::kSize;
+  const std::array planes{std::span(r, pixels), std::span(g, pixels), std::span(b, pixels)};
+  const auto at = [&](std::size_t c, std::size_t k) { return planes[c].subspan(k).first<kSize>(); };
+  std::size_t k = 0;
+  for (; k + kSize <= pixels; k += kSize) process({at(0, k), at(1, k), at(2, k)});
+  if (k < pixels) {
+    std::array<std::array<std::uint16_t, kSize>, 3> last{};
+    for (std::size_t c = 0; c < 3; ++c) std::ranges::copy(planes[c].subspan(k), last[c].begin());
+    process({last[0], last[1], last[2]});
+    for (std::size_t c = 0; c < 3; ++c)
+      std::ranges::copy_n(last[c].begin(), static_cast<std::ptrdiff_t>(pixels - k),
+                          planes[c].subspan(k).begin());
   }
   return 1;
 }

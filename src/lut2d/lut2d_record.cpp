@@ -1,5 +1,8 @@
 #include "lut2d_record.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -10,28 +13,36 @@
 namespace greycard {
 namespace {
 
-constexpr float kSatUnits = 256.0F;  // of the record's saturations
+constexpr double kSatUnits = 256.0;  // of the record's saturations
 
-struct Range {
-  double low, high;
-};
-// Wide enough for any table that means something.
-constexpr Range kHueRange{-720.0, 720.0}, kSatRange{-4.0, 4.0};
-constexpr Range kHueChangeRange{-36000.0, 36000.0}, kSatChangeRange{-100.0, 100.0};
-constexpr Range kShiftRange{0.0, 24.0}, kLightnessRange{-2.0, 2.0}, kBlendRange{-1.9, 1.9};
-constexpr Range kFlagRange{-3.0e38, 3.0e38};
+constexpr double kLargestShift = 24.0;  // moves the finest step beyond any change
 
-void checkValue(const std::string& name, double value, Range range) {
-  // Not-a-number fails every comparison.
-  if (value >= range.low && value <= range.high) return;
-  throw std::invalid_argument(name + " is " + formatGeneral(value) + "; it must be a number from " +
-                              formatGeneral(range.low) + " to " + formatGeneral(range.high));
+[[noreturn]] void refuse(const std::string& name, double value, const std::string& must) {
+  throw std::invalid_argument(name + " is " + formatGeneral(value) + "; it must be " + must);
 }
 
-void checkTable(const std::string& name, std::span<const double> table, Range range) {
+void requireFinite(const std::string& name, double value) {
+  if (!std::isfinite(value)) refuse(name, value, "a finite number");
+}
+
+void requireFinite(const std::string& name, std::span<const double> table) {
   for (std::size_t i = 0; i < table.size(); ++i)
-    if (!(table[i] >= range.low && table[i] <= range.high))
-      checkValue(name + "[" + std::to_string(i) + "]", table[i], range);
+    if (!std::isfinite(table[i])) requireFinite(name + "[" + std::to_string(i) + "]", table[i]);
+}
+
+void requireShift(const std::string& name, double value) {
+  // Not-a-number fails every comparison.
+  if (!(value >= 0.0 && value <= kLargestShift))
+    refuse(name, value, "a number from 0 to " + formatGeneral(kLargestShift));
+}
+
+// The nearest float: what lies beyond the largest one becomes that.
+float nearestFloat(double value) {
+  constexpr double kLargest = std::numeric_limits<float>::max();
+  return static_cast<float>(std::clamp(value, -kLargest, kLargest));
+}
+float satInUnits(double sat) {
+  return nearestFloat(double{nearestFloat(sat)} * kSatUnits);
 }
 
 // Rows of the source grid follow one another; after the last one it starts again.
@@ -41,12 +52,10 @@ void fillGrids(const Lut2DConfig& config, lut2d_cfg& record) {
       const std::size_t entry = i % kLut2dHueRows * kLut2dSatColumns + j;
       Lut2dPair& node = record.node[i][j];
       Lut2dPair& delta = record.delta[i][j];
-      node = {static_cast<float>(config.lut_1d_h[i]),
-              static_cast<float>(config.lut_1d_s[j]) * kSatUnits};
-      delta = {static_cast<float>(config.lut_2d_h[entry]),
-               static_cast<float>(config.lut_2d_s[entry]) * kSatUnits};
-      record.target[i][j] = {static_cast<float>(double{node.h} - double{delta.h}),
-                             static_cast<float>(double{node.s} - double{delta.s})};
+      node = {nearestFloat(config.lut_1d_h[i]), satInUnits(config.lut_1d_s[j])};
+      delta = {nearestFloat(config.lut_2d_h[entry]), satInUnits(config.lut_2d_s[entry])};
+      record.target[i][j] = {nearestFloat(double{node.h} - double{delta.h}),
+                             nearestFloat(double{node.s} - double{delta.s})};
     }
 }
 
@@ -63,18 +72,18 @@ void debugTable(const char* title, const Lut2dGrid& grid, float Lut2dPair::*comp
 }  // namespace
 
 void checkConfig(const Lut2DConfig& config) {
-  checkTable("lut_1d_h", config.lut_1d_h, kHueRange);
-  checkTable("lut_1d_s", config.lut_1d_s, kSatRange);
-  checkTable("lut_2d_h", config.lut_2d_h, kHueChangeRange);
-  checkTable("lut_2d_s", config.lut_2d_s, kSatChangeRange);
-  checkValue("h_shift", double{config.h_shift}, kShiftRange);
-  checkValue("s_shift", double{config.s_shift}, kShiftRange);
-  checkValue("l_boundary_start_a", double{config.l_boundary_start_a}, kLightnessRange);
-  checkValue("l_boundary_start_b", double{config.l_boundary_start_b}, kLightnessRange);
-  checkValue("l_boundary_end_a", double{config.l_boundary_end_a}, kLightnessRange);
-  checkValue("l_boundary_end_b", double{config.l_boundary_end_b}, kLightnessRange);
-  checkValue("y_blend_factor", double{config.y_blend_factor}, kBlendRange);
-  checkValue("inverse_flag", double{config.inverse_flag}, kFlagRange);
+  requireFinite("lut_1d_h", config.lut_1d_h);
+  requireFinite("lut_1d_s", config.lut_1d_s);
+  requireFinite("lut_2d_h", config.lut_2d_h);
+  requireFinite("lut_2d_s", config.lut_2d_s);
+  requireShift("h_shift", double{config.h_shift});
+  requireShift("s_shift", double{config.s_shift});
+  requireFinite("l_boundary_start_a", double{config.l_boundary_start_a});
+  requireFinite("l_boundary_start_b", double{config.l_boundary_start_b});
+  requireFinite("l_boundary_end_a", double{config.l_boundary_end_a});
+  requireFinite("l_boundary_end_b", double{config.l_boundary_end_b});
+  requireFinite("y_blend_factor", double{config.y_blend_factor});
+  requireFinite("inverse_flag", double{config.inverse_flag});
 }
 
 void fillRecord(const Lut2DConfig& config, lut2d_cfg& record) {

@@ -7,7 +7,7 @@
 
 namespace greycard {
 
-/// \throws std::invalid_argument about the first number that is not finite or out of range
+/// \throws std::invalid_argument about the first number that is not finite, or a shift out of range
 void checkConfig(const Lut2DConfig& config);
 
 /// Sets every field of the record but the reserved word. The configuration has been checked.

@@ -3,28 +3,31 @@
 #include <algorithm>
 #include <cmath>
 
+#include "integer_conversion.h"
+
 namespace greycard {
 namespace {
 
-// What 64 bits can hold the products across hue of.
-constexpr std::int32_t kLargestHueNode = 1 << 15, kLargestSatNode = 1 << 14;
-constexpr std::int32_t kLargestLightness = 1 << 12, kLargestEntry = 1 << 30;
-constexpr std::int32_t kLargestShift = 24, kLargestBlend = 31;
+// A number beyond these counts as the nearest of them. Entries so large end at their own limits
+// with any shift, and luma restored so much at black or white; nodes and boundaries so far out are
+// beyond any use. Weights of the fade stay within 16 bits.
+constexpr std::int64_t kLargestEntry = std::int64_t{1} << 34;
+constexpr std::int32_t kLargestHueNode = 1 << 27, kLargestSatNode = 1 << 20;
+constexpr std::int32_t kLargestLightness = 1 << 14, kLargestBlend = 1 << 15;
+constexpr std::int32_t kMostShift = 24;
 constexpr std::int64_t kEntryMax = 511, kEntryMin = -512;
 
-// Toward zero; not-a-number gives 0.
-std::int32_t truncated(float value, std::int32_t limit) {
-  if (std::isnan(value)) return 0;
-  const auto bound = static_cast<float>(limit);
-  return static_cast<std::int32_t>(std::clamp(value, -bound, bound));
+template <typename Integer>
+Integer truncated(float value, Integer limit) {
+  return truncatedWithin<Integer>(double{value}, -limit, limit);
 }
 
-// A cell of no or negative width is never selected.
 std::int32_t cellReciprocal(float one, std::int32_t width) {
-  return width > 0 ? static_cast<std::int32_t>(std::ceil(one / static_cast<float>(width))) : 0;
+  if (width == 0) return 0;  // such a cell changes nothing along its width
+  return static_cast<std::int32_t>(std::ceil(one / static_cast<float>(width)));
 }
 
-std::int64_t quantised(std::int32_t value, int shift) {
+std::int64_t quantised(std::int64_t value, int shift) {
   const std::int64_t half = shift > 0 ? std::int64_t{1} << (shift - 1) : 0;
   std::int64_t entry = (value + half) >> shift;
   if (entry > kEntryMax) entry = kEntryMax;
@@ -45,8 +48,8 @@ void buildNodes(const lut2d_cfg& record, LutTables& tables) {
 }
 
 void buildEntries(const lut2d_cfg& record, LutTables& tables) {
-  const int hShift = std::max(truncated(record.h_shift, kLargestShift), 0);
-  const int sShift = std::max(truncated(record.s_shift, kLargestShift), 0);
+  const int hShift = std::max(truncated(record.h_shift, kMostShift), 0);
+  const int sShift = std::max(truncated(record.s_shift, kMostShift), 0);
   for (std::size_t i = 0; i < kLut2dHueRows; ++i)
     for (std::size_t j = 0; j < kLut2dSatColumns; ++j) {
       const Lut2dPair& delta = record.delta[i][j];
@@ -86,7 +89,6 @@ void buildFade(const lut2d_cfg& record, LutTables& tables) {
   const std::int32_t startB = boundary(record.l_boundary_start_b);
   const std::int32_t endA = boundary(record.l_boundary_end_a);
   const std::int32_t endB = boundary(record.l_boundary_end_b);
-  // A ramp that runs backwards is never reached.
   const std::int32_t fadeIn = cellReciprocal(2048.0F, startB - startA);
   const std::int32_t fadeOut = cellReciprocal(2048.0F, endB - endA);
   for (std::int32_t lightness = 0; lightness <= kLightnessSumMax; ++lightness) {

@@ -18,7 +18,8 @@ inline constexpr int kHueWeightBits = 14, kSatWeightBits = 11;
 
 struct LutTables {
   std::array<std::int32_t, kLut2dHueRows + 1> hueNode;
-  std::array<std::int32_t, kLut2dHueRows> hueRecip;  ///< of the cell above each row's node
+  /// Of the cell above each row's node: weight per unit, rounded up; 0 for a cell of no width.
+  std::array<std::int32_t, kLut2dHueRows> hueRecip;
   std::array<std::int32_t, kLut2dSatColumns> satNode;
   std::array<std::int32_t, kLut2dSatColumns - 1> satRecip;
 
@@ -28,7 +29,7 @@ struct LutTables {
   };
   std::array<std::array<Entry, kLut2dSatColumns>, kLut2dHueRows + 1> entry;
 
-  std::int32_t yBlend;  ///< 16 = luma kept
+  std::int32_t yBlend;  ///< 16 = luma kept; -2^15..2^15
 
   static constexpr std::uint8_t kNoRow = 255, kUntouchedColumn = 16;
   /// Row of each hue, or kNoRow.
@@ -39,8 +40,8 @@ struct LutTables {
   std::array<std::int16_t, kLightnessSumMax + 1> fade;
 };
 
-/// Any record gives tables, whatever its numbers: they are brought into the ranges that
-/// TwoDLutHelper::SetConfig allows, with some room.
+/// Any record gives tables, whatever its numbers: they are brought into ranges that the arithmetic
+/// holds, and not-a-number counts as 0.
 void buildTables(const lut2d_cfg& record, LutTables& tables);
 
 }  // namespace greycard

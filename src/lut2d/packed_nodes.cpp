@@ -20,8 +20,8 @@ struct CellBounds {
     for (const std::int64_t weight : hueWeight) {
       const std::int64_t a = t00 + (((t10 - t00) * weight) >> kHueWeightBits);
       const std::int64_t b = t01 + (((t11 - t01) * weight) >> kHueWeightBits);
-      const std::int64_t end = a + (((b - a) * satWeight) >> kSatWeightBits);
       if (std::max(std::abs(a), std::abs(b)) + kSlack > kLargestMidway) return false;
+      const std::int64_t end = a + (((b - a) * satWeight) >> kSatWeightBits);
       if (std::max(std::abs(a), std::abs(end)) + kSlack > change) return false;
     }
     return true;
@@ -32,6 +32,11 @@ bool allHuesHaveRows(const LutTables& tables) {
   return std::ranges::find(tables.rowOfHue, LutTables::kNoRow) == tables.rowOfHue.end();
 }
 
+// A row between nodes that no hue lies between is never looked up.
+bool holdsHues(const LutTables& tables, std::size_t i) {
+  return std::max(tables.hueNode[i], 0) < std::min(tables.hueNode[i + 1], kHueCircle);
+}
+
 // The largest weight across saturation that any saturation has in the column.
 std::int64_t largestWeight(const LutTables& tables, std::size_t column) {
   const std::int64_t last =
@@ -40,9 +45,9 @@ std::int64_t largestWeight(const LutTables& tables, std::size_t column) {
 }
 
 bool rowFits(const LutTables& tables, std::size_t i, std::int64_t change) {
+  if (!holdsHues(tables, i)) return true;
   const std::int64_t first = std::max(tables.hueNode[i], 0);
   const std::int64_t last = std::min(tables.hueNode[i + 1], kHueCircle) - 1;
-  if (first > last) return true;  // no hue is in it
   const auto weight = [&](std::int64_t hue) {
     return (hue - tables.hueNode[i]) * tables.hueRecip[i];
   };
@@ -75,9 +80,11 @@ bool PackedNodes::build(const LutTables& tables) {
 bool PackedNodes::buildSatCells(const LutTables& tables) {
   for (std::int32_t sat = 0; sat <= kSatMax; ++sat) {
     const std::uint8_t column = tables.columnOfSat[static_cast<std::size_t>(sat)];
-    std::int32_t weight = 0;
-    if (column != LutTables::kUntouchedColumn)
-      weight = (sat - tables.satNode[column]) * tables.satRecip[column];
+    std::int64_t weight = 0;
+    if (column != LutTables::kUntouchedColumn) {
+      if (tables.satRecip[column] < 0) return false;  // a last column that runs backwards
+      weight = std::int64_t{sat - tables.satNode[column]} * tables.satRecip[column];
+    }
     if (weight < 0 || weight > std::numeric_limits<std::uint16_t>::max()) return false;
     m_satCell[static_cast<std::size_t>(sat)] = {static_cast<std::uint16_t>(2 * column),
                                                 static_cast<std::uint16_t>(weight)};
@@ -89,6 +96,7 @@ void PackedNodes::buildNodes(const LutTables& tables) {
   constexpr std::int64_t kHalf = 1 << (kHueWeightBits - 1);
   constexpr std::int64_t kStart = (std::int64_t{kBias} << kHueWeightBits) + kHalf;
   for (std::size_t i = 0; i < kLut2dHueRows; ++i) {
+    if (!holdsHues(tables, i)) continue;
     std::uint64_t* word = m_node.data() + i * kRowLength;
     for (std::size_t j = 0; j < kLut2dSatColumns; ++j) {
       const auto &from = tables.entry[i][j], &to = tables.entry[i + 1][j];

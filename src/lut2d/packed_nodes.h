@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "lanes.h"
 #include "lut2d_tables.h"
 
 namespace greycard {
@@ -24,7 +25,7 @@ class PackedNodes {
 
   /// The changes for `hue`, `sat` and lightness sum: of saturation in the highest 16 bits, of hue
   /// in bits 16 to 31, there plus kHueOffset.
-  std::uint64_t change(std::int16_t hue, std::int16_t sat, std::int16_t lightness) const {
+  std::uint64_t change(HueLane hue, ShareLane sat, SampleLane lightness) const {
     const SatCell& cell = m_satCell[static_cast<std::uint16_t>(sat)];
     const std::size_t row = m_rowOfHue[static_cast<std::uint16_t>(hue)];
     const std::uint64_t* node = m_node.data() + (row + cell.place);

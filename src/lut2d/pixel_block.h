@@ -5,7 +5,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
+#include "lanes.h"
 #include "lut2d_tables.h"
 #include "packed_nodes.h"
 
@@ -13,16 +15,20 @@ namespace greycard {
 
 struct PixelBlock {
   static constexpr std::size_t kSize = 256;
-  using Lanes = std::array<std::int16_t, kSize>;
+  template <Lane T>
+  using Lanes = std::array<T, kSize>;
 
-  /// Of kSize samples each. Those above 1023 count as 1023.
+  /// Samples above 1023 count as 1023.
   struct Planes {
-    std::uint16_t *r, *g, *b;
+    std::span<std::uint16_t, kSize> r, g, b;
   };
 
-  alignas(16) Lanes lightness;  ///< largest plus smallest sample
-  alignas(16) Lanes hue, sat;
-  alignas(16) Lanes hueChange, satChange;  ///< between the parts of lookUp
+  alignas(16) Lanes<SampleLane> lightness;  ///< largest plus smallest sample
+  alignas(16) Lanes<HueLane> hue;
+  alignas(16) Lanes<ShareLane> sat;
+  // Between the parts of lookUp.
+  alignas(16) Lanes<HueLane> hueChange;
+  alignas(16) Lanes<ShareLane> satChange;
 
   /// Samples -> lightness, hue, sat
   void toHueSat(const Planes& samples);
@@ -31,6 +37,10 @@ struct PixelBlock {
   void lookUpPlainly(const LutTables& tables);
   /// hue, sat, lightness -> samples, with a share of the old ones' luma
   void toRgb(const Planes& samples, std::int32_t yBlend);
+
+ private:
+  template <typename OffsetOf>
+  void rebuild(const Planes& samples, OffsetOf offsetOf);
 };
 
 }  // namespace greycard

@@ -7,8 +7,10 @@
 namespace greycard {
 namespace {
 
-// Changes saturate far beyond any that matters, so that each product below fits 64 bits: weights
-// across saturation are below 2^26, those of the fade below 2^15.
+// Weights and changes saturate far beyond any that matters, so that each product below fits 64
+// bits: differences of entries are below 2^34, weights of the fade below 2^15.
+constexpr std::int64_t kMostHueWeight = std::int64_t{1} << 29;
+constexpr std::int64_t kMostSatWeight = std::int64_t{1} << 26;
 constexpr std::int64_t kMostMidway = std::int64_t{1} << 36, kMostChange = std::int64_t{1} << 47;
 
 std::int64_t saturated(std::int64_t value, std::int64_t most) {
@@ -33,8 +35,8 @@ std::int64_t interpolated(const LutTables& tables, std::size_t i, std::size_t j,
 
 HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int64_t hue,
                 std::int64_t sat, std::int64_t fade) {
-  const std::int64_t fh = (hue - tables.hueNode[i]) * tables.hueRecip[i];
-  const std::int64_t fs = (sat - tables.satNode[j]) * tables.satRecip[j];
+  const std::int64_t fh = saturated((hue - tables.hueNode[i]) * tables.hueRecip[i], kMostHueWeight);
+  const std::int64_t fs = saturated((sat - tables.satNode[j]) * tables.satRecip[j], kMostSatWeight);
   const auto faded = [&](std::int64_t LutTables::Entry::*component) {
     const std::int64_t value = interpolated(tables, i, j, fh, fs, component);
     return (value * fade + 1024) >> kSatWeightBits;
@@ -42,7 +44,7 @@ HueSat changeAt(const LutTables& tables, std::size_t i, std::size_t j, std::int6
   return {faded(&LutTables::Entry::h), faded(&LutTables::Entry::s)};
 }
 
-std::int16_t wrapped(std::int64_t hue) {
+HueLane wrapped(std::int64_t hue) {
   if (hue >= 2 * kHueCircle) hue -= 2 * kHueCircle;
   if (hue >= kHueCircle) hue -= kHueCircle;
   if (hue < -kHueCircle) hue += 2 * kHueCircle;
@@ -52,7 +54,7 @@ std::int16_t wrapped(std::int64_t hue) {
     hue -= ((hue + kSextant) >> 12) * kThirdOfCircle;
     if (hue < 0) hue += kHueCircle;
   }
-  return static_cast<std::int16_t>(hue);
+  return lane<HueLane>(static_cast<int>(hue));
 }
 
 }  // namespace
@@ -63,14 +65,14 @@ void PixelBlock::lookUpPlainly(const LutTables& tables) {
     if (column == LutTables::kUntouchedColumn) continue;
     std::size_t row = tables.rowOfHue[static_cast<std::size_t>(hue[k])];
     if (row == LutTables::kNoRow) {
-      hue[k] = 0;
+      hue[k] = HueLane{};
       row = 0;
     }
-    const HueSat change = changeAt(tables, row, column, hue[k], sat[k],
+    const HueSat change = changeAt(tables, row, column, raw(hue[k]), raw(sat[k]),
                                    tables.fade[static_cast<std::size_t>(lightness[k])]);
-    hue[k] = wrapped(hue[k] + change.h);
-    sat[k] = static_cast<std::int16_t>(
-        std::clamp<std::int64_t>(sat[k] + change.s, 0, std::int64_t{kSatMax}));
+    hue[k] = wrapped(raw(hue[k]) + change.h);
+    sat[k] = lane<ShareLane>(
+        static_cast<int>(std::clamp<std::int64_t>(raw(sat[k]) + change.s, 0, kSatMax)));
   }
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lut2d_adjust.h"
+#include "channels.h"
 #include "lut2d_inverse.h"
 #include "lut2d_process.h"
 #include "lut2d_record.h"
@@ -28,14 +28,18 @@ void TwoDLutHelper::SetConfig(const Lut2DConfig& cfg) {
 }
 
 bool TwoDLutHelper::CalInverseLut2dCfg() {
+  return CalInverseLut2dCfg(outputHasListener() ? TextSink(writeOutput) : TextSink());
+}
+
+bool TwoDLutHelper::CalInverseLut2dCfg(const TextSink& remarks) {
   if (!m_cfg) return false;
-  m_uncoveredNodes = CalInverseDifflut2dCfg(*m_cfg);
+  m_uncoveredNodes = CalInverseDifflut2dCfg(*m_cfg, remarks);
   return true;
 }
 
 bool TwoDLutHelper::ProcessImage(std::span<std::uint16_t> r, std::span<std::uint16_t> g,
                                  std::span<std::uint16_t> b, std::int32_t w, std::int32_t h,
-                                 std::int32_t /*bpp*/) {
+                                 std::int32_t /*bpp*/) const {
   if (!m_cfg) return false;
   const auto width = static_cast<std::uint16_t>(w), height = static_cast<std::uint16_t>(h);
   const std::size_t pixels = std::size_t{width} * height;
@@ -81,16 +85,6 @@ Vector3 TwoDLutHelper::HLStoRGB(double h, double s, double l) {
     default:
       return {high, m, middle};
   }
-}
-
-void TwoDLutHelper::Adjust(double /*m_original_s*/, std::int32_t m_original_h, double deltaS,
-                           double deltaH, std::int32_t m_nNodeRange_s, std::int32_t m_nNodeRange_h,
-                           std::int32_t m_nHit_LUT_h, std::int32_t m_nHit_LUT_s,
-                           std::span<double> m_LUT_sat, std::span<std::int32_t> m_LUT_hue,
-                           std::int32_t m_nLUT_h, std::int32_t m_nLUT_s, bool bAdjustCenterNode) {
-  adjustTargets({m_original_h, deltaS, deltaH, m_nNodeRange_s, m_nNodeRange_h, m_nHit_LUT_h,
-                 m_nHit_LUT_s, bAdjustCenterNode},
-                {m_LUT_sat, m_LUT_hue, m_nLUT_h, m_nLUT_s});
 }
 
 void TwoDLutHelper::DebugPrint() const {

@@ -26,8 +26,8 @@ void residualEnergy(const TImageRoi<unsigned char>& imgY, TImage<float>& energy)
   const pxcore::HalfCosine kernel(kMeanTaps);
   cosineRows(kernel, imgY, energy);
   cosineColumns(kernel, energy, [&](std::uint64_t x, std::uint64_t y, std::span<const float> mean) {
-    const unsigned char* const pixels = imgY.RowPtr(y) + x;
-    float* const out = energy.RowPtr(y) + x;
+    const auto pixels = imgY.View().run(y, x, x + mean.size());
+    const auto out = energy.View().run(y, x, x + mean.size());
     for (std::size_t i = 0; i < mean.size(); ++i) {
       const float residual = mean[i] - static_cast<float>(pixels[i]);
       out[i] = residual * residual;
@@ -57,18 +57,13 @@ double sumOf(std::span<const float> values) {
   return (sums[0] + sums[1]) + (sums[2] + sums[3]);
 }
 
-std::span<const float> pixelsOf(const TImageRoi<float>& image, std::uint64_t y, std::uint64_t begin,
-                                std::uint64_t end) {
-  return {image.RowPtr(y) + begin, image.RowPtr(y) + end};
-}
-
 void measureResidual(const RingMap& rings, const TImageRoi<float>& energy,
                      NoiseEstimate& estimate) {
   std::vector<double>& residual = estimate.ringResidual;
   residual.assign(rings.count(), 0.0);
   estimate.ringPixels.assign(rings.count(), 0);
   rings.forEachRun([&](std::uint64_t ring, std::uint64_t y, std::uint64_t from, std::uint64_t to) {
-    residual[ring] += sumOf(pixelsOf(energy, y, from, to));
+    residual[ring] += sumOf(energy.View().run(y, from, to));
     estimate.ringPixels[ring] += to - from;
   });
   for (std::size_t i = 0; i < residual.size(); ++i)
@@ -83,7 +78,7 @@ void measureRings(const RingMap& rings, NoiseEstimate& estimate) {
   std::vector<float>& ringSigma = estimate.ringSigma;
   ringSigma.assign(rings.count(), 0.0F);
   rings.forEachRun([&](std::uint64_t ring, std::uint64_t y, std::uint64_t from, std::uint64_t to) {
-    ringSigma[ring] = largest(pixelsOf(variance, y, from, to), ringSigma[ring]);
+    ringSigma[ring] = largest(variance.View().run(y, from, to), ringSigma[ring]);
   });
   for (float& sigma : ringSigma) sigma = std::max(kLeastRingSigma, sigmaOf(sigma));
 }
@@ -96,7 +91,7 @@ void measureCentre(NoiseEstimate& estimate) {
   if (estimate.centreWindowEmpty) return;
   float most = 0.0F;
   for (std::uint64_t y = cy - kCentreReach; y < cy + kCentreReach; ++y)
-    most = largest(pixelsOf(variance, y, cx - kCentreReach, cx + kCentreReach), most);
+    most = largest(variance.View().run(y, cx - kCentreReach, cx + kCentreReach), most);
   estimate.centreSigma = sigmaOf(most);
 }
 

@@ -12,8 +12,8 @@ struct NoiseEstimate {
   float centreSigma = 0.0F;        ///< largest local sigma of the centre window
   bool centreWindowEmpty = false;  ///< the image is narrower or lower than 600 pixels
   std::vector<float> ringSigma;    ///< largest local sigma of each ring, at least 0.001
-  std::vector<double>
-      ringResidual;  ///< root mean square of the residual over each ring; 0 if empty
+  /// Root mean square of the residual over each ring, 0 for one without pixels; their number.
+  std::vector<double> ringResidual;
   std::vector<std::uint64_t> ringPixels;
   /// Square of the local sigma of every pixel; may be a rounding error below 0.
   pxcore::TImageRoi<float> localVariance;

@@ -41,10 +41,10 @@ void describe(const NoiseEstimate& estimate, SigmaReport& report) {
 }
 
 void copySigma(const NoiseEstimate& estimate, std::span<float> localSigma) {
-  const auto& variance = estimate.localVariance;
-  for (std::uint64_t y = 0; y < variance.Height(); ++y)
-    std::transform(variance.RowPtr(y), variance.RowPtr(y) + variance.Width(),
-                   localSigma.data() + y * variance.Width(), sigmaOf);
+  const auto variance = estimate.localVariance.View();
+  const PlaneView<float> sigma(localSigma, variance.width(), variance.height());
+  for (std::size_t y = 0; y < variance.height(); ++y)
+    std::ranges::transform(variance.row(y), sigma.row(y).begin(), sigmaOf);
 }
 
 }  // namespace

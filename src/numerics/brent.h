@@ -24,8 +24,8 @@ Bracket bracketMinimum(LineFunction f, double x0, double f0, double step);
 inline constexpr int kMaxBracketSteps = 60;
 
 struct BrentTolerance {
-  double relative =
-      1e-8;  ///< of |x|; below 1.5e-8 (the root of the double's epsilon) gains nothing
+  /// Of |x|; below 1.5e-8 (the root of the double's epsilon) gains nothing.
+  double relative = 1e-8;
   double absolute = 1e-12;  ///< added to it
   int maxIterations = 100;
 };
@@ -44,7 +44,7 @@ struct LineMinimum {
 /// \return the lowest point seen; its distance from the minimum of a smooth function is about
 ///         relative * |x| + absolute
 /// \throws NumericError("Too many iterations in brent"), or when the function gives NaN or minus
-/// infinity
+///         infinity
 LineMinimum brent(LineFunction f, const Bracket& bracket, const BrentTolerance& tolerance = {});
 
 }  // namespace greycard

@@ -20,7 +20,8 @@ namespace greycard {
 ///        whole numbers with halves to even
 /// \param nout  the number of points written
 /// \throws std::invalid_argument for arrays too short, more than 512 points, or ninterp out of
-/// range \throws NumericError as Interpolator::GenerateCurve; the outputs are then untouched
+///         range
+/// \throws NumericError as Interpolator::GenerateCurve; the outputs are then untouched
 void findMinimumControlPoints(Interpolator& interpolator, int ninterp, std::span<const double> pinx,
                               std::span<const double> piny, std::span<double> poutx,
                               std::span<double> pouty, int& nout);

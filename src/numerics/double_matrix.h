@@ -2,6 +2,7 @@
 
 // The dense matrix of doubles that the colour code computes on.
 
+#include <cassert>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -49,7 +50,7 @@ class CDoubleMatrix {
   void Clear() { Init(0.0); }
   void Transpose();
 
-  /// The row's entries; no bounds check.
+  /// The row's entries; which row is checked by an assert.
   double* operator[](std::int32_t row) { return m_.data.data() + offset(row); }
   const double* operator[](std::int32_t row) const { return m_.data.data() + offset(row); }
   double* data() { return m_.data.data(); }
@@ -66,6 +67,7 @@ class CDoubleMatrix {
     bool temporary = false;
   };
   std::size_t offset(std::int32_t row) const {
+    assert(row >= 0 && row < m_.rows);
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_.cols);
   }
   void takeOver(Fields& source) noexcept;

@@ -37,7 +37,7 @@ bool isAscending(std::span<const double> x) {
 
 // A single point leaves the evaluation only a segment without width.
 void Interpolator::fit(std::size_t n) {
-  if (n < 2) nrerror("Bad xa input to routine splint");
+  if (n < 2) nrerror(kBadAbscissae);
   m_n = n;
   std::array<double, kCapacity> work;
   spline(abscissae(), m_y, kNaturalEnd, kNaturalEnd, m_y2, work);

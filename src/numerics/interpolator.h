@@ -34,14 +34,14 @@ class Interpolator {
 
   /// Spline through the points scaled by (xFactor, yFactor), sampled at 0..1023 into aDest.
   /// \return false for no points, for more than 512, or unless aDest holds 1024 entries
-  /// \throws NumericError("Bad xa input to routine splint") for a single point, or where an
-  /// evaluation
-  ///         lands on two points of equal X
+  /// \throws NumericError("Bad xa input to routine splint") for a single point, or where
+  ///         an evaluation lands on two points of equal X
   bool GenerateCurve(std::span<const ControlPoint> aPoints, std::int32_t xFactor,
                      std::int32_t yFactor, std::span<std::int32_t> aDest);
 
-  /// Resamples a table of 64, 256, 512 or 1024 entries to 1024; the last is copied, without the
-  /// cap. \return false for any other length
+  /// Resamples a table of 64, 256, 512 or 1024 entries to 1024; one of 1024 is copied, without the
+  /// cap.
+  /// \return false for any other length
   bool InterpolateCurve(std::span<const std::int32_t> aSrc, std::span<std::int32_t> aDest);
 
   /// Spline through the points (px[i], py[i]), sampled at 0..aOut.size() - 1.

@@ -13,11 +13,11 @@ namespace greycard {
 using CostFunction = FunctionRef<double(std::span<const double> point)>;
 
 struct PowellOptions {
-  double tolerance =
-      1e-6;  ///< stop when an iteration lowers the cost by no more than this fraction of it
+  /// The search stops when an iteration lowers the cost by no more than this fraction of it.
+  double tolerance = 1e-6;
   int maxIterations = 200;
-  double initialStep =
-      1.0;  ///< first trial step along each axis: the distance over which the cost varies
+  /// First trial step along each axis: the distance over which the cost varies.
+  double initialStep = 1.0;
   /// Accuracy of a line minimum, as a fraction of the step that the direction took last.
   double lineTolerance = 1e-3;
   /// A direction's first trial step is what it moved last, but no less than this share of its trial
@@ -49,8 +49,7 @@ struct PowellResult {
 ///
 /// No state outlives the call. Nothing is allocated between two calls of `cost`.
 /// \throws NumericError("powell exceeding maximum iterations."), ("Too many iterations in brent"),
-/// or
-///         naming the point where the cost was not a number or minus infinity, or where it still
+///         or naming the point where the cost was not a number or minus infinity, or where it still
 ///         fell far away along a line (it has no minimum)
 PowellResult powell(CostFunction cost, std::span<const double> start,
                     const PowellOptions& options = {});

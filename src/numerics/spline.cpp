@@ -1,5 +1,6 @@
 #include "spline.h"
 
+#include <cassert>
 #include <new>
 #include <vector>
 
@@ -7,10 +8,9 @@
 #include "numeric_error.h"
 
 namespace greycard {
-
 // The second derivatives m_i solve the tridiagonal system
-//   (x_i - x_{i-1}) m_{i-1} + 2 (x_{i+1} - x_{i-1}) m_i + (x_{i+1} - x_i) m_{i+1} = 6 (s_i -
-//   s_{i-1})
+//   (x_i - x_{i-1}) m_{i-1} + 2 (x_{i+1} - x_{i-1}) m_i + (x_{i+1} - x_i) m_{i+1}
+//     = 6 (s_i - s_{i-1})
 // with s_i the slope of segment i. Forward elimination leaves m_i = y2_i m_{i+1} + work_i.
 void spline(std::span<const double> x, std::span<const double> y, double yp1, double ypn,
             std::span<double> y2, std::span<double> work) {
@@ -53,6 +53,7 @@ void spline(std::span<const double> x, std::span<const double> y, double yp1, do
 }
 
 std::size_t splineSegment(std::span<const double> xa, double x) {
+  assert(xa.size() >= 2);
   std::size_t klo = 0, khi = xa.size() - 1;
   while (khi - klo > 1) {
     const std::size_t k = (khi + klo) / 2;
@@ -66,12 +67,14 @@ std::size_t splineSegment(std::span<const double> xa, double x) {
 
 SplineCubic splineCubic(std::span<const double> xa, std::span<const double> ya,
                         std::span<const double> y2a, std::size_t klo) {
-  if (xa[klo + 1] - xa[klo] == 0.0) nrerror("Bad xa input to routine splint");
+  assert(klo + 1 < xa.size() && klo + 1 < ya.size() && klo + 1 < y2a.size());
+  if (xa[klo + 1] - xa[klo] == 0.0) nrerror(kBadAbscissae);
   return {xa[klo], xa[klo + 1], ya[klo], ya[klo + 1], y2a[klo], y2a[klo + 1]};
 }
 
 double splint(std::span<const double> xa, std::span<const double> ya, std::span<const double> y2a,
               double x) {
+  if (xa.size() < 2) nrerror(kBadAbscissae);
   return splineCubic(xa, ya, y2a, splineSegment(xa, x))(x);
 }
 

@@ -10,6 +10,8 @@ namespace greycard {
 /// An end derivative above this means a natural end (zero second derivative).
 inline constexpr double kNaturalEndAbove = 9.9e29;
 inline constexpr double kNaturalEnd = 1e30;
+/// Text of the NumericError about a segment without width.
+inline constexpr const char* kBadAbscissae = "Bad xa input to routine splint";
 
 /// Fills y2 with the second derivatives of the cubic spline through (x, y), x strictly increasing,
 /// with first derivatives yp1 and ypn at the ends. `work` holds n doubles.
@@ -22,7 +24,8 @@ void spline(std::span<const double> x, std::span<const double> y, double yp1, do
             std::span<double> y2);
 
 /// Index klo of the segment [xa[klo], xa[klo + 1]] that evaluates x: the last one whose start is
-/// not above x, within 0..n-2 (the end segments extrapolate). Found by bisection.
+/// not above x, within 0..n-2 (the end segments extrapolate). Found by bisection. At least two
+/// points.
 std::size_t splineSegment(std::span<const double> xa, double x);
 
 /// The cubic of one segment, which runs from (x0, y0) to (x1, y1) with second derivatives m0 and
@@ -44,7 +47,8 @@ SplineCubic splineCubic(std::span<const double> xa, std::span<const double> ya,
                         std::span<const double> y2a, std::size_t klo);
 
 /// The spline's value at x; outside the points the end cubic is extrapolated.
-/// \throws NumericError("Bad xa input to routine splint") when the segment has no width
+/// \throws NumericError("Bad xa input to routine splint") when the segment has no width, as it has
+///         none between fewer than two points
 double splint(std::span<const double> xa, std::span<const double> ya, std::span<const double> y2a,
               double x);
 

@@ -14,6 +14,7 @@
 #include "greycard/picture.h"
 #include "image_format.h"
 #include "picture_mat.h"
+#include "text.h"
 
 // OpenCV's log level belongs to the whole process, so it stays as the host set it. Little is left
 // for OpenCV to say: files are opened, recognised and measured here, and it is handed whole files
@@ -69,9 +70,7 @@ constexpr std::array<WritableFormat, 10> kWritableFormats{{{".png", 16, true, tr
 
 std::string lowerCaseEnding(const std::filesystem::path& path) {
   auto ending = path.extension().string();
-  std::transform(ending.begin(), ending.end(), ending.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+  std::ranges::transform(ending, ending.begin(), lowerCase);
   return ending;
 }
 
@@ -145,6 +144,11 @@ Picture readPicture(const std::filesystem::path& path) {
   if (std::filesystem::is_directory(path, ignored))
     refuseToRead(quoted(path), "it is a folder; name a picture file in it");
   return decodePicture(readWholeFile(path), quoted(path));
+}
+
+bool isJpegName(const std::filesystem::path& path) {
+  const auto ending = lowerCaseEnding(path);
+  return ending == ".jpg" || ending == ".jpeg";
 }
 
 void checkPictureName(const std::filesystem::path& path) {

@@ -29,16 +29,6 @@ void convert(const cv::Mat& from, cv::Mat& to) {
 
 }  // namespace
 
-bool isWellFormed(const Picture& picture) {
-  if (picture.width <= 0 || picture.height <= 0) return false;
-  if (picture.channels != 1 && picture.channels != 3) return false;
-  if (picture.bits != 8 && picture.bits != 16) return false;
-  const auto rowSamples =
-      static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
-  return picture.samples.size() / rowSamples == static_cast<std::size_t>(picture.height) &&
-         picture.samples.size() % rowSamples == 0;
-}
-
 cv::Mat toMat(const Picture& picture) {
   cv::Mat image(picture.height, picture.width,
                 CV_MAKETYPE(picture.bits == 16 ? CV_16U : CV_8U, picture.channels));

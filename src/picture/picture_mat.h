@@ -6,10 +6,6 @@
 
 namespace greycard {
 
-/// Whether the picture's fields agree: at least one pixel, 1 or 3 channels, 8 or 16 bits, and as
-/// many samples as these say.
-bool isWellFormed(const Picture& picture);
-
 /// The picture as an image matrix of its own depth: one channel, or three in the order B, G, R.
 /// Samples above an 8-bit picture's ceiling become 255. The picture is well-formed.
 cv::Mat toMat(const Picture& picture);

@@ -5,19 +5,13 @@
 #include <limits>
 #include <numbers>
 
-#include "colour_space.h"
-#include "white_adaptation.h"
+#include "matrix3.h"
 
 namespace greycard {
 namespace {
 
 constexpr double kCameraDistance = 18.0;  // pitches, three chart widths
 constexpr double kDegree = std::numbers::pi / 180.0;
-
-Point2 project(const Matrix3& homography, const Point2& point) {
-  const Vector3 p = multiply(homography, {point.x, point.y, 1.0});
-  return {p[0] / p[2], p[1] / p[2]};
-}
 
 double distance(const Point2& a, const Point2& b) {
   return std::hypot(a.x - b.x, a.y - b.y);
@@ -69,7 +63,7 @@ double meanPitch(const std::array<Point2, kPatchCount>& centres) {
 ChartGeometry::ChartGeometry(const SimulationSettings& s) {
   const Matrix3 centred{
       {{1.0, 0.0, -0.5 * kChartColumns}, {0.0, 1.0, -0.5 * kChartRows}, {0.0, 0.0, 1.0}}};
-  const Matrix3 pose = DeltaECWhiteAdapt::Matrix3x3Multiply(poseHomography(s), centred);
+  const Matrix3 pose = product(poseHomography(s), centred);
   const Box box = frameBox(pose);
   const double scale =
       s.sizeShare * std::min(s.width / (box.right - box.left), s.height / (box.bottom - box.top));
@@ -79,8 +73,8 @@ ChartGeometry::ChartGeometry(const SimulationSettings& s) {
   const Matrix3 fit{{{scale, 0.0, x - scale * 0.5 * (box.left + box.right)},
                      {0.0, scale, y - scale * 0.5 * (box.top + box.bottom)},
                      {0.0, 0.0, 1.0}}};
-  m_toPicture = DeltaECWhiteAdapt::Matrix3x3Multiply(fit, pose);
-  m_toChart = DeltaECWhiteAdapt::Matrix3x3Invert(m_toPicture);
+  m_toPicture = product(fit, pose);
+  m_toChart = inverse(m_toPicture);
 }
 
 Point2 ChartGeometry::toPicture(const Point2& chart) const {

@@ -7,7 +7,6 @@ namespace greycard {
 /// Chart coordinates (u, v) in pitches: patch row r, column c of the upright chart fills
 /// |u - c - 0.5| <= kHalfPatch, |v - r - 0.5| <= kHalfPatch; the dark frame reaches kMargin beyond
 /// 0 <= u <= 6, 0 <= v <= 4.
-inline constexpr int kChartColumns = 6, kChartRows = 4;
 inline constexpr double kHalfPatch = 0.435, kMargin = 0.12;
 
 /// The projective mapping between the chart and the picture.

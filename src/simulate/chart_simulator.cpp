@@ -6,7 +6,9 @@
 
 #include "chart_geometry.h"
 #include "picture_encoder.h"
+#include "picture_view.h"
 #include "row_blur.h"
+#include "row_progress.h"
 #include "scene_colours.h"
 #include "scene_rows.h"
 #include "sensor_noise.h"
@@ -14,8 +16,6 @@
 
 namespace greycard {
 namespace {
-
-constexpr int kRowsPerReport = 64;
 
 // Light falls by cos^4 of the angle to the axis: (1 + k r^2)^-2 at distance r from the centre, k
 // such that a share `loss` is lost in the corners.
@@ -61,12 +61,11 @@ bool ChartSimulator::Simulate(const ProgressCallback& progress) {
   Picture picture(s.width, s.height, 3, s.bits);
   std::vector<double> rgb(3 * static_cast<std::size_t>(s.width));
   for (int y = 0; y < s.height; ++y) {
-    if (progress && y % kRowsPerReport == 0 && !progress(static_cast<double>(y) / s.height))
-      return false;
+    if (!goesOn(progress, y, s.height)) return false;
     optics.next(y, rgb);
     vignetting.apply(y, rgb);
     noise.addTo(rgb);
-    encoder.encode(rgb, {picture.pixel(0, y), rgb.size()});
+    encoder.encode(rgb, samplesOf(picture).row(static_cast<std::size_t>(y)));
   }
 
   SimulationTruth truth;

@@ -7,12 +7,13 @@
 #include <utility>
 
 #include "normal_source.h"
+#include "picture_view.h"
+#include "row_progress.h"
 #include "setting_check.h"
 
 namespace greycard {
 namespace {
 
-constexpr int kRowsPerReport = 64;
 constexpr double kRoundingVariance = 1.0 / 12.0, kLeastSigma = 0.6, kMost = 255.0;
 
 void checkSettings(const FlatFieldSettings& s) {
@@ -38,8 +39,8 @@ bool FlatFieldSimulator::Simulate(const ProgressCallback& progress) {
   NormalSource normal(s.seed);
   Picture picture(s.width, s.height, 1, s.bits);
   for (int y = 0; y < s.height; ++y) {
-    if (progress && y % kRowsPerReport == 0 && !progress(static_cast<double>(y) / s.height))
-      return false;
+    if (!goesOn(progress, y, s.height)) return false;
+    const auto row = samplesOf(picture).row(static_cast<std::size_t>(y));
     for (int x = 0; x < s.width; ++x) {
       const double dx = x - cx, dy = y - cy, rho = std::sqrt((dx * dx + dy * dy) * perCorner);
       double value = s.level * (1.0 - s.fallOff * rho * rho);
@@ -47,7 +48,8 @@ bool FlatFieldSimulator::Simulate(const ProgressCallback& progress) {
         const double sigma = s.centreSigma * gainAt(rho);
         value += std::sqrt(sigma * sigma - kRoundingVariance) * normal.next();
       }
-      *picture.pixel(x, y) = static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kMost)));
+      row[static_cast<std::size_t>(x)] =
+          static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kMost)));
     }
   }
   m_picture = std::move(picture);

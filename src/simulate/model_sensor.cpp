@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "greycard/names.h"
 #include "spectral_tables.h"
 #include "white_adaptation.h"
 
@@ -42,22 +43,23 @@ CDoubleMatrix coneResponses(const CDoubleMatrix& gridNm) {
   return result;
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
-std::optional<ModelSensor> modelSensorFromName(std::string_view name) {
+std::optional<ModelSensor> modelSensorFromName(TextView name) {
   for (std::size_t i = 0; i < kNames.size(); ++i)
-    if (std::ranges::equal(std::string_view(kNames[i]), name, {}, {}, lower))
-      return static_cast<ModelSensor>(i);
+    if (equalIgnoringCase(kNames[i], name)) return static_cast<ModelSensor>(i);
   return std::nullopt;
 }
 
 const char* modelSensorName(ModelSensor sensor) {
   const auto index = static_cast<std::size_t>(sensor);  // a negative value becomes a large one
   return index < kNames.size() ? kNames[index] : "unknown";
+}
+
+std::span<const ModelSensor> modelSensors() {
+  static constexpr std::array kSensors{ModelSensor::Ordinary, ModelSensor::Narrow,
+                                       ModelSensor::Broad, ModelSensor::Colorimetric};
+  return kSensors;
 }
 
 CDoubleMatrix sensitivities(ModelSensor sensor, const CDoubleMatrix& gridNm) {

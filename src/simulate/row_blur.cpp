@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "plane_view.h"
+
 namespace greycard {
 namespace {
 
@@ -35,9 +37,9 @@ RowBlur::RowBlur(double sigma, int width, int height, Source source)
       m_kept(3 * static_cast<std::size_t>(width) * (2 * m_weights.size() - 1)) {}
 
 std::span<double> RowBlur::kept(int y) {
-  const auto slots = 2 * m_radius + 1;
-  const auto row = static_cast<std::size_t>(3 * m_width);
-  return std::span(m_kept).subspan(static_cast<std::size_t>(y % slots) * row, row);
+  const auto slots = static_cast<std::size_t>(2 * m_radius + 1);
+  const PlaneView<double> rows(m_kept, static_cast<std::size_t>(3 * m_width), slots);
+  return rows.row(static_cast<std::size_t>(y) % slots);
 }
 
 void RowBlur::load(int y) {
@@ -52,8 +54,8 @@ void RowBlur::load(int y) {
   const auto blurred = kept(y);
   for (std::size_t i = 0; i < blurred.size(); ++i) blurred[i] = m_weights[0] * sharp[i];
   for (std::size_t k = 1; k < m_weights.size(); ++k) {
-    const double* left = m_padded.data() + ends - 3 * k;
-    const double* right = m_padded.data() + ends + 3 * k;
+    const auto left = std::span(m_padded).subspan(ends - 3 * k, blurred.size());
+    const auto right = std::span(m_padded).subspan(ends + 3 * k, blurred.size());
     for (std::size_t i = 0; i < blurred.size(); ++i)
       blurred[i] += m_weights[k] * (left[i] + right[i]);
   }

@@ -31,6 +31,10 @@ Vector3 scaled(const Vector3& v, double factor) {
 
 }  // namespace
 
+std::span<const Illum> simulatedLights() {
+  return kLights;
+}
+
 bool canBeSimulated(Illum light) {
   return std::ranges::find(kLights, light) != kLights.end();
 }

@@ -6,18 +6,13 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <system_error>
 
+#include "file_handle.h"
 #include "greycard/errors.h"
 
 namespace greycard {
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 std::string reason() {
   return std::generic_category().message(errno);
@@ -48,7 +43,7 @@ std::string quoted(const std::filesystem::path& path) {
 
 std::string readWholeFile(const std::filesystem::path& path) {
   constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 32;  // a device or a pipe may be endless
-  const File file(std::fopen(path.c_str(), "rb"));
+  const FileHandle file(std::fopen(path.c_str(), "rb"));
   if (!file) throw FileError("can't read " + quoted(path) + ": " + reason());
   std::string bytes;
   char block[65536];
@@ -62,7 +57,7 @@ std::string readWholeFile(const std::filesystem::path& path) {
   return bytes;
 }
 
-void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
+void writeWholeFile(const std::filesystem::path& path, TextView bytes) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   const bool exists = status.type() == std::filesystem::file_type::regular;
@@ -77,7 +72,7 @@ void writeWholeFile(const std::filesystem::path& path, std::string_view bytes) {
     throw FileError("can't write " + quoted(path) + ": " + why);
   };
 
-  File file(std::fopen(written.c_str(), "wb"));
+  FileHandle file(std::fopen(written.c_str(), "wb"));
   if (!file) fail(reason());
   if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) fail(reason());
   if (std::fclose(file.release()) != 0) fail(reason());

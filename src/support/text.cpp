@@ -8,12 +8,20 @@ namespace greycard {
 namespace {
 
 template <typename Number>
-std::optional<Number> parseNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+std::optional<Number> takeNumber(std::string_view& text) {
+  auto rest = text;
+  if (rest.starts_with('+') && !rest.starts_with("+-")) rest.remove_prefix(1);
   Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
+  if (error != std::errc{}) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
   return value;
+}
+
+template <typename Number>
+std::optional<Number> parseNumber(std::string_view text) {
+  const auto value = takeNumber<Number>(text);
+  return text.empty() ? value : std::nullopt;
 }
 
 // Wide enough for the largest double in fixed notation (309 digits) and its decimals.
@@ -45,6 +53,15 @@ std::vector<std::string_view> splitLines(std::string_view text) {
   return lines;
 }
 
+std::string_view withoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
+  return text;
+}
+
+std::optional<double> takeDouble(std::string_view& text) {
+  return takeNumber<double>(text);
+}
 std::optional<double> parseDouble(std::string_view text) {
   return parseNumber<double>(text);
 }

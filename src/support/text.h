@@ -16,6 +16,18 @@ std::vector<std::string_view> splitText(std::string_view text, std::string_view 
 /// The lines of a text without their "\n" or "\r\n"; a last line without an end counts.
 std::vector<std::string_view> splitLines(std::string_view text);
 
+/// The text without the UTF-8 byte-order mark that it may begin with.
+std::string_view withoutByteOrderMark(std::string_view text);
+
+/// A to Z as a to z, whatever the locale; every other byte as it is.
+constexpr char lowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Takes a decimal number, "inf" or "nan" (a leading + is accepted) off the front of `text`; empty,
+/// with nothing taken, when there is none or it is too large or too small for a double.
+std::optional<double> takeDouble(std::string_view& text);
+
 /// The whole of `text` as a decimal number, "inf" or "nan" (a leading + is accepted); empty
 /// otherwise, also for a number too large or too small for a double.
 std::optional<double> parseDouble(std::string_view text);

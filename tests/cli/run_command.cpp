@@ -21,9 +21,10 @@ void redirect(int stream, const std::filesystem::path& file) {
 
 }  // namespace
 
-Outcome runCommand(const std::filesystem::path& folder, const std::vector<std::string>& words) {
+Outcome runProgram(const std::string& program, const std::filesystem::path& folder,
+                   const std::vector<std::string>& words) {
   const auto out = capture(folder, ".out"), err = capture(folder, ".err");
-  std::string name = GREYCARD_COMMAND;
+  std::string name = program;
   std::vector<std::string> copy = words;
   std::vector<char*> arguments{name.data()};
   for (auto& word : copy) arguments.push_back(word.data());

@@ -13,8 +13,9 @@ struct Outcome {
   std::string out, err;
 };
 
-/// Runs the built command in `folder` with the words given, without a shell.
-Outcome runCommand(const std::filesystem::path& folder, const std::vector<std::string>& words);
+/// Runs a program in `folder` with the words given, without a shell.
+Outcome runProgram(const std::string& program, const std::filesystem::path& folder,
+                   const std::vector<std::string>& words);
 
 /// A test with an empty folder of its own.
 class CommandTest : public testing::Test {
@@ -22,7 +23,10 @@ class CommandTest : public testing::Test {
   CommandTest();
   ~CommandTest() override;
 
-  Outcome run(const std::vector<std::string>& words) const { return runCommand(folder, words); }
+  /// Runs the built command.
+  Outcome run(const std::vector<std::string>& words) const {
+    return runProgram(GREYCARD_COMMAND, folder, words);
+  }
   std::string read(const std::string& name) const;
 
   std::filesystem::path folder;

@@ -59,8 +59,9 @@ struct KnownCamera {
 inline ColorCorrectionSettings measuredBy(const KnownCamera& camera) {
   ColorCorrectionSettings settings(0, illum_D65, 0);
   const CDoubleMatrix toXyz = toMatrix(kRgbToXyz);
-  CDoubleMatrix rgb = mclip(
-      mmABt(MatrixMultiply(ColorCalc(illum_D65, 0).targetXyz(), 0.01), minv(toXyz)), 0.02, 0.65);
+  CDoubleMatrix rgb =
+      mclip(mmABt(MatrixMultiply(toMatrix(ColorCalc(illum_D65, 0).targetXyz()), 0.01), minv(toXyz)),
+            0.02, 0.65);
   for (std::int32_t i = 18; i < 24; ++i) rgb[i][0] = rgb[i][2] = rgb[i][1];
   settings.m_macbethData.m_RefLab =
       toPatchTable(slowModel(rgb, meye(3), curveOf(srgbGammaTable()), toXyz,

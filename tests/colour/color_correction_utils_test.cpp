@@ -95,7 +95,7 @@ TEST_F(ColorCorrection, SaturationSearchReachesItsTarget) {
   }
 }
 
-// BT.2020 to BT.709 primaries, rows that sum to 1.
+// BT.709 to BT.2020 primaries, rows that sum to 1.
 TEST_F(ColorCorrection, TransformTypeTwoChangesPrimaries) {
   S settings = measuredBy({});
   ASSERT_TRUE(utils.Optimize(settings, 0));

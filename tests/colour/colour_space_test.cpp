@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "greycard/delta_e.h"
+#include "greycard/luma.h"
 #include "matrix_functions.h"
 
 namespace greycard {
@@ -30,6 +31,17 @@ TEST(ColourSpace, PrimariesHaveTheirPublishedLab) {
       // 0.005 of L* near black is worth 0.0006; the two matrices are inverse to four decimals.
       EXPECT_NEAR(back[i], c.sRGB[i], 0.004);
   }
+}
+
+TEST(Luma, OfSamplesIsRoundedInWholeNumbers) {
+  const std::pair<std::array<std::uint16_t, 3>, int> cases[] = {
+      {{255, 0, 0}, 76},   // 76.245
+      {{0, 0, 250}, 29},   // 28.5, halves up
+      {{0, 500, 0}, 294},  // 293.5
+      {{10, 10, 10}, 10},
+      {{65535, 65535, 65535}, 65535}};
+  for (const auto& [rgb, luma] : cases) EXPECT_EQ(luma601(rgb.data()), luma);
+  EXPECT_NEAR(luma601({255.0, 0.0, 0.0}), 76.245, 1e-12);
 }
 
 TEST(ColourSpace, WhiteIsSlightlyOffNeutral) {

@@ -40,7 +40,8 @@ TEST(Lights, NamesRoundTripAndUnknownOnesAreEmpty) {
   for (int code = illum_A; code <= illum_LED2; ++code)
     EXPECT_EQ(illumFromName(illumName(static_cast<Illum>(code))), static_cast<Illum>(code));
   EXPECT_EQ(illumFromName("tl84"), illum_TL84);
-  EXPECT_EQ(illumFromName(""), std::nullopt);
+  for (const char* text : {"", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(illumFromName(text), std::nullopt);
   EXPECT_EQ(illumFromName("D6"), std::nullopt);
   EXPECT_STREQ(illumName(illum_unknown), "unknown");
 }
@@ -84,7 +85,7 @@ TEST(ReferenceSet, LightsWithoutASpectrumAreD65ToTheBit) {
 TEST(ReferenceSet, AdaptedGreysStayGrey) {
   for (const Illum light : {illum_A, illum_D50, illum_Horizon, illum_TL84}) {
     const auto lab = ColorCalc(light, 0).targetLab();
-    for (std::int32_t i = 18; i < kPatchCount; ++i)
+    for (std::size_t i = 18; i < kPatchCount; ++i)
       // The neutral reflectances are flat to 3 %, so their chroma is small in any light.
       EXPECT_LT(std::hypot(lab[i][1], lab[i][2]), 2.0) << illumName(light) << " " << i;
     EXPECT_NE(lab, ColorCalc(illum_D65, 0).targetLab()) << "metamerism should show";

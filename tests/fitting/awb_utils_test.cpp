@@ -9,19 +9,20 @@
 namespace greycard {
 namespace {
 
-using Points = AWBUtils::ReferencePoints;
+using References = AWBUtils::ReferencePoints;
 
-WhiteBalancePoint mapped(const Points& s, const Points& t, const WhiteBalancePoint& p) {
+WhiteBalancePoint mapped(const References& s, const References& t, const WhiteBalancePoint& p) {
   return AWBUtils().GetTranformPtbyAffineTransform(s[0].rg, s[0].bg, s[1].rg, s[1].bg, s[2].rg,
                                                    s[2].bg, t[0].rg, t[0].bg, t[1].rg, t[1].bg,
                                                    t[2].rg, t[2].bg, p.rg, p.bg);
 }
 
-void expectMapped(const Points& s, const Points& t, const WhiteBalancePoint& p,
+void expectMapped(const References& s, const References& t, const WhiteBalancePoint& p,
                   const WhiteBalancePoint& wanted) {
   const WhiteBalancePoint found = mapped(s, t, p);
   EXPECT_NEAR(found.rg, wanted.rg, 1e-9);
   EXPECT_NEAR(found.bg, wanted.bg, 1e-9);
+  EXPECT_EQ(AWBUtils().GetTranformPtbyAffineTransform(s, t, p), found);
 }
 
 // p = l1 s1 + l2 s2 + l3 s3 with areas of triangles as l (Moebius) is l1 t1 + l2 t2 + l3 t3.
@@ -33,8 +34,8 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
     return (b.rg - a.rg) * (c.bg - a.bg) - (c.rg - a.rg) * (b.bg - a.bg);
   };
   for (int round = 0; round < 200; ++round) {
-    Points s, t;
-    for (Points* points : {&s, &t})
+    References s, t;
+    for (References* points : {&s, &t})
       for (auto& [rg, bg] : *points) rg = ratio(random), bg = ratio(random);
     const WhiteBalancePoint p{ratio(random), ratio(random)};
     const double whole = area(s[0], s[1], s[2]);
@@ -54,12 +55,12 @@ TEST(AWBUtils, AgreesWithBarycentricCoordinates) {
 
 TEST(AWBUtils, SourcePointsWithoutAPlaneAreToldAndHarmless) {
   const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
-  for (const Points& s : {Points{{{0.1, 0.1}, {0.2, 0.2}, {0.3, 0.3}}},
-                          {{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0}}},
-                          {{{0.5, 0.6}, {0.5, 0.6}, {0.9, 0.3}}},
-                          {{{0.0, 0.0}, {0.0, 0.0}, {0.0, 0.0}}},
-                          {{{nan, 0.6}, {0.5, 0.3}, {0.9, 0.3}}},
-                          {{{inf, 0.6}, {0.5, 0.3}, {0.9, 0.3}}}}) {
+  for (const References& s : {References{{{0.1, 0.1}, {0.2, 0.2}, {0.3, 0.3}}},
+                              {{{0.5, 0.6}, {0.6, 0.7}, {0.9, 1.0}}},
+                              {{{0.5, 0.6}, {0.5, 0.6}, {0.9, 0.3}}},
+                              {{{0.0, 0.0}, {0.0, 0.0}, {0.0, 0.0}}},
+                              {{{nan, 0.6}, {0.5, 0.3}, {0.9, 0.3}}},
+                              {{{inf, 0.6}, {0.5, 0.3}, {0.9, 0.3}}}}) {
     EXPECT_FALSE(AWBUtils::SpansPlane(s));
     EXPECT_NO_THROW(mapped(s, {{{0.5, 1.0}, {0.6, 0.9}, {0.9, 0.2}}}, {0.5, 0.5}));
   }

@@ -72,6 +72,30 @@ TEST(GaManual, EvaluatesTheFallbackAndReturnsTheStart) {
   EXPECT_EQ(idle.safe, task.safe);
 }
 
+TEST(GaTask, GivesWhatTheArgumentsOneByOneGive) {
+  for (const bool isManual : {false, true}) {
+    auto task = knownTask(5);
+    const auto x = task.call(isManual, evaluations(500));
+    const GaResult result = NLoptHelper().GA(
+        {task.lower, task.upper, task.start, 5, task.weight, task.wanted, task.luma, task.current,
+         task.maxDrcGain, task.adrc, task.rgb, task.cdf, task.fallback, task.enable, isManual},
+        evaluations(500));
+    EXPECT_EQ(result.parameters, x);
+    EXPECT_EQ(result.resultCode.value_or(77), task.result);
+    EXPECT_EQ(result.error, task.error);
+    EXPECT_EQ(result.meanTargetError, task.meanError);
+    EXPECT_EQ(result.report.best, task.report.best);
+    ASSERT_EQ(result.images.size(), 5u);
+    const GaImageResult& last = result.images[4];
+    EXPECT_EQ(last.fourTargets, task.four[4]);
+    EXPECT_EQ((std::array{last.safeTarget, last.shortTarget, last.longTarget}),
+              (std::array{task.safe[4], task.brief[4], task.lasting[4]}));
+    EXPECT_EQ((std::array{last.pushUp, last.pushDown, last.dark}),
+              (std::array{task.pushUp[4], task.pushDown[4], task.dark[4]}));
+  }
+  EXPECT_THROW(NLoptHelper().GA({}), std::invalid_argument);
+}
+
 TEST(GaSearch, ComesNearTheKnownParametersAndKeepsTheConstraints) {
   auto task = knownTask(6);
   task.adrc = 1.0;
@@ -208,6 +232,27 @@ TEST(FindMinSearch, AgreesWithBisection) {
   EXPECT_EQ(helper.findMinSearch({0, 0, 0}, {40, 50, 60}), 1.0);
   EXPECT_THROW(helper.findMinSearch({1, HUGE_VAL, 1}, {1, 1, 1}), std::invalid_argument);
   EXPECT_THROW(helper.findMinSearch({1e300, 1, 1}, {1, 1, 1}), std::invalid_argument);
+}
+
+TEST(FindMinSearch, AnswersAtOnceWhereNoFactorReachesTheTarget) {
+  SearchOptions noSearch;
+  noSearch.progress = [](double) { return ADD_FAILURE() << "it searches", false; };
+  const struct {
+    Vector3 test, target;
+    double factor;
+  } cases[] = {
+      {{1e-9, 0, 0}, {100, 100, 100}, 10.0},    {{0.01, 0.01, 0.01}, {100, 100, 100}, 10.0},
+      {{20, 20, 20}, {255, 255, 255}, 10.0},    {{1e-300, 0, 0}, {100, 100, 100}, 10.0},
+      {{100, 100, 100}, {-5, -5, -5}, 0.0},     {{-5, -5, -5}, {100, 100, 100}, 0.0},
+      {{-5, -5, -5}, {-100, -100, -100}, 10.0}, {{200, -50, -50}, {-50, -50, -50}, 0.0}};
+  for (const auto& [test, target, factor] : cases)
+    EXPECT_EQ(NLoptHelper().findMinSearch(test, target, noSearch), factor);
+  // Components of both signs: brightest in between, as a walk in small steps finds too.
+  const Vector3 mixed{-50, 20, 10};
+  double brightest = 0.0;
+  for (double factor = 0.0; factor <= 10.0; factor += 1e-5)
+    if (lightness(mixed, factor) > lightness(mixed, brightest)) brightest = factor;
+  EXPECT_NEAR(NLoptHelper().findMinSearch(mixed, {100, 100, 100}, noSearch), brightest, 2e-5);
 }
 
 TEST(NloptDebugLog, HasTheLinesOfEachSearch) {

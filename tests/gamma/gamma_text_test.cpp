@@ -27,6 +27,41 @@ TEST(GammaText, NumbersBetweenSpacesAndCommas) {
     EXPECT_EQ(GammaCurve::CreatePointArray(text), nullptr) << text;
 }
 
+// A null pointer is an absent text where one may be absent; a name must be there.
+template <typename Name>
+concept NamesACurve = requires(GammaCurveModel& model, Name name) {
+  model.AddGammaCurve(name);
+};
+static_assert(NamesACurve<const char*> && !NamesACurve<std::nullptr_t>);
+
+TEST(GammaText, NullIsAbsent) {
+  const char* const null = nullptr;
+  EXPECT_EQ(GammaCurve::StringToIntArray(nullptr), std::nullopt);
+  EXPECT_EQ(GammaCurve::StringToIntArray(null), std::nullopt);
+  EXPECT_EQ(GammaCurve::StringToIntArray(std::optional<std::string>()), std::nullopt);
+  EXPECT_EQ(GammaCurve::CreatePointArray(nullptr), nullptr);
+  GammaCurveModel model(true);
+  EXPECT_EQ(model.GetCurrentCurve(nullptr), nullptr);
+  EXPECT_EQ(model.GetGammaCurveByName(null), nullptr);
+  EXPECT_EQ(model.AddGammaCurve("copy", null), nullptr);
+  EXPECT_FALSE(model.DeleteGammaCurve(nullptr) || model.SaveGammaCurve(nullptr));
+  EXPECT_EQ(model.CreateGammaTable(nullptr), nullptr);
+  EXPECT_EQ(model.CreateGammaTable(null), nullptr);
+
+  const std::string table = *model.GetGammaCurveByName("VHDR")->GetDataAsString(ColorChannel::All);
+  EXPECT_EQ(model.CreateCurve("c", null, table, table, null, null, null), nullptr);
+  const GammaCurvePtr curve =
+      model.CreateCurve("c", table, nullptr, null, "0,0 9,9", null, nullptr);
+  EXPECT_EQ(curve->ControlPoints()->size(), 2u);
+  curve->SetCurveData(ColorChannel::All, nullptr);
+  EXPECT_EQ(*curve->Data(), *model.GetGammaCurveByName("VHDR")->Data());
+  curve->SetControlPoints(ColorChannel::All, nullptr);
+  EXPECT_EQ(curve->ControlPoints(), nullptr);
+  curve->SetControlPoints(ColorChannel::All, "1,1");
+  curve->SetControlPoints(ColorChannel::All, null);
+  EXPECT_EQ(curve->ControlPoints(), nullptr);
+}
+
 // The known export of a power curve of 1/2.2 to 64 values of 10 bits.
 TEST(GammaText, WritesTheTableBlock) {
   GammaCurveModel model(false);

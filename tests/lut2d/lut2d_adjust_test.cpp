@@ -59,6 +59,17 @@ TEST(Adjust, SpreadsWithTheRootOfTheDistanceWeights) {
   EXPECT_EQ(up.hue[up.at(9, 7)], 135 + static_cast<int>(20.0 * std::sqrt(0.5)));
   EXPECT_EQ(up.hue[up.at(10, 7)], 150);
   EXPECT_NE(up.hue[up.at(6, 7)], 90);
+
+  Targets same;
+  TwoDLutHelper::Adjust({.originalHue = 0,
+                         .deltaS = 0.05,
+                         .deltaH = 20.0,
+                         .rangeS = 1,
+                         .rangeH = 2,
+                         .hitH = 8,
+                         .hitS = 7},
+                        {same.sat, same.hue, 24, 16});
+  EXPECT_TRUE(same == up);
 }
 
 TEST(Adjust, LeavesWhatItShould) {

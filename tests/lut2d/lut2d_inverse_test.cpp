@@ -46,6 +46,21 @@ TEST(InverseTable, NothingWithoutTheFlagOrTheRecord) {
             static_cast<float>(smoothTable(5.0, 0.05).lut_2d_h[51]));
 }
 
+TEST(InverseTable, RemarksGoToWhoeverAsks) {
+  TwoDLutHelper helper;
+  Lut2DConfig config = smoothTable(5.0, 0.05);
+  const std::string expected = inverted(helper, config);
+  config.inverse_flag = 1.0F;
+  helper.SetConfig(config);
+  std::string process, own;
+  setOutputChannel([&](std::string_view part) { process += part; });
+  EXPECT_TRUE(helper.CalInverseLut2dCfg([&](std::string_view part) { own += part; }));
+  EXPECT_TRUE(helper.CalInverseLut2dCfg({}));
+  setOutputChannel({});
+  EXPECT_EQ(own, expected);
+  EXPECT_EQ(process, "");
+}
+
 TEST(InverseTable, ReadsReplacedChanges) {
   TwoDLutHelper helper;
   Lut2DConfig config = identityTable();

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <thread>
 
 #include "greycard/two_d_lut_helper.h"
 #include "lut2d_process.h"
@@ -64,10 +66,14 @@ std::vector<TableCase> tables() {
       changed("LumaKept", some, blend(1.0F)),
       changed("LumaReversed", wild, blend(-1.9F)),
       changed("LumaOverdone", wild, blend(1.9F)),
+      changed("LumaSent", some, blend(3.0F)),
+      changed("LumaSentBack", wild, blend(-40.0F)),
+      changed("LumaFarBeyond", some, blend(3e4F)),
       changed("UnevenHues", some, hueNodes([](double i) { return 0.625 * i * i; })),
       changed("HuesFromThirty", some, hueNodes([](double i) { return 30.0 + 12.0 * i; })),
       changed("HuesBackwards", wild, hueNodes([](double i) { return 360.0 - 15.0 * i; })),
       changed("HuesFarApart", wild, hueNodes([](double i) { return 60.0 * i - 720.0; })),
+      changed("HuesOverManyTurns", some, hueNodes([](double i) { return 300.0 * i - 4000.0; })),
       changed("OneHueCell", some, hueNodes([](double i) { return i > 3.0 ? 360.0 : 0.0; })),
       changed("SatsFromAFifth", some, satNodes([](double j) { return 0.2 + 0.05 * j; })),
       changed("NarrowLastSat", wild, satNodes([](double j) { return 0.001 * j; })),
@@ -90,9 +96,13 @@ std::vector<TableCase> tables() {
                 c.l_boundary_start_b = c.l_boundary_end_a = c.l_boundary_end_b = 2.0F;
               }),
       changed("SatsInATangle", wild, satNodes([](double j) { return j * (15.0 - j) / 60.0; })),
+      changed("SatsFromFarBelow", some, satNodes([](double j) { return j - 14.7; })),
+      changed("SatsFarAbove", wild, satNodes([](double j) { return 7.0 * j * j; })),
+      changed("FarEntries", randomTable(11, 1e6, 1e4), shifts(9, 9)),
       changed("NoEffect", some, fades(0, 0, 0, 0)),
       changed("SteepFades", wild, fades(0.3F, 0.3F, 0.7F, 0.7F)),
       changed("FadesCross", wild, fades(-2.0F, 0.8F, 0.2F, 2.0F)),
+      changed("FadesFromAfar", some, fades(-7.5F, 0.9F, 0.95F, 7.5F)),
       changed("FadesBackwards", wild, fades(0.6F, 0.2F, 0.9F, 0.4F)),
   };
 }
@@ -170,6 +180,20 @@ TEST(PicturePathExact, ColoursMoveByTheChange) {
   for (const auto& plane : {r, g, b})  // greys
     EXPECT_EQ(std::vector(plane.begin() + 1, plane.end()),
               (std::vector<std::uint16_t>{500, 1023, 0}));
+}
+
+// One prepared table serves both.
+TEST(PicturePathTwoThreads, GiveWhatOneGives) {
+  TwoDLutHelper helper;
+  helper.SetConfig(randomTable(4, 40.0, 0.4));
+  const TwoDLutHelper& prepared = helper;
+  std::array<Planes, 2> alone{noisePlanes(1, 60'000), noisePlanes(2, 60'000)}, together = alone;
+  const auto process = [&](Planes& p) { prepared.ProcessImage(p.r, p.g, p.b, 300, 200, 10); };
+  for (Planes& planes : alone) process(planes);
+  std::thread other([&] { process(together[1]); });
+  process(together[0]);
+  other.join();
+  EXPECT_TRUE(together == alone);
 }
 
 TEST(PicturePathExact, RefusesShortPlanesAndReadsNothingElse) {

@@ -30,7 +30,7 @@ Int entry(float value, int shift) {
 }
 
 Int reciprocal(float one, Int width) {
-  return width > 0 ? static_cast<Int>(std::ceil(one / static_cast<float>(width))) : 0;
+  return width != 0 ? static_cast<Int>(std::ceil(one / static_cast<float>(width))) : 0;
 }
 
 bool fillReciprocals(State& st) {

@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <stdexcept>
 
 #include "greycard/diagnostics.h"
@@ -14,7 +16,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(TwoDLutHelper, RefusesNumbersWithoutMeaning) {
+TEST(TwoDLutHelper, RefusesOnlyWhatIsNotFiniteAndOddShifts) {
   const double nan = std::nan("");
   const struct {
     const char* says;
@@ -22,15 +24,16 @@ TEST(TwoDLutHelper, RefusesNumbersWithoutMeaning) {
   } cases[] = {
       {"lut_1d_h[3] is nan", [=](Lut2DConfig& c) { c.lut_1d_h[3] = nan; }},
       {"lut_1d_s[15] is inf", [](Lut2DConfig& c) { c.lut_1d_s[15] = HUGE_VAL; }},
-      {"lut_2d_h[383] is 1e+300", [](Lut2DConfig& c) { c.lut_2d_h[383] = 1e300; }},
-      {"lut_2d_s[0] is -101; it must be a number from -100 to 100",
-       [](Lut2DConfig& c) { c.lut_2d_s[0] = -101.0; }},
-      {"h_shift is -1", [](Lut2DConfig& c) { c.h_shift = -1.0F; }},
+      {"lut_2d_h[383] is -inf; it must be a finite number",
+       [](Lut2DConfig& c) { c.lut_2d_h[383] = -HUGE_VAL; }},
+      {"lut_2d_s[0] is nan", [=](Lut2DConfig& c) { c.lut_2d_s[0] = nan; }},
+      {"h_shift is -1; it must be a number from 0 to 24",
+       [](Lut2DConfig& c) { c.h_shift = -1.0F; }},
       {"s_shift is 25", [](Lut2DConfig& c) { c.s_shift = 25.0F; }},
       {"l_boundary_start_a",
        [=](Lut2DConfig& c) { c.l_boundary_start_a = static_cast<float>(nan); }},
       {"l_boundary_end_b", [](Lut2DConfig& c) { c.l_boundary_end_b = -HUGE_VALF; }},
-      {"y_blend_factor", [](Lut2DConfig& c) { c.y_blend_factor = 2.0F; }},
+      {"y_blend_factor", [](Lut2DConfig& c) { c.y_blend_factor = HUGE_VALF; }},
       {"inverse_flag", [=](Lut2DConfig& c) { c.inverse_flag = static_cast<float>(nan); }},
   };
   for (const auto& [says, spoil] : cases) {
@@ -45,6 +48,32 @@ TEST(TwoDLutHelper, RefusesNumbersWithoutMeaning) {
     }
     EXPECT_EQ(helper.record(), nullptr);
   }
+}
+
+TEST(TwoDLutHelper, TakesEveryFiniteNumber) {
+  constexpr float kLargest = std::numeric_limits<float>::max();
+  Lut2DConfig config = identityTable();
+  config.lut_1d_h[24] = 1e300;
+  config.lut_1d_s[15] = -1e300;
+  config.lut_2d_h.fill(-1e300);
+  config.lut_2d_s[100] = -100.7;
+  config.lut_2d_s[101] = 1e300;
+  for (float* value : {&config.l_boundary_start_a, &config.l_boundary_end_b, &config.y_blend_factor,
+                       &config.inverse_flag})
+    *value = kLargest;
+  TwoDLutHelper helper;
+  helper.SetConfig(config);
+  const lut2d_cfg& record = *helper.record();
+  EXPECT_EQ(record.node[24][0].h, kLargest);
+  EXPECT_EQ(record.node[0][15].s, -kLargest);
+  EXPECT_EQ(record.delta[6][4].s, -100.7F * 256.0F);
+  EXPECT_EQ(record.delta[6][5].s, kLargest);
+  EXPECT_EQ(record.target[3][3].h, kLargest);
+  Planes planes = noisePlanes(1, 1000);
+  EXPECT_TRUE(helper.ProcessImage(planes.r, planes.g, planes.b, 40, 25, 10));
+  EXPECT_TRUE(helper.CalInverseLut2dCfg([](std::string_view) {}));
+  EXPECT_TRUE(helper.ProcessImage(planes.r, planes.g, planes.b, 40, 25, 10));
+  EXPECT_LE(std::ranges::max(planes.g), 1023);
 }
 
 TEST(TwoDLutHelper, ConvertsColours) {

@@ -1,6 +1,6 @@
 #include "spline.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
@@ -53,6 +53,9 @@ TEST(Spline, RefusesTooFewPoints) {
   std::vector<double> y2(2);
   EXPECT_THROW(spline(one, one, kNaturalEnd, kNaturalEnd, y2), ShapeError);
   EXPECT_THROW(spline(two, one, kNaturalEnd, kNaturalEnd, y2), ShapeError);
+  for (const std::vector<double>& few : {one, std::vector<double>()})
+    EXPECT_THAT([&] { splint(few, few, few, 0.5); },
+                testing::ThrowsMessage<NumericError>("Bad xa input to routine splint"));
 }
 
 }  // namespace

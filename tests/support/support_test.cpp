@@ -10,6 +10,8 @@
 #include "channels.h"
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
+#include "greycard/names.h"
+#include "greycard/version.h"
 #include "numeric_error.h"
 #include "text.h"
 
@@ -18,6 +20,13 @@ namespace {
 
 using testing::ElementsAre;
 namespace fs = std::filesystem;
+
+TEST(Version, OfTheLibraryIsThatOfItsHeaders) {
+  EXPECT_STREQ(libraryVersion(), GREYCARD_VERSION);
+  EXPECT_EQ(libraryVersion(), std::to_string(GREYCARD_VERSION_MAJOR) + "." +
+                                  std::to_string(GREYCARD_VERSION_MINOR) + "." +
+                                  std::to_string(GREYCARD_VERSION_PATCH));
+}
 
 TEST(Text, SplitsAndParses) {
   EXPECT_THAT(splitText("0,0 64 80,,255 255", " ,"),
@@ -29,6 +38,13 @@ TEST(Text, SplitsAndParses) {
   for (const char* bad : {"", "+", "+-1", "1 ", "0x1", "2147483648", "1.0"})
     EXPECT_FALSE(parseInt32(bad)) << bad;
   for (const char* bad : {"", "1,5", "--1", "1e"}) EXPECT_FALSE(parseDouble(bad)) << bad;
+  std::string_view line = "+1.5e1x";
+  EXPECT_EQ(takeDouble(line), 15.0);
+  EXPECT_FALSE(takeDouble(line));
+  EXPECT_EQ(line, "x");
+  EXPECT_EQ(withoutByteOrderMark("\xEF\xBB\xBF\xEF"), "\xEF");
+  EXPECT_TRUE(equalIgnoringCase("TL84 \xC4@[", "tl84 \xC4@["));
+  EXPECT_FALSE(equalIgnoringCase("\xC4", "\xE4"));
 }
 
 TEST(Text, FormatsAsTheCLocaleDoesWhateverTheLocale) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "interleave.h"
+#include "plane_view.h"
 
 namespace greycard::pxcore {
 namespace {
@@ -90,7 +91,8 @@ class RowBlock {
         m_samples((width + 2 * static_cast<std::size_t>(before)) * kRowLanes) {}
 
   float* pixel(std::int64_t x) {
-    return m_samples.data() + static_cast<std::size_t>(x + m_before) * kRowLanes;
+    const PlaneView<float> pixels(m_samples, kRowLanes, m_samples.size() / kRowLanes);
+    return pixels.row(static_cast<std::size_t>(x + m_before)).data();
   }
   template <typename T>
   void take(const std::array<const T*, kRowLanes>& rows) {
@@ -118,7 +120,8 @@ class WindowRows {
       : m_held(held), m_before(before), m_samples(static_cast<std::size_t>(held) * kColumnLanes) {}
 
   float* row(std::int64_t y) {
-    return m_samples.data() + static_cast<std::size_t>((y + m_before) % m_held) * kColumnLanes;
+    const PlaneView<float> rows(m_samples, kColumnLanes, static_cast<std::size_t>(m_held));
+    return rows.row(static_cast<std::size_t>((y + m_before) % m_held)).data();
   }
   void take(std::int64_t y, const float* pixels, std::size_t lanes) {
     std::copy_n(pixels, lanes, row(y));
@@ -181,7 +184,7 @@ void cosineColumns(const HalfCosine& kernel, TImageRoi<float>& image, const Pixe
   alignas(64) std::array<float, kColumnLanes> values;
   for (std::uint64_t x = 0; x < image.Width(); x += kColumnLanes) {
     const auto lanes = std::min<std::size_t>(kColumnLanes, image.Width() - x);
-    const auto pixels = [&](std::uint64_t y) { return image.RowPtr(y) + x; };
+    const auto pixels = [&](std::uint64_t y) { return image.View().run(y, x, x + lanes).data(); };
     for (std::int64_t y = 1 - before; y < ahead; ++y)
       window.take(y, pixels(mirrored(y, image.Height())), lanes);
     sums.run(

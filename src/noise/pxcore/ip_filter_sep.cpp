@@ -42,7 +42,7 @@ void IpFilterSep::FilterImage(const TImageRoi<float>& imgIn, TImageRoi<float>& i
   cosineRows(HalfCosine(m_fvHKernel.Length()), imgIn, imgOut);
   cosineColumns(HalfCosine(m_fvVKernel.Length()), imgOut,
                 [&](std::uint64_t x, std::uint64_t y, std::span<const float> values) {
-                  std::ranges::copy(values, imgOut.RowPtr(y) + x);
+                  std::ranges::copy(values, imgOut.View().run(y, x, x + values.size()).begin());
                 });
 }
 
@@ -51,21 +51,22 @@ void IpFilterSep::FilterRoi(const TImageRoi<float>& padded, const Rect& roi,
   TImage<float> rows(roi.width, padded.Height());
   for (std::uint64_t y = 0; y < padded.Height(); ++y)
     for (std::uint64_t x = 0; x < roi.width; ++x) {
-      const float* const in = padded.RowPtr(y) + roi.x + x - m_fvHKernel.Length() / 2;
+      const std::uint64_t begin = roi.x + x - m_fvHKernel.Length() / 2;
+      const auto in = padded.View().run(y, begin, begin + m_fvHKernel.Length());
       double sum = 0.0;
       for (std::uint64_t i = 0; i < m_fvHKernel.Length(); ++i)
-        sum += static_cast<double>(m_fvHKernel[i]) * in[i];
-      rows.RowPtr(y)[x] = static_cast<float>(sum);
+        sum += static_cast<double>(m_fvHKernel[i]) * static_cast<double>(in[i]);
+      rows.View()(x, y) = static_cast<float>(sum);
     }
   std::vector<double> sums(roi.width);
   for (std::uint64_t y = 0; y < roi.height; ++y) {
     std::ranges::fill(sums, 0.0);
     for (std::uint64_t i = 0; i < m_fvVKernel.Length(); ++i) {
-      const float* const in = rows.RowPtr(roi.y + y - m_fvVKernel.Length() / 2 + i);
+      const auto in = std::as_const(rows).View().row(roi.y + y - m_fvVKernel.Length() / 2 + i);
       for (std::uint64_t x = 0; x < roi.width; ++x)
-        sums[x] += static_cast<double>(m_fvVKernel[i]) * in[x];
+        sums[x] += static_cast<double>(m_fvVKernel[i]) * static_cast<double>(in[x]);
     }
-    std::ranges::transform(sums, imgOut.RowPtr(y),
+    std::ranges::transform(sums, imgOut.View().row(y).begin(),
                            [](double sum) { return static_cast<float>(sum); });
   }
 }

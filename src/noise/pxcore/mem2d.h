@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "exception.h"
+#include "plane_view.h"
 #include "sizes.h"
 
 namespace greycard::pxcore {
@@ -42,8 +43,11 @@ class TMem2D {
   std::uint64_t Height() const { return m_nRows; }
   std::uint64_t Channels() const { return m_nChannels; }
   std::uint64_t Stride() const { return m_nStride; }
-  T* RowPtr(std::uint64_t i) { return m_pData + i * (m_nStride / sizeof(T)); }
-  const T* RowPtr(std::uint64_t i) const { return m_pData + i * (m_nStride / sizeof(T)); }
+  T* RowPtr(std::uint64_t i) { return View().row(i).data(); }
+  const T* RowPtr(std::uint64_t i) const { return View().row(i).data(); }
+  /// All elements, those of a column's channels side by side.
+  PlaneView<T> View() { return viewOf(m_pData); }
+  PlaneView<const T> View() const { return viewOf<const T>(m_pData); }
   bool IsValid() const { return m_pData != nullptr; }
   template <typename U>
   bool IsSameSize(const TMem2D<U>& other) const {
@@ -73,6 +77,11 @@ class TMem2D {
   }
 
  private:
+  template <typename U>
+  PlaneView<U> viewOf(U* data) const {
+    return {data, m_nCols * m_nChannels, m_nRows, m_nStride / sizeof(T)};
+  }
+
   std::shared_ptr<T[]> m_memory;
   T* m_pData = nullptr;
   std::uint64_t m_nCols = 0, m_nRows = 0, m_nChannels = 0, m_nStride = 0;

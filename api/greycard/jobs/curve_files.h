@@ -1,0 +1,63 @@
+#pragma once
+/// \file
+/// \ingroup own
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <vector>
+
+#include "greycard/curve_source.h"
+#include "greycard/curve_tables.h"
+#include "greycard/export.h"
+#include "greycard/gamma_curve_model.h"
+
+namespace greycard {
+
+/// The shape of a curve file.
+struct CurveFileForm {
+  int values = 1024;      ///< of a table: 64, 256, 512 or 1024
+  int bits = kCurveBits;  ///< of a value: 8, 10, 12 or 14
+};
+
+/// A curve and the file that it was written to.
+struct CurveExport {
+  CurveTables curve;
+  std::filesystem::path file;
+  CurveFileForm form;
+};
+
+/// Writes a curve file. \throws JobError when the curve has no table that could be written;
+/// std::invalid_argument for a form other than the above; FileError
+GREYCARD_EXPORT CurveExport exportCurve(const GammaCurve& curve, const std::filesystem::path& file,
+                                        const CurveFileForm& form = {});
+
+/// One table of numbers as it stood in a curve file.
+struct CurveFileTable {
+  CurveChannel channel = CurveChannel::Red;  ///< Red also of a table for all channels
+  std::size_t values = 0;
+  std::int32_t bits = 0;  ///< as its last number tells; 0 for an unusable table
+};
+
+/// What a curve file held.
+struct ImportedCurve {
+  CurveTables curve;
+  std::filesystem::path file;
+  std::vector<CurveFileTable> fileTables;
+  std::vector<GammaImportNote> notes;  ///< what was left out or may surprise, in file order
+};
+
+struct CurveImportReport {
+  std::vector<ImportedCurve> curves;  ///< one for each file
+};
+
+/// Reads curve files into the catalogue (GammaCurveModel::ImportWithReport), where the curves are
+/// found by the names that the report tells.
+/// \throws CurveFileRefused, FileError at the first file that gives no curve; those before it are
+/// in
+///         the catalogue then
+GREYCARD_EXPORT CurveImportReport importCurves(GammaCurveModel& catalogue,
+                                               std::span<const std::filesystem::path> files);
+
+}  // namespace greycard

@@ -1,0 +1,44 @@
+#pragma once
+/// \file
+/// \ingroup own
+
+#include <filesystem>
+#include <vector>
+
+#include "greycard/colour_errors.h"
+#include "greycard/export.h"
+#include "greycard/illum.h"
+#include "greycard/jobs/locate_chart.h"
+#include "greycard/types.h"
+
+namespace greycard {
+
+struct EvaluationOptions {
+  LocateOptions locate;
+  Illum light = illum_D65;
+  double scale = 1.0;  ///< factor on the linear samples before they are judged, above 0
+};
+
+/// A photographed chart, its linear samples taken as linear sRGB, against the reference colours of
+/// the light.
+struct ChartEvaluation {
+  std::filesystem::path photo;
+  Illum light = illum_D65;
+  LocatedChart chart;
+  PatchTable measuredRgb{};    ///< linear, 0..1
+  PatchTable measuredNoise{};  ///< standard deviation of a pixel
+  PatchTable measuredLab{};
+  PatchTable referenceLab{};
+  ColourErrors errors;
+  std::vector<std::string> warnings;  ///< a sentence each
+};
+
+/// Judges the camera as it is, before any correction is fitted.
+///
+/// \param photo  names the picture in messages and in the result; may be empty
+/// \throws as locateChart; std::invalid_argument for a scale that is not above 0
+GREYCARD_EXPORT ChartEvaluation evaluateChart(const Picture& picture,
+                                              const EvaluationOptions& options = {},
+                                              const std::filesystem::path& photo = {});
+
+}  // namespace greycard

@@ -1,0 +1,97 @@
+#include "ccm_options.h"
+
+#include <algorithm>
+
+#include "light_option.h"
+#include "option_checks.h"
+
+namespace greycard::cli {
+namespace {
+
+void addFitOptions(CLI::App& app, CcmOptions& options) {
+  CLI::Option_group& fit = *app.add_option_group("Fit");
+  addLightOption(fit, options.light);
+  fit.add_option("--gamma", options.fit.gamma,
+                 "The camera's tone curve: a name of the catalogue (greycard gamma list) or a file "
+                 "of 256 numbers of 8, 10, 12 or 14 bits, as the largest tells")
+      ->capture_default_str()
+      ->type_name("NAME|FILE");
+  fit.add_option("--delta-e", options.deltaE, "Colour difference to minimise: cie76 or cie94")
+      ->check(CLI::IsMember({"cie76", "cie94"}))
+      ->capture_default_str()
+      ->type_name("NAME");
+  fit.add_option(
+         "--transform", options.fit.transform,
+         "RGB to XYZ: 0 sRGB, 1 Adobe RGB (1998), 2 sRGB, the matrix then multiplied by that from "
+         "BT.709 to BT.2020 primaries (ITU-R BT.2087), 3 custom")
+      ->check(wholeNumbersFrom(0, 3))
+      ->capture_default_str()
+      ->type_name("0..3");
+  fit.add_option("--noise-rate", options.fit.noiseRate, "Weight of noise against colour error")
+      ->check(numbersFrom(0.0, 1.0))
+      ->capture_default_str()
+      ->type_name("0..1");
+  fit.add_option("--white-patches", options.fit.whitePatches,
+                 "Chart numbers of the patches for white balance, as in 20,21,22")
+      ->delimiter(',')
+      ->check(wholeNumbersFrom(19, 22))
+      ->capture_default_str()
+      ->type_name("LIST");
+}
+
+void addTargetOptions(CLI::App& app, CcmOptions& options) {
+  CLI::Option_group& target = *app.add_option_group("Target");
+  CLI::Option* lab = target.add_option("--reference-lab", options.fit.referenceLab,
+                                       "Reference colours: 24 lines of L* a* b*");
+  lab->type_name("FILE");
+  target
+      .add_option("--reference-srgb", options.fit.referenceSRgb,
+                  "Reference colours: 24 lines of 8-bit sRGB")
+      ->type_name("FILE")
+      ->excludes(lab);
+  target
+      .add_option("--saturation", options.fit.saturation,
+                  "Chroma wanted over the target's, 1.1 for 10 % more; a longer search")
+      ->check(numbersFrom(0.9, 3.0))
+      ->type_name("FACTOR");
+  target
+      .add_option("--sat", options.targetSaturation,
+                  "Chroma factors of the target: all, red, green, blue patches (all counts when "
+                  "the four are equal)")
+      ->check(numbersFrom(0.0, 10.0))
+      ->delimiter(',')
+      ->expected(4)
+      ->capture_default_str()
+      ->type_name("A,R,G,B");
+  target
+      .add_option("--hue", options.targetHue,
+                  "Hue rotations of the target in degrees: red, green, blue patches")
+      ->check(numbersFrom(-360.0, 360.0))
+      ->delimiter(',')
+      ->expected(3)
+      ->capture_default_str()
+      ->type_name("R,G,B");
+}
+
+}  // namespace
+
+void CcmOptions::addTo(CLI::App& app) {
+  source.addTo(app, true);
+  addFitOptions(app, *this);
+  addTargetOptions(app, *this);
+  app.add_option("--report", report, "Report as one HTML file")->type_name("FILE");
+  app.add_option("--corrected", corrected, "The photograph through gains, matrix and tone curve")
+      ->type_name("FILE");
+}
+
+ChartFitOptions CcmOptions::fitOptions() const {
+  ChartFitOptions options = fit;
+  options.locate = source.options();
+  options.light = lightFromOption(light);
+  options.formula = deltaE == "cie76" ? FitFormula::CIE76 : FitFormula::CIE94;
+  std::ranges::copy(targetSaturation, options.targetSaturation.begin());
+  std::ranges::copy(targetHue, options.targetHue.begin());
+  return options;
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,70 @@
+// greycard evaluate: the colour error of a camera as it is, before any correction is fitted.
+
+#include <iostream>
+#include <memory>
+
+#include "chart_source.h"
+#include "command.h"
+#include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/present/chart.h"
+#include "light_option.h"
+#include "option_checks.h"
+#include "patch_table.h"
+#include "sub_commands.h"
+#include "text_output.h"
+
+namespace greycard::cli {
+namespace {
+
+struct EvaluateOptions : CommonOptions {
+  ChartSource source;
+  std::string light = "D65";
+  double scale = 1.0;
+};
+
+void print(const ChartEvaluation& evaluation) {
+  const ColourErrors& errors = evaluation.errors;
+  std::cout << "Chart in " << quoted(evaluation.photo)
+            << " as linear sRGB, against the reference under " << illumName(evaluation.light)
+            << "\n\n"
+            << patchTableText(
+                   {{"measured", evaluation.measuredLab}, {"reference", evaluation.referenceLab}},
+                   {{"", errors}})
+            << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
+            << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2)
+            << "; worst dE76 " << fixed(errors.cie76.worst, 2) << " at patch "
+            << errors.cie76.worstPatch + 1 << "\n";
+  printWarnings(evaluation.warnings);
+}
+
+void run(const EvaluateOptions& options) {
+  JobFiles files;
+  options.source.nameFiles(files);
+  files.textOutput("--json", options.json);
+  const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
+                                     options.scale};
+  const Picture picture = options.source.read();
+  const ChartEvaluation result =
+      locating([&] { return evaluateChart(picture, evaluation, options.source.photo); });
+  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+  if (options.printsText()) print(result);
+}
+
+}  // namespace
+
+void addEvaluate(CLI::App& parent) {
+  const auto options = std::make_shared<EvaluateOptions>();
+  CLI::App& app = addSubCommand(parent, "evaluate",
+                                "Colour error of a photographed chart as it is, without correction",
+                                "greycard evaluate photo.jpg --light D65", *options);
+  options->source.addTo(app, true);
+  addLightOption(app, options->light);
+  app.add_option("--scale", options->scale, "Factor on the linear samples before they are judged")
+      ->check(numbersFrom(1e-6, 1e6))
+      ->capture_default_str()
+      ->type_name("FACTOR");
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,59 @@
+#include "option_checks.h"
+
+#include <cmath>
+#include <functional>
+#include <string>
+
+#include "greycard/number_text.h"
+#include "text_table.h"
+
+namespace greycard::cli {
+namespace {
+
+// Of the words for which `holds` is true.
+CLI::Validator checkOf(const std::string& wanted,
+                       const std::function<bool(const std::string&)>& holds,
+                       const std::string& inHelp) {
+  CLI::Validator check;
+  check.operation([wanted, holds](std::string& word) {
+    return holds(word) ? std::string() : "\"" + word + "\" is not " + wanted;
+  });
+  check.description(inHelp);
+  return check;
+}
+
+}  // namespace
+
+CLI::Validator numbersFrom(double low, double high) {
+  const std::string range = general(low, 6) + " to " + general(high, 6);
+  return checkOf(
+      "a number from " + range,
+      [low, high](const std::string& word) {
+        const auto value = numberOf<double>(word);
+        return value && *value >= low && *value <= high;
+      },
+      range);
+}
+
+CLI::Validator anyFiniteNumber() {
+  return checkOf(
+      "a finite number",
+      [](const std::string& word) {
+        const auto value = numberOf<double>(word);
+        return value && std::isfinite(*value);
+      },
+      "");
+}
+
+CLI::Validator wholeNumbersFrom(std::int64_t low, std::int64_t high) {
+  const std::string range = std::to_string(low) + " to " + std::to_string(high);
+  return checkOf(
+      "a whole number from " + range,
+      [low, high](const std::string& word) {
+        const auto value = numberOf<std::int64_t>(word);
+        return value && *value >= low && *value <= high;
+      },
+      range);
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,79 @@
+// greycard lut2d apply: a picture through a hue/saturation table.
+
+#include <cmath>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "command.h"
+#include "greycard/files.h"
+#include "greycard/picture.h"
+#include "greycard/present/lut2d.h"
+#include "job_files.h"
+#include "lut2d_commands.h"
+#include "text_output.h"
+
+namespace greycard::cli {
+namespace {
+
+struct ApplyOptions : CommonOptions {
+  std::filesystem::path photo, lut, output, compare;
+  std::optional<int> bits;
+};
+
+// With the advice in the command's words.
+AppliedLut2d applied(const ApplyOptions& options) try {
+  const Lut2DConfig table = present::readLut2d(options.lut);
+  return applyLut2d(readPicture(options.photo), table, {options.bits}, options.photo, options.lut);
+} catch (const WrongSampleBits& wrong) {
+  throw JobError(wrong.fact() +
+                 (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));
+}
+
+void run(const ApplyOptions& options) {
+  JobFiles files;
+  files.input("PHOTO", options.photo);
+  files.input("--lut", options.lut);
+  files.pictureOutput("--output", options.output);
+  files.pictureOutput("--compare", options.compare);
+  files.textOutput("--json", options.json);
+  const AppliedLut2d result = applied(options);
+  const Lut2dApplyReport& report = result.report;
+  writePicture(options.output, result.picture());
+  if (!options.compare.empty()) writePicture(options.compare, result.comparison());
+  if (!options.json.empty()) writeText(options.json, present::toJson(report));
+  if (!options.printsText()) return;
+  const double share =
+      static_cast<double>(report.changedPixels) / static_cast<double>(report.pixels);
+  std::cout << "Wrote " << quoted(options.output) << ": " << std::lround(100.0 * share)
+            << " % of the pixels moved by the table\n";
+}
+
+}  // namespace
+
+void addLut2dApply(CLI::App& lut2d) {
+  const auto options = std::make_shared<ApplyOptions>();
+  CLI::App& app = addSubCommand(
+      lut2d, "apply",
+      "Move the colours of a picture. The table works on 10 bits: samples of 8 or 16 bits are\n"
+      "scaled to that and back.",
+      "greycard lut2d apply photo.png --lut warmer.json -o warmer.png --compare both.png",
+      *options);
+  app.add_option("photo", options->photo, "Picture with 8 or 16 bits a sample")
+      ->required()
+      ->type_name("PHOTO");
+  app.add_option("--lut", options->lut, "Table")->required()->type_name("FILE");
+  app.add_option("-o,--output", options->output, "Picture to write, with the same bits")
+      ->required()
+      ->type_name("FILE");
+  app.add_option("--compare", options->compare, "Picture of before and after, side by side")
+      ->type_name("FILE");
+  app.add_option("--bits", options->bits,
+                 "10 for samples of 0..1023 in a 16-bit picture (default: all bits of the file)")
+      ->check(CLI::IsMember({8, 10, 16}))
+      ->type_name("N");
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

@@ -1,0 +1,72 @@
+// greycard lut2d show: a table's changes as text and as a wheel.
+
+#include <array>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "command.h"
+#include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/present/lut2d.h"
+#include "job_files.h"
+#include "lut2d_commands.h"
+#include "text_output.h"
+#include "text_table.h"
+
+namespace greycard::cli {
+namespace {
+
+struct ShowOptions : CommonOptions {
+  std::filesystem::path lut, plot;
+};
+
+using Changes = std::array<double, kLut2dNodes>;
+
+void printChanges(const char* title, const Lut2DConfig& table, const Changes& changes,
+                  int decimals) {
+  std::vector<TextTable::Column> columns{{"hue \\ sat"}};
+  for (const double sat : table.lut_1d_s) columns.push_back({fixed(sat, 2)});
+  TextTable text(columns);
+  for (std::size_t row = 0; row < kLut2dHueRows; ++row) {
+    std::vector<std::string> cells{fixed(table.lut_1d_h[row], 1)};
+    for (std::size_t column = 0; column < kLut2dSatColumns; ++column)
+      cells.push_back(fixed(changes[row * kLut2dSatColumns + column], decimals));
+    text.addRow(std::move(cells));
+  }
+  std::cout << "\n" << title << "\n" << text.text();
+}
+
+void run(const ShowOptions& options) {
+  JobFiles files;
+  files.input("LUT", options.lut);
+  files.output("--plot", options.plot);
+  files.textOutput("--json", options.json);
+  const Lut2dSummary summary = summariseLut2d(present::readLut2d(options.lut));
+  const Lut2DConfig& table = summary.table;
+  if (!options.plot.empty())
+    writeWholeFile(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
+  if (!options.json.empty()) writeText(options.json, present::toJson(summary));
+  if (!options.printsText()) return;
+  std::cout << quoted(options.lut) << ": " << summary.changedNodes << " of " << kLut2dNodes
+            << " nodes change colour, by up to " << fixed(summary.largestHueChangeDeg, 1)
+            << " degrees and " << fixed(summary.largestSatChange, 3) << " in saturation\n";
+  if (const CutChanges cut = cutChanges(table); !cut.warning.empty()) printWarnings({cut.warning});
+  printChanges("Hue change in degrees", table, table.lut_2d_h, 1);
+  printChanges("Saturation change", table, table.lut_2d_s, 3);
+}
+
+}  // namespace
+
+void addLut2dShow(CLI::App& lut2d) {
+  const auto options = std::make_shared<ShowOptions>();
+  CLI::App& app = addSubCommand(lut2d, "show", "The changes of a table, as text and as a wheel",
+                                "greycard lut2d show table.json --plot wheel.svg", *options);
+  app.add_option("lut", options->lut, "Table (greycard lut2d new)")->required()->type_name("LUT");
+  app.add_option("--plot", options->plot,
+                 "Wheel to write, as SVG: each node with an arrow to where it moves its colour")
+      ->type_name("FILE");
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

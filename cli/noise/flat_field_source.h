@@ -1,0 +1,23 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "greycard/jobs/read_flat_field.h"
+
+namespace greycard::cli {
+
+/// The flat field that a command line names: a picture file, or samples without a header.
+struct FlatFieldSource {
+  std::filesystem::path file;
+  std::string luma;              ///< how colours become luma; empty: only grey pictures
+  std::vector<std::string> raw;  ///< width, height and bits of samples without a header
+
+  void addTo(CLI::App& app);
+  /// \throws UsageError for contradictory options, FileError or JobError for the file
+  FlatField read() const;
+};
+
+}  // namespace greycard::cli

@@ -1,0 +1,92 @@
+// greycard sigma: the radial noise table of a flat field.
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "command.h"
+#include "flat_field_source.h"
+#include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/present/noise.h"
+#include "job_files.h"
+#include "sub_commands.h"
+#include "text_output.h"
+#include "text_table.h"
+
+namespace greycard::cli {
+namespace {
+
+struct SigmaOptions : CommonOptions {
+  FlatFieldSource source;
+  std::filesystem::path csv, plot, map;
+};
+
+void nameFiles(const SigmaOptions& options) {
+  JobFiles files;
+  files.input("FLATFIELD", options.source.file);
+  files.output("--csv", options.csv);
+  files.output("--plot", options.plot);
+  files.pictureOutput("--map", options.map);
+  files.textOutput("--json", options.json);
+}
+
+std::string percent(double share) {
+  return fixed(100.0 * share, 2) + " %";
+}
+
+std::string sigmaText(const SigmaEstimate& estimate) {
+  constexpr std::size_t kPerLine = 10;
+  TextTable table(std::vector<TextTable::Column>(kPerLine + 1));
+  for (std::size_t i = 0; i < kSigmaEntries; i += kPerLine) {
+    std::vector<std::string> cells{std::to_string(i) + ":"};
+    for (std::size_t k = i; k < std::min(i + kPerLine, kSigmaEntries); ++k)
+      cells.push_back(fixed(estimate.lut[k], 4));
+    table.addRow(std::move(cells));
+  }
+  const SigmaReport& report = estimate.report;
+  return "Centre sigma " + fixed(estimate.centreNoiseSigma, 3) + " (local sigma of ring 0 " +
+         fixed(report.centreRingSigma, 3) + "), in 8-bit code values\n" + "Mean " +
+         fixed(report.centreMean, 1) + " at the centre, " + fixed(report.cornerMean, 1) +
+         " in the corners; " + percent(report.ceilingShare) + " of the samples at 255, " +
+         percent(report.floorShare) + " at 0\n\n" + "Factors from the centre to the corners:\n" +
+         table.text();
+}
+
+void run(const SigmaOptions& options) {
+  nameFiles(options);
+  const SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
+
+  if (!options.csv.empty()) writeWholeFile(options.csv, present::sigmaCsv(estimate));
+  if (!options.plot.empty()) writeWholeFile(options.plot, present::sigmaPlot(estimate));
+  if (!options.map.empty()) writePicture(options.map, present::sigmaMap(estimate));
+  if (!options.json.empty()) writeText(options.json, present::toJson(estimate));
+  if (!options.printsText()) return;
+  std::cout << quoted(estimate.file) << ", " << estimate.width << " x " << estimate.height
+            << " pixels\n"
+            << sigmaText(estimate);
+  for (const std::string& sentence : estimate.advice) std::cout << "Advice: " << sentence << "\n";
+}
+
+}  // namespace
+
+void addSigma(CLI::App& parent) {
+  const auto options = std::make_shared<SigmaOptions>();
+  CLI::App& app = addSubCommand(
+      parent, "sigma",
+      "Estimate the radial noise table of a noise-reduction block from a flat field: how much\n"
+      "stronger the noise is at each of 164 distances from the centre than at the centre",
+      "greycard sigma flat.png --plot noise.svg --map noise.png\n"
+      "greycard sigma flat.raw --raw 4000,3000,8 --csv noise.csv",
+      *options);
+  options->source.addTo(app);
+  app.add_option("--csv", options->csv, "Write a line per ring")->type_name("FILE");
+  app.add_option("--plot", options->plot, "Draw the factors over the radius, as SVG")
+      ->type_name("FILE");
+  app.add_option("--map", options->map, "Picture of the local sigma in code values (.png, ...)")
+      ->type_name("FILE");
+  app.callback([options] { run(*options); });
+}
+
+}  // namespace greycard::cli

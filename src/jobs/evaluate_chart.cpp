@@ -1,0 +1,30 @@
+#include "greycard/jobs/evaluate_chart.h"
+
+#include "greycard/color_correction_utils.h"
+
+namespace greycard {
+
+ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& options,
+                              const std::filesystem::path& photo) {
+  MacbethChartData data;
+  data.LoadMCCCIELAB(options.light);
+  ChartEvaluation result;
+  result.photo = photo;
+  result.light = options.light;
+  result.chart = locateChart(picture, options.locate, photo);
+  SampleLevels levels = sampleLevels(picture, options.locate.samples);
+  levels.scale = options.scale;
+  data.CollectRGBData(picture, result.chart.regions, levels);
+
+  ColorCorrectionUtils facade;
+  facade.CalculateDeltaE(data);
+  result.measuredRgb = data.m_RGB;
+  result.measuredNoise = data.m_Noise;
+  result.measuredLab = facade.m_macbethLab;
+  result.referenceLab = data.m_RefLab;
+  result.errors = colourErrors(result.referenceLab, result.measuredLab);
+  result.warnings = result.chart.warnings();
+  return result;
+}
+
+}  // namespace greycard

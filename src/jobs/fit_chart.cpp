@@ -1,0 +1,147 @@
+#include "greycard/jobs/fit_chart.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <stdexcept>
+
+#include "greycard/errors.h"
+#include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/picture_correction.h"
+
+namespace greycard {
+namespace {
+
+constexpr double kGreenLiftWorthTelling = 1.01;   // about 0.4 units of L* at the white patch
+constexpr double kChromaMissWorthTelling = 0.05;  // what the search itself takes as reached
+
+std::vector<int> beyondFullScale(const PatchTable& balancedRgb) {
+  std::vector<int> patches;
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    if (std::ranges::any_of(balancedRgb[i], [](double value) { return value > 1.0; }))
+      patches.push_back(static_cast<int>(i));
+  return patches;
+}
+
+std::vector<std::string> fitWarnings(const ChartFit& result) {
+  std::vector<std::string> warnings = result.chart.warnings();
+  if (const auto clipped = result.sampling.clippedPatches(); !clipped.empty())
+    warnings.push_back("clipped in the photograph: patches " + patchList(clipped) +
+                       "; expose so that no channel reaches the ends of the scale");
+  if (const auto beyond = beyondFullScale(result.fit.m_balancedRGB); !beyond.empty())
+    warnings.push_back("the balanced picture exceeds full scale and is clipped there: patches " +
+                       patchList(beyond));
+  for (std::size_t c = 0; c < 3; ++c)
+    if (std::ranges::all_of(result.measuredRgb, [c](const Vector3& rgb) { return rgb[c] == 0.0; }))
+      warnings.push_back(std::string("channel ") + "RGB"[c] +
+                         " is 0 in every patch, so this is no photograph in three colours");
+  if (result.whiteBalance[1] > kGreenLiftWorthTelling)
+    warnings.push_back(
+        "white balance raises green by " + fixed(100.0 * (result.whiteBalance[1] - 1.0), 1) +
+        " % after the exposure gain was set, so the whole chart comes out lighter than "
+        "its reference; an exposure gain of " +
+        fixed(result.exposure / result.whiteBalance[1], 4) + " meets it");
+  const ColorFitReport& fit = result.fit;
+  if (fit.m_chromaChangeWanted && fit.m_chromaChange &&
+      std::abs(*fit.m_chromaChange - *fit.m_chromaChangeWanted) > kChromaMissWorthTelling)
+    warnings.push_back("the saturation search ended at " + fixed(100.0 * *fit.m_chromaChange, 1) +
+                       " % chroma against the target where " +
+                       fixed(100.0 * *fit.m_chromaChangeWanted, 1) +
+                       " % was wanted; try the other colour difference");
+  return warnings;
+}
+
+void setCurve(ColorCorrectionUtils& facade, const CameraGamma& gamma) {
+  const CameraGamma::Tables curves = gamma.in14Bits();
+  facade.SetGammaTable(curves[0], curves[1], curves[2]);
+}
+
+}  // namespace
+
+const char* formulaName(FitFormula formula) {
+  return formula == FitFormula::CIE76 ? "CIE76" : "CIE94";
+}
+
+ColorCorrectionSettings ChartFitOptions::settings() const {
+  ColorCorrectionSettings settings(0, light, transform);
+  settings.m_nDeltaEMode = formula == FitFormula::CIE76 ? 0 : 1;
+  settings.m_fNoiseRate = noiseRate;
+  if (saturation) settings.m_fSaturation = *saturation;
+
+  ColorCorrectionAdvancedSettings& advanced = settings.m_advanced;
+  advanced.m_fSat_all = targetSaturation[0];
+  advanced.m_fSat_R = targetSaturation[1];
+  advanced.m_fSat_G = targetSaturation[2];
+  advanced.m_fSat_B = targetSaturation[3];
+  advanced.m_fHue_R = targetHue[0];
+  advanced.m_fHue_G = targetHue[1];
+  advanced.m_fHue_B = targetHue[2];
+  for (const int patch : whitePatches)
+    if (patch < 19 || patch > 22)
+      throw std::invalid_argument("white balance uses patches 19 to 22, not " +
+                                  std::to_string(patch));
+  const auto chosen = [this](int patch) {
+    return std::ranges::find(whitePatches, patch) != whitePatches.end();
+  };
+  advanced.m_bWhitePatch19 = chosen(19);
+  advanced.m_bWhitePatch20 = chosen(20);
+  advanced.m_bWhitePatch21 = chosen(21);
+  advanced.m_bWhitePatch22 = chosen(22);
+
+  if (!referenceLab.empty() && !referenceSRgb.empty())
+    throw std::invalid_argument("reference colours come from one file, not from two");
+  if (!referenceLab.empty()) settings.m_macbethData.readReferenceLab(referenceLab);
+  if (!referenceSRgb.empty()) settings.m_macbethData.readReferenceSRgb(referenceSRgb);
+  return settings;
+}
+
+ColorPipeline ChartFit::pipeline() const {
+  ColorCorrectionUtils facade;
+  setCurve(facade, gamma);
+  facade.m_ccm = matrix;
+  facade.m_wbGain = whiteBalance;
+  facade.m_gain = exposure;
+  return facade.Pipeline();
+}
+
+std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& options,
+                                 const std::filesystem::path& photo,
+                                 const ProgressCallback& progress) {
+  ChartFit result;
+  result.gamma = cameraGamma(options.gamma);
+  if (picture.channels == 1)
+    throw JobError((photo.empty() ? "this" : quoted(photo)) +
+                   " is a grey picture, which holds no colours to fit; give one in colour");
+  ColorCorrectionSettings settings = options.settings();
+  result.photo = photo;
+  result.light = options.light;
+  result.formula = options.formula;
+  result.chart = locateChart(picture, options.locate, photo);
+  result.sampling = settings.m_macbethData.CollectRGBData(
+      picture, result.chart.regions, sampleLevels(picture, options.locate.samples));
+  result.measuredRgb = settings.m_macbethData.m_RGB;
+  result.measuredNoise = settings.m_macbethData.m_Noise;
+
+  ColorCorrectionUtils facade;
+  setCurve(facade, result.gamma);
+  if (!facade.Optimize(settings, 0, progress)) return std::nullopt;
+  result.matrix = facade.m_ccm;
+  result.whiteBalance = facade.m_wbGain;
+  result.exposure = facade.m_gain;
+  result.correctedLab = facade.m_macbethLab;
+  result.fit = facade.m_fit;
+  result.before = colourErrors(result.fit.m_targetLab, result.fit.m_uncorrectedLab);
+  result.after = colourErrors(result.fit.m_targetLab, result.correctedLab);
+  result.warnings = fitWarnings(result);
+  return result;
+}
+
+Picture correctedPhotograph(const Picture& picture, const ChartFit& fit,
+                            const SampleMeaning& samples) {
+  const ColorPipeline pipeline = fit.pipeline();
+  return correctPicture(picture, sampleLevels(picture, samples), pipeline.m_gains, pipeline.m_ccm,
+                        ToneCurves{pipeline.m_gamma[0], pipeline.m_gamma[1], pipeline.m_gamma[2]});
+}
+
+}  // namespace greycard

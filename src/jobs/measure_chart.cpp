@@ -1,0 +1,19 @@
+#include "greycard/jobs/measure_chart.h"
+
+#include "greycard/macbeth_chart_data.h"
+
+namespace greycard {
+
+MeasuredChart measureChart(const Picture& picture, const LocateOptions& options,
+                           const std::filesystem::path& photo) {
+  const LocatedChart located = locateChart(picture, options, photo);
+  MacbethChartData data;
+  const SamplingReport sampling =
+      data.CollectRGBData(picture, located.regions, sampleLevels(picture, options.samples));
+  MeasuredChart chart{data.m_RGB, std::nullopt, std::nullopt, located.warnings()};
+  if (const auto clipped = sampling.clippedPatches(); !clipped.empty())
+    chart.warnings.push_back("clipped in the photograph: patches " + patchList(clipped));
+  return chart;
+}
+
+}  // namespace greycard

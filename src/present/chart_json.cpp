@@ -1,0 +1,61 @@
+#include "chart_fields.h"
+#include "greycard/present/chart.h"
+#include "json_reader.h"
+#include "json_writer.h"
+
+namespace greycard::present {
+namespace {
+
+// The differences are made of the other fields.
+void complete(ChartFit& fit) {
+  fit.before = colourErrors(fit.fit.m_targetLab, fit.fit.m_uncorrectedLab);
+  fit.after = colourErrors(fit.fit.m_targetLab, fit.correctedLab);
+}
+void complete(ChartEvaluation& evaluation) {
+  evaluation.errors = colourErrors(evaluation.referenceLab, evaluation.measuredLab);
+}
+
+}  // namespace
+
+std::string toJson(const LocateOptions& options) {
+  return documentOf(options);
+}
+void fromJson(std::string_view text, LocateOptions& options) {
+  readDocument(text, JsonKind::Options, options);
+}
+std::string toJson(const ChartSearch& search) {
+  return documentOf(search);
+}
+void fromJson(std::string_view text, ChartSearch& search) {
+  readFresh(text, search);
+}
+
+std::string toJson(const ChartFitOptions& options) {
+  return documentOf(options);
+}
+void fromJson(std::string_view text, ChartFitOptions& options) {
+  readDocument(text, JsonKind::Options, options);
+}
+std::string toJson(const ChartFit& fit) {
+  return documentOf(fit);
+}
+void fromJson(std::string_view text, ChartFit& fit) {
+  readFresh(text, fit);
+  complete(fit);
+}
+
+std::string toJson(const EvaluationOptions& options) {
+  return documentOf(options);
+}
+void fromJson(std::string_view text, EvaluationOptions& options) {
+  readDocument(text, JsonKind::Options, options);
+}
+std::string toJson(const ChartEvaluation& evaluation) {
+  return documentOf(evaluation);
+}
+void fromJson(std::string_view text, ChartEvaluation& evaluation) {
+  readFresh(text, evaluation);
+  complete(evaluation);
+}
+
+}  // namespace greycard::present

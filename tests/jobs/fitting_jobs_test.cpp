@@ -1,0 +1,213 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+
+#include "greycard/errors.h"
+#include "greycard/files.h"
+#include "greycard/jobs/calibrate_skin.h"
+#include "greycard/jobs/fit_exposure.h"
+#include "greycard/jobs/map_white_balance.h"
+#include "greycard/jobs/match_luma.h"
+
+namespace greycard {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class FittingJobs : public testing::Test {
+ protected:
+  FittingJobs() {
+    auto name = (std::filesystem::temp_directory_path() / "greycard-jobs-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
+    folder = name;
+  }
+  ~FittingJobs() override { std::filesystem::remove_all(folder); }
+  std::filesystem::path file(const char* name, const char* text) const {
+    writeWholeFile(folder / name, text);
+    return folder / name;
+  }
+  std::filesystem::path folder;
+};
+
+// Four equal shares of the pixels, in bins 10, 20, 30 and 60 of all channels.
+ExposureImage quarters() {
+  ExposureImage image;
+  image.newTarget = 25.0;
+  image.hist_CDF.emplace();
+  image.hist_RGB.emplace();
+  for (std::size_t c = 0; c < 3; ++c)
+    for (std::size_t k = 0; k < kHistogramBins; ++k)
+      for (const std::size_t bin : {10U, 20U, 30U, 60U})
+        if (k >= bin) {
+          (*image.hist_CDF)[c][k] += 0.25;
+          (*image.hist_RGB)[c][k] += 0.25 * static_cast<double>(bin);
+        }
+  return image;
+}
+
+TEST_F(FittingJobs, ARuleIsEvaluatedOnPicturesAndHistograms) {
+  ExposureJob job;
+  job.images = {quarters(), quarters(), quarters()};
+  job.images[0].picture = file("dark.pgm", "P2 4 1 255\n10 20 30 60\n");
+  job.images[1].picture = file("deep.pgm", "P2 4 1 4095\n160 320 480 960\n");
+  job.images[1].whiteLevel = 4095;
+  for (const std::size_t i : {0U, 1U}) job.images[i].hist_CDF = job.images[i].hist_RGB = {};
+  job.images[1].name = "deep";
+  job.images[2].cur_target = 45.0;
+  const ExposureTrial trial = evaluateExposure(job);
+
+  EXPECT_EQ(trial.images[0].name, "dark.pgm");
+  EXPECT_EQ(trial.images[1].name, "deep");
+  EXPECT_EQ(trial.images[2].name, "image 3");
+  EXPECT_EQ(trial.images[2].cur_target, 45.0);
+  EXPECT_EQ(trial.manual.parameters, kGaReferenceParameters);
+  for (const std::size_t i : {0U, 1U, 2U}) {
+    EXPECT_NEAR(trial.images[i].curr_luma, 30.0, 1e-9);
+    // By hand: the brightest quarter of the pixels lies in bin 60, the darkest in bin 10.
+    EXPECT_NEAR(trial.manual.pushUp[i], 60.0, 1e-9);
+    EXPECT_NEAR(trial.manual.fourTargets[i][0], 250.0 / 60.0 * 30.0, 1e-9);
+    EXPECT_NEAR(trial.manual.dark[i], 10.0, 1e-9);
+  }
+
+  // Parameters that are not fitted keep their own value, whatever the start is.
+  job.parameters_enable[0] = 0.0;
+  job.initial_parameter = job.initialBound;
+  (*job.initial_parameter)[0] = 199.0;
+  SearchOptions search;
+  search.maxSeconds = 0.0;
+  search.maxEvaluations = 200;
+  const ExposureFit fit = fitExposure(job, search);
+  EXPECT_EQ(fit.evaluations, 200);
+  EXPECT_EQ(fit.start.parameters[0], 199.0);
+  EXPECT_EQ(fit.best.parameters[0], 199.0);
+  EXPECT_LE(fit.best.error, fit.start.error);
+  EXPECT_EQ(fit.best.error, fit.least);
+  EXPECT_TRUE(fit.returnsBest());
+}
+
+TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
+  const struct {
+    std::function<void(ExposureImage&)> spoil;
+    const char* says;
+  } cases[] = {
+      {[](auto& image) { image.newTarget.reset(); },
+       "images[1].newTarget is missing: the luma target wanted"},
+      {[](auto& image) { image.picture = "a.png"; },
+       "images[1].picture and histograms exclude each other"},
+      {[](auto& image) { image.whiteLevel = 255; },
+       "images[1].white_level is for a picture, and none is named"},
+      {[](auto& image) { image.hist_RGB.reset(); }, "images[1].picture is missing, and images[1]."},
+      {[](auto& image) { (*image.hist_CDF)[2][0] = 0.3; },
+       "images[1].hist_CDF[2] must be a cumulative histogram"},
+      {[](auto& image) { (*image.hist_CDF)[0].back() = std::nan(""); },
+       "images[1].hist_CDF[0] must be a cumulative histogram"},
+      {[](auto& image) {
+         image.picture = "a.png", image.whiteLevel = 0;
+         image.hist_CDF = image.hist_RGB = {};
+       },
+       "images[1].white_level must be a whole number from 1 to 65535"},
+  };
+  for (const auto& [spoil, says] : cases) {
+    SCOPED_TRACE(says);
+    ExposureJob job;
+    job.images = {quarters(), quarters()};
+    EXPECT_NO_THROW(job.check());
+    spoil(job.images[1]);
+    EXPECT_THAT([&] { evaluateExposure(job); },
+                testing::ThrowsMessage<std::invalid_argument>(HasSubstr(says)));
+  }
+  EXPECT_THROW(fitExposure({}), std::invalid_argument);  // no images
+}
+
+TEST_F(FittingJobs, AColourIsBroughtToTheLightnessOfAnother) {
+  LumaMatchOptions colours;
+  colours.test = {128.0, 128.0, 128.0};
+  colours.target = {64.0, 64.0, 64.0};
+  const LumaMatch half = matchLuma(colours);
+  EXPECT_NEAR(half.factor, 0.5, 1e-4);
+  EXPECT_TRUE(half.reached());
+  colours.test = {0.0, 0.0, 0.0};
+  EXPECT_FALSE(matchLuma(colours).reached());
+}
+
+TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
+  WhiteBalanceOptions options;
+  options.from = {{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};
+  options.to = {{{0.5, 1.0}, {2.5, 1.0}, {0.5, 5.0}}};  // X' = 2 X + 0.5, Y' = 4 Y + 1
+  options.points = readWhiteBalancePoints(file("points.txt", "# R/G, B/G\r\n1 2\r\n\n-0.5,+0.25"));
+  EXPECT_THAT(options.points,
+              ElementsAre(WhiteBalancePoint{1.0, 2.0}, WhiteBalancePoint{-0.5, 0.25}));
+  const WhiteBalanceMapping mapping = mapWhiteBalance(options);
+  EXPECT_EQ(mapping.transform(mapping.points[0]), (WhiteBalancePoint{2.5, 9.0}));
+  EXPECT_EQ(mapping.largestResidual(), 0.0);
+  EXPECT_THAT(mapping.warnings(), testing::IsEmpty());
+
+  options.from[2] = {2.0, 0.0};
+  EXPECT_THAT(mapWhiteBalance(options).warnings(), ElementsAre(HasSubstr("do not span a plane")));
+  options.from = {{{1.0, 1.0}, {2.0, 2.0}, {3.0, 3.000000000001}}};
+  options.to = {{{0.48, 0.66}, {0.64, 0.52}, {0.93, 0.37}}};
+  EXPECT_THAT(mapWhiteBalance(options).warnings(),
+              ElementsAre(HasSubstr("not mapped onto their targets")));
+
+  const std::pair<const char*, const char*> refusals[] = {
+      {"1,2\n0.5;0.6\n", "line 2 of "},
+      {"1\n", "a point is two numbers RG,BG, and here are 1"},
+      {"1 nan\n", "\"nan\" is not a finite number"},
+      {"# nothing\n\n", "holds no points"},
+      {"", "holds no points"}};
+  for (const auto& [text, says] : refusals)
+    EXPECT_THAT([&] { readWhiteBalancePoints(file("bad.txt", text)); },
+                testing::ThrowsMessage<JobError>(HasSubstr(says)));
+}
+
+TEST_F(FittingJobs, SkinNeedsAMatrixAndTellsOfWrongCharts) {
+  SkinCharts charts;
+  for (MeasuredChart& chart : charts)
+    for (std::size_t i = 0; i < kPatchCount; ++i)
+      chart.rgb[i] = {0.2, 0.1 + 0.01 * static_cast<double>(i), 0.3};
+  charts[1].rgb[19][1] = 0.0;
+  charts[0].light = illum_A;
+  EXPECT_THAT([&] { calibrateSkin(charts); },
+              testing::ThrowsMessage<JobError>(HasSubstr("a colour-correction matrix is needed")));
+  charts[2].matrix = Matrix3{{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
+  const SkinCalibration skin = calibrateSkin(charts, {}, {"", "", "tl84.json"});
+  EXPECT_EQ(skin.matrix, *charts[2].matrix);
+  EXPECT_EQ(skin.matrixFrom, "tl84.json");
+  EXPECT_THAT(skin.warnings,
+              ElementsAre("the chart under D65: fitted for light A but given as D65",
+                          HasSubstr("the chart under A: patch 20 is not above black")));
+}
+
+TEST_F(FittingJobs, RangesOfSkinAreThoseOfTheAcceptedPoints) {
+  SkinCharts charts;
+  for (MeasuredChart& chart : charts)
+    for (std::size_t i = 0; i < kPatchCount; ++i)
+      chart.rgb[i] = {0.3 + 0.02 * static_cast<double>(i % 6), 0.2, 0.1};
+  SkinOptions options;
+  // Far to blue, so that every hue ratio that the upper set holds is below -1.
+  options.matrix = Matrix3{{{-1.0, 2.0, 0.0}, {0.0, 1.0, 0.0}, {3.0, -2.0, 1.0}}};
+  const SkinCalibration skin = calibrateSkin(charts, options);
+  for (const SkinSet* set : {&skin.upper, &skin.lower}) {
+    int accepted = 0;
+    double low = HUGE_VAL, high = -HUGE_VAL;
+    for (const auto& point : set->points) {
+      if (point == SkinColorHelper::DataPt()) continue;
+      ++accepted;
+      if (!std::isfinite(point.h)) continue;
+      low = std::min<double>(low, point.h);
+      high = std::max<double>(high, point.h);
+    }
+    EXPECT_EQ(set->accepted, accepted);
+    EXPECT_EQ(set->acceptedUnder[0] + set->acceptedUnder[1] + set->acceptedUnder[2], accepted);
+    ASSERT_TRUE(set->h);
+    EXPECT_THAT(*set->h, ElementsAre(low, high));
+  }
+}
+
+}  // namespace
+}  // namespace greycard
