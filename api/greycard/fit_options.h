@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <array>
 #include <cstddef>
@@ -25,6 +27,7 @@ enum class FitDifference : std::int32_t {
   /// on a grey of 20 %, IEC 61966-2-1), adapted to the white in full.
   cam16Ucs,
 };
+inline constexpr std::array kFitDifferenceNames{"ciede2000", "cie94", "cie76", "cam16"};
 
 /// Free entries of the matrix.
 enum class FitEntries : std::int32_t {
@@ -42,6 +45,7 @@ enum class FitExposure : std::int32_t {
   /// then the balanced one.
   free,
 };
+inline constexpr std::array kFitExposureNames{"stated", "balanced", "number", "free"};
 
 /// Where the white-balance gains come from.
 enum class FitWhiteBalance : std::int32_t {
@@ -50,6 +54,7 @@ enum class FitWhiteBalance : std::int32_t {
   /// whatever the exposure was asked to be.
   fitted,
 };
+inline constexpr std::array kFitWhiteBalanceNames{"stated", "fitted"};
 
 /// The curve from measured values to light. All but `monotone` are found from the greys first, then
 /// together with the matrix.
@@ -66,6 +71,8 @@ enum class FitToneCurve : std::int32_t {
   /// explains the grey row. Of several photographs, the brightest gives it.
   monotone,
 };
+inline constexpr std::array kFitToneCurveNames{"none",         "given",       "power",
+                                               "power-offset", "black-white", "monotone"};
 
 /// The light over the chart's surface: x from -1 at the first column of patches to 1 at the last, y
 /// downward in the same unit, both from the centre, where the light is 1. Found from all patches,
@@ -76,6 +83,7 @@ enum class FitLight : std::int32_t {
   plane,      ///< 1 + c0 x + c1 y
   quadratic,  ///< 1 + c0 x + c1 y + c2 x^2 + c3 x y + c4 y^2
 };
+inline constexpr std::array kFitLightNames{"even", "plane", "quadratic"};
 
 enum class PatchWeightPreset : std::int32_t {
   even,           ///< 1 for every patch, as for the patches that the others don't name
@@ -130,6 +138,12 @@ struct GREYCARD_EXPORT FitOptions {
   /// How; its chart is not looked at. Empty stands for the defaults under D65 in the space of
   /// rgbToXyz, with whitePatches.
   std::optional<ColorCorrectionSettings> statedSettings;
+
+  /// Takes over what the stated fit is told: the space of its RGB, the patches for white balance,
+  /// the camera's gamma tables as for SetGammaTable, and the settings for the comparison.
+  /// \throws std::invalid_argument for m_RGBtoXYZTransform 2, whose matrix is no longer the fit's
+  void follow(const ColorCorrectionSettings& settings,
+              const std::array<std::vector<std::int32_t>, 3>& gamma);
 };
 
 /// One photograph of the chart.

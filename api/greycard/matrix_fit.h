@@ -1,8 +1,11 @@
 #pragma once
+/// \file
+/// \ingroup own
 
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -103,6 +106,10 @@ struct MatrixFitResult {
   bool converged = false;          ///< else the search that gave the result was stopped
   std::vector<std::string> notes;  ///< what a reader should know, in sentences
 };
+
+/// Light of a linear measured value by a curve as MatrixFitResult::toneCurve has it, of two values
+/// or more; beyond its ends the last straight line goes on.
+GREYCARD_EXPORT double curveLight(std::span<const double> toneCurve, double measured);
 
 /// Fits a colour-correction matrix, with what else is free, to photographs of the 24-patch chart by
 /// the least colour error, and tells how far to believe it: gradient-based searches (Levenberg and

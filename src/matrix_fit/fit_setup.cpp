@@ -10,6 +10,7 @@
 #include "exposure_gain.h"
 #include "grey_curve.h"
 #include "greycard/delta_e.h"
+#include "light_table.h"
 #include "matrix_functions.h"
 #include "srgb_transfer.h"
 #include "table_conversion.h"

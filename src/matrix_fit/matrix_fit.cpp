@@ -6,16 +6,17 @@
 #include <utility>
 
 #include "belief/error_propagation.h"
-#include "fit_check.h"
 #include "belief/fit_figures.h"
-#include "fit_search.h"
-#include "greycard/delta_e.h"
 #include "belief/held_out.h"
 #include "belief/stated_fit.h"
+#include "belief/trade_off.h"
+#include "fit_check.h"
+#include "fit_search.h"
+#include "greycard/delta_e.h"
+#include "light_table.h"
 #include "svd.h"
 #include "table_conversion.h"
 #include "text.h"
-#include "belief/trade_off.h"
 
 namespace greycard {
 namespace {
@@ -221,6 +222,10 @@ class Run {
 };
 
 }  // namespace
+
+double curveLight(std::span<const double> toneCurve, double measured) {
+  return tableLight(toneCurve, measured);
+}
 
 MatrixFit::MatrixFit(FitOptions options) : options_(std::move(options)) {
   checkFitOptions(options_);

@@ -52,14 +52,6 @@ CurvePoint curvePoint(const ParametricCurve& curve, double x, double encoded) {
   return curveTerms(curve.family) > 0 ? powerPoint(x, first, second) : CurvePoint{x, {}};
 }
 
-double tableLight(std::span<const double> table, double x) {
-  const double last = static_cast<double>(table.size() - 1);
-  const double at = sRGBEncode(x) * last;
-  const double low = std::clamp(std::floor(at), 0.0, last - 1.0);
-  const auto i = static_cast<std::size_t>(low);
-  return table[i] + (at - low) * (table[i + 1] - table[i]);
-}
-
 std::vector<double> tableOf(const ParametricCurve& curve) {
   std::vector<double> table(kCodes);
   for (std::size_t i = 0; i < kCodes; ++i) {

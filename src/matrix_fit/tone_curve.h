@@ -34,10 +34,6 @@ struct CurvePoint {
 /// \param encoded  sRGBEncode(x)
 CurvePoint curvePoint(const ParametricCurve& curve, double x, double encoded);
 
-/// Light of a measured value by a table over sRGB-encoded values at equal steps of 0..1, two or
-/// more, joined by straight lines; beyond its ends the last line goes on.
-double tableLight(std::span<const double> table, double x);
-
 /// Values of the tables that are made here: one for each 8-bit code.
 inline constexpr std::size_t kCodes = 256;
 /// The curve as such a table.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "cholesky.h"
 #include "belief/colour_scatter.h"
 #include "belief/held_out.h"
+#include "cholesky.h"
 
 namespace greycard {
 namespace {
