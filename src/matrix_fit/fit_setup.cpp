@@ -118,7 +118,8 @@ void FitContext::addSamples(std::span<const FitPhotograph> photographs, const Pa
   for (FitSample& sample : setup.samples) sample.weight /= sum;
 }
 
-// The stated rule, on the light of the patches summed over the photographs in which they count.
+// The stated rule, on the light of the patches summed over the photographs in which they count, by
+// the photographs' weights.
 void FitContext::setGains(std::span<const FitPhotograph> photographs, const PatchMask& leftOut,
                           const FitState* before, FitSetup& setup) const {
   CDoubleMatrix sum(kPatchCount, 3);
@@ -130,7 +131,7 @@ void FitContext::setGains(std::span<const FitPhotograph> photographs, const Patc
       if (!takesPart(photographs[k], i, leftOut)) continue;
       if (patches.empty() || patches.back() != patch) patches.push_back(patch);
       for (std::size_t c = 0; c < 3; ++c) {
-        const double light = lightOf(setup, k, i, c);
+        const double light = photographs[k].weight * lightOf(setup, k, i, c);
         sum[patch][c] += light;
         total[c] += light;
       }

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "chart_sections.h"
 #include "greycard/number_text.h"
@@ -14,15 +15,25 @@ using Rows = std::vector<std::vector<std::string>>;
 
 // Both fits in one table, on the same samples and by the same measures.
 std::string comparisonSection(const BestChartFit& fit) {
-  Rows rows = {{"", "mean dE00", "95 %", "worst", "levelled mean", "mean dE94", "mean dE76",
-                "mean CAM16-UCS", "|dL*|", "|dC*|", "|dH*|", "SMI", "objective"}};
-  const auto add = [&](const std::string& name, const FitFigures& f) {
-    std::vector<std::string> row = {name};
-    for (const double value :
-         {f.mean2000, f.percentile95, f.max2000, f.meanLevelled, f.mean94, f.mean76, f.meanCam16,
-          f.meanL, f.meanC, f.meanH, f.metamerismIndex, f.objective})
-      row.push_back(fixed(value, 2));
-    rows.push_back(std::move(row));
+  constexpr std::pair<const char*, double FitFigures::*> kFigures[] = {
+      {"CIEDE2000: mean", &FitFigures::mean2000},
+      {"95 %", &FitFigures::percentile95},
+      {"worst", &FitFigures::max2000},
+      {"levelled mean", &FitFigures::meanLevelled},
+      {"CIE94: mean", &FitFigures::mean94},
+      {"CIE76: mean", &FitFigures::mean76},
+      {"CAM16-UCS: mean", &FitFigures::meanCam16},
+      {"mean |dL*|", &FitFigures::meanL},
+      {"mean |dC*|", &FitFigures::meanC},
+      {"mean |dH*|", &FitFigures::meanH},
+      {"metamerism index", &FitFigures::metamerismIndex},
+      {"objective of the best fit", &FitFigures::objective}};
+  Rows rows = {{""}};
+  for (const auto& [name, figure] : kFigures) rows.push_back({name});
+  const auto add = [&](const std::string& title, const FitFigures& figures) {
+    rows.front().push_back(title);
+    for (std::size_t i = 0; i < std::size(kFigures); ++i)
+      rows[i + 1].push_back(fixed(figures.*kFigures[i].second, 2));
   };
   const auto& photographs = fit.best.photographs;
   for (std::size_t k = 0; k < photographs.size(); ++k) {
@@ -34,9 +45,8 @@ std::string comparisonSection(const BestChartFit& fit) {
   if (photographs.size() > 1) add("best fit, all", fit.best.figures);
   return "<h2>Stated and best fit</h2>\n" + htmlTable(rows) +
          "<p class=\"note\">Over the patches that took part. Levelled: without the common "
-         "difference of L*. SMI: sensitivity metamerism index by the matrix, 100 - 5.5 times the "
-         "mean error (" +
-         htmlEscape(fit.best.metamerismBasis) + "). Objective: what the best fit made small.</p>\n";
+         "difference of L*. Metamerism index: 100 - 5.5 times the mean error (" +
+         htmlEscape(fit.best.metamerismBasis) + ").</p>\n";
 }
 
 std::string plusMinus(double value, double error, int decimals) {
