@@ -24,7 +24,7 @@ if [ "$what" != all ] && [ "$what" != quick ]; then
   exit 2
 fi
 if [ "$what" = all ]; then
-  run_preset tsan colour_tests detect_tests fitting_tests noise_tests
+  run_preset tsan colour_tests detect_tests fitting_tests lut2d_tests noise_tests
   run_preset asan
 fi
 run_preset release

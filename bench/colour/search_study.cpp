@@ -140,7 +140,7 @@ ColorMatrixOpt chartOf(Random& random, bool tried, OptimMode mode) {
   cm.m_nTransformType = tried && random.between(0, 1) < 0.5 ? 1 : 0;
   cm.SetRGB(measured);
   cm.SetNoise(noise);
-  cm.LoadRefLab(target, toPatchTable(ColorCalc(illumOf(target), 0).targetLab()));
+  cm.LoadRefLab(target, ColorCalc(illumOf(target), 0).targetLab());
   cm.Normalize();
   cm.ColorMatrix_WB({19, 20, 21});
   cm.SetOptimLight(target);
@@ -151,22 +151,22 @@ ColorMatrixOpt chartOf(Random& random, bool tried, OptimMode mode) {
 struct Problem {
   explicit Problem(const ColorMatrixOpt& cm)
       : set(illumOf(cm.m_light), cm.m_nTransformType),
-        target(prepareTarget(toPatchTable(set.targetLab()), cm.m_RefLab, cm.m_adjustment)),
-        model(cm.m_balancedRGB, GammaStage(cm.normalisedGamma()), toMatrix3(set.rgbToXyz()),
-              toVector3(set.whitePoint())),
+        target(prepareTarget(set.targetLab(), cm.m_RefLab, cm.m_adjustment)),
+        model(cm.m_balancedRGB, GammaStage(cm.normalisedGamma()), set.rgbToXyz(), set.whitePoint()),
         cost(model,
              {.targetLab = target,
               .patchWeights = cm.m_patchWeights,
               .noise = cm.m_Noise,
               .gains = {cm.m_whiteBalance[0][0], cm.m_whiteBalance[1][1], cm.m_whiteBalance[2][2]},
-              .rgbToXyz = toMatrix3(set.rgbToXyz()),
-              .white = toVector3(set.whitePoint()),
+              .rgbToXyz = set.rgbToXyz(),
+              .white = set.whitePoint(),
               .mode = cm.m_mode,
               .kL = cm.m_kL,
               .kC = cm.m_kC,
               .noiseRate = cm.m_fNoiseRate,
               .noiseScale = 5.0}) {
-    const CDoubleMatrix rgb = mmABt(MatrixMultiply(set.targetXyz(), 0.01), set.xyzToRgb());
+    const CDoubleMatrix rgb =
+        mmABt(MatrixMultiply(toMatrix(set.targetXyz()), 0.01), toMatrix(set.xyzToRgb()));
     start = parametersFromMatrix(
         toMatrix3(MatrixTranspose(MatrixMultiply(pinv(toMatrix(cm.m_balancedRGB)), rgb))));
   }

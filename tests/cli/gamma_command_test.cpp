@@ -13,17 +13,17 @@ using testing::Not;
 
 TEST_F(CommandTest, GammaListNamesTheCatalogue) {
   EXPECT_THAT(run({"gamma", "list"}).out, HasSubstr("VOutdoorHighContrast"));
-  const auto json = nlohmann::json::parse(run({"gamma", "list", "--json", "-"}).out);
-  ASSERT_EQ(json["curves"].size(), 11u);
-  EXPECT_EQ(json["curves"][8]["name"], "VGammaSRGB");
+  const auto curves = nlohmann::json::parse(run({"gamma", "list", "--json", "-"}).out);
+  ASSERT_EQ(curves["curves"].size(), 11u);
+  EXPECT_EQ(curves["curves"][8]["name"], "VGammaSRGB");
 }
 
 TEST_F(CommandTest, GammaShowsTheCurveAsTextJsonAndPlot) {
   const auto outcome = run({"gamma", "show", "VGammaSRGB", "--plot", "curve.svg", "--json",
                             "curve.json", "--points", "5"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  const auto json = nlohmann::json::parse(read("curve.json"));
-  const auto table = json["table"].get<std::vector<int>>();
+  const auto curve = nlohmann::json::parse(read("curve.json"));
+  const auto table = curve["table"].get<std::vector<int>>();
   ASSERT_EQ(table.size(), 1024u);
   for (std::size_t i = 0; i < 1024; ++i) {
     const double x = static_cast<double>(i) / 1023.0;
@@ -31,7 +31,7 @@ TEST_F(CommandTest, GammaShowsTheCurveAsTextJsonAndPlot) {
     // 512 entries joined by straight lines, whose places are up to half an index off.
     EXPECT_NEAR(table[i], 16383 * v, 16383 * std::max(0.004, 0.01 * (1 - x))) << i;
   }
-  EXPECT_EQ(json["points"].size(), 5u);
+  EXPECT_EQ(curve["points"].size(), 5u);
   EXPECT_THAT(outcome.out, HasSubstr(" " + std::to_string(table[700]) + " "));
 
   const auto svg = read("curve.svg");

@@ -41,6 +41,7 @@ const struct {
   int rowsRead;           // by the forgiving call; 24 makes it true
   const char* complaint;  // of the strict call; null when it accepts
 } kTexts[] = {
+    // Name, text, rows read by the forgiving call, what the strict call complains of.
     {"plain", lines(24), 24, nullptr},
     {"dos, tabs, signs, exponents", lines(24, " +5e1\t15E-1 -2.0 \r\n"), 24, nullptr},
     {"byte order mark, no last newline", "\xEF\xBB\xBF" + lines(23) + "50 1.5 -2", 24, nullptr},
@@ -55,6 +56,8 @@ const struct {
     {"not a number", lines(23) + "50 nan 3\n", 24, "line 24: \"nan\" is not within"},
     {"bytes", std::string("\0\x80 \xff\n", 5) + lines(24), 0, "line 1: holds 2 values"},
     {"too long", lines(24) + std::string(70000, ' '), 24, "too long"},
+    {"as long as it may be", lines(24) + std::string(65536 - 24 * 10, ' '), 24, nullptr},
+    {"one byte longer", lines(24) + std::string(65537 - 24 * 10, ' '), 24, "too long"},
 };
 
 TEST(ChartFiles, ForgivingAndStrictReading) {

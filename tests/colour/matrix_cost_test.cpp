@@ -1,5 +1,6 @@
 #include "matrix_cost.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <random>
@@ -8,6 +9,7 @@
 #include "chart_fixture.h"
 #include "greycard/delta_e.h"
 #include "gtest/gtest.h"
+#include "saturation_search.h"
 
 namespace greycard {
 namespace {
@@ -129,6 +131,39 @@ TEST_F(Cost, TermsEqualTheirFormulas) {
       EXPECT_NEAR(cost.chromaChange(p), chroma / wanted - 1, 1e-12);
     }
   }
+}
+
+// Far off, so that no sweep comes near: the coarse one to where nothing improves, then for each hue
+// weight a wide and a narrow one, each centred where the one before has ended.
+TEST_F(Cost, SaturationSearchGoesThroughItsSchedule) {
+  MatrixCost cost(*model_, setup_);
+  std::vector<double> hue, pressure, share;
+  const ProgressCallback note = [&](double fraction) {
+    hue.push_back(cost.hueWeight), pressure.push_back(cost.saturationPressure);
+    share.push_back(fraction);
+    return true;
+  };
+  const auto found = SaturationSearch(cost, 9.0, note).run({1.5, -0.3, -0.2, 1.4, -0.5, 1.6});
+  ASSERT_TRUE(found);
+  const auto coarse = static_cast<std::size_t>(std::ranges::count(hue, 1.0)) - 75;
+  ASSERT_EQ(hue.size(), coarse + 11 * 75);
+  EXPECT_EQ(found->powellRuns, static_cast<int>(hue.size()));
+  EXPECT_GT(found->evaluations, found->powellRuns);
+  double g = coarse < 250 ? static_cast<double>(coarse - 1) * 4 / 249 : 250.0 * 4 / 249;
+  for (std::size_t i = 0; i < coarse; ++i) {
+    EXPECT_NEAR(pressure[i], static_cast<double>(i) * 4 / 249, 1e-12);
+    EXPECT_NEAR(share[i], static_cast<double>(i) / 1075, 1e-12);
+  }
+  std::size_t at = coarse;
+  for (const double weight : {0.5, 0.6, 0.7, 0.8, 0.9, 1.0, 1.2, 1.4, 1.6, 1.8, 2.0})
+    for (const auto& [half, steps] : {std::pair{0.5, 50}, {0.25, 25}}) {
+      for (int n = 0; n < steps; ++n, ++at) {
+        EXPECT_NEAR(hue[at], weight, 1e-12) << at;
+        EXPECT_NEAR(pressure[at], g - half + n * 2 * half / (steps - 1), 1e-9) << at;
+        EXPECT_NEAR(share[at], (250.0 + static_cast<double>(at - coarse)) / 1075, 1e-12);
+      }
+      g += -half + steps * 2 * half / (steps - 1);
+    }
 }
 
 TEST_F(Cost, EvaluationDoesNotAllocate) {

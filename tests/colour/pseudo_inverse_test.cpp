@@ -13,6 +13,7 @@ TEST(PseudoInverse, KnownMatrices) {
     const char* name;
     Matrix3 in, out;
   } cases[] = {
+      // Name, matrix, pseudo-inverse; k is 1 / 36.
       // Determinant 1, so the inverse has whole entries.
       {"regular", {{{2, 3, 1}, {1, 2, 1}, {1, 1, 1}}}, {{{1, -2, 1}, {0, 1, -1}, {-1, 1, 1}}}},
       {"cycle", {{{0, 2, 0}, {0, 0, 4}, {8, 0, 0}}}, {{{0, 0, 0.125}, {0.5, 0, 0}, {0, 0.25, 0}}}},

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -51,7 +52,8 @@ TEST(RegionFile, RefusesNamingFileLineAndWord) {
   const struct {
     std::string text;
     const char *line, *word;
-  } cases[] = {{"", "line 1", "0 lines"},
+  } cases[] = {// Text, the line and the word that the refusal names.
+               {"", "line 1", "0 lines"},
                {lines(23), "line 24", "23 lines"},
                {lines(25), "line 25", "25 lines"},
                {"\n" + lines(24), "line 1", "1 values"},

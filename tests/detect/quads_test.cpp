@@ -26,6 +26,7 @@ Contour bulging(int by) {
 
 TEST(FindQuad, TakesNearlySquareConvexQuads) {
   const QuadCase cases[] = {
+      // Name, contour, least area, whether it is taken.
       {"square", {{0, 0}, {40, 0}, {40, 40}, {0, 40}}, 0, true},
       {"sides differ by exactly 10 %", {{0, 0}, {40, 0}, {40, 44}, {0, 44}}, 0, false},
       {"and the other way round", {{0, 0}, {44, 0}, {44, 40}, {0, 40}}, 0, false},
@@ -41,6 +42,10 @@ TEST(FindQuad, TakesNearlySquareConvexQuads) {
       {"triangle", {{0, 0}, {100, 0}, {50, 90}}, 0, false},
       {"four corners only at accuracy 7", bulging(7), 0, true},
       {"four corners only at accuracy 8", bulging(8), 0, false},
+      // Two equal sides beside two long ones: the diagonal of 98.6 is 0.153 and 0.144 of the
+      // perimeter.
+      {"a kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 270}}, 0, true},
+      {"a longer kite", {{59, -26}, {3, -6}, {-5, 49}, {-22, 290}}, 0, false},
       {"one point", {{5, 5}}, 0, false}};
   for (const auto& c : cases)
     EXPECT_EQ(find_quad(c.contour, c.minSize).has_value(), c.accepted) << c.name;

@@ -11,7 +11,7 @@ namespace {
 
 TEST(HistPercentile, BinAndShareByHand) {
   const double data[] = {0.2, 0.2, 0.6, 1.0};
-  const double empty[] = {0.0, 0.5, 0.5, 1.0};
+  const double empty[] = {0.0, 0.5, 0.5, 1.0}, steep[] = {0.4, 0.6, 0.8, 1.0};
   const struct {
     const char* what;
     const double* data;
@@ -19,11 +19,12 @@ TEST(HistPercentile, BinAndShareByHand) {
     int bin;
     double partial;
   } cases[] = {
+      // What, table, percentile, bin, share of the bin.
       {"below zero", data, -1.0, 0, 0.0},        {"in the first bin", data, 0.05, 0, 0.25},
       {"at the first entry", data, 0.2, 1, 0.0},  // an empty bin
       {"in the third bin", data, 0.3, 2, 0.25},  {"the end", data, 1.0, 3, 1.0},
       {"above one", data, 1.5, 3, 1.0},          {"zero, first bin empty", empty, 0.0, 1, 0.0},
-      {"on a flat stretch", empty, 0.5, 1, 1.0},
+      {"on a flat stretch", empty, 0.5, 1, 1.0}, {"in a first bin of 0.4", steep, 0.1, 0, 0.25},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -33,20 +34,6 @@ TEST(HistPercentile, BinAndShareByHand) {
     EXPECT_EQ(bin, c.bin);
     EXPECT_NEAR(partial, c.partial, 1e-15);
   }
-}
-
-// With as many pixels in each bin the mean between two bin edges is that of the bins' numbers.
-TEST(HistAverage, OfAUniformHistogram) {
-  std::array<double, 256> cdf, weighted;
-  for (int k = 0; k < 256; ++k) {
-    cdf[static_cast<std::size_t>(k)] = (k + 1) / 256.0;
-    weighted[static_cast<std::size_t>(k)] = k * (k + 1) / 512.0;
-  }
-  const PercentileGuide guide(cdf);
-  for (const auto& [from, to] : {std::pair{0, 256}, {0, 1}, {100, 101}, {192, 256}, {250, 100}})
-    EXPECT_NEAR(GetBHistAvgForPctRange(0, from / 256.0, to / 256.0, weighted, cdf, guide),
-                (from + to - 1) / 2.0, 1e-9)
-        << from << " to " << to;
 }
 
 TEST(PercentileGuide, FindsWhatTheWholeSearchFinds) {

@@ -15,26 +15,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-TEST(LumaTargetRule, TheCeilingIsThatOfTheFirstImageOnlyWhenItIsFitted) {
-  LumaTask task(2, 5);
-  task.current = {10.0, 40.0};
-  GaParameters x{200, 300, 100, 30, 0.08, 0.04, 1.5, 0.1, 0.02, 0.01, 0.0, 0.15};
-  task.luma = {1000.0, 1000.0};  // targets far above every ceiling
-  task.fallback = x;
-  for (const bool fitted : {true, false}) {
-    task.enable[4] = fitted ? 1.0 : 0.0;
-    auto run = runOf(task);
-    run.errorFunc_LumaTarget(x);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[0], 15.0);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[1], fitted ? 15.0 : 60.0);
-    x[7] = 2.0;  // the floor wins
-    run.m_initial_parameter[7] = 2.0;
-    run.errorFunc_LumaTarget(x);
-    EXPECT_EQ(run.m_resHistBasedSafeTarget[1], 80.0);
-    x[7] = 0.1;
-  }
-}
-
 TEST(LumaTargetRule, AgreesWithThePlainComputationAndAllocatesNothing) {
   std::mt19937 random(2);
   LumaTask task(40, 9);
@@ -57,8 +37,40 @@ TEST(LumaTargetRule, AgreesWithThePlainComputationAndAllocatesNothing) {
       EXPECT_THAT(run.m_resHistBasedSafeTarget,
                   testing::Pointwise(testing::DoubleNear(1e-9), plain.safe));
       EXPECT_EQ(run.m_xTmp, x);
-      auto fresh = runOf(task);  // what was kept from earlier evaluations changes no bit
+      auto fresh = runOf(task);
+      fresh.prepare();  // what was kept from earlier evaluations changes no bit
       EXPECT_EQ(fresh.errorFunc_LumaTarget(x), error);
+    }
+  }
+}
+
+struct RangeCase {
+  double a, b, darkHi, darkLo;  // candidate targets
+  double lo, hi;                // what they leave of the range
+};
+
+// One image, whose current target is once below and once above all candidates.
+TEST(LumaTargetRule, TakesWhatThePairsHaveInCommonOrTheGap) {
+  const RangeCase cases[] = {{20, 10, 90, 40, 20, 40}, {60, 10, 90, 40, 40, 60},
+                             {95, 10, 90, 40, 40, 90}, {60, 50, 90, 40, 50, 60},
+                             {95, 50, 90, 40, 50, 90}, {99, 95, 90, 40, 90, 95},
+                             {10, 20, 90, 40, 20, 40}, {95, 10, 40, 90, 90, 40},
+                             {95, 90, 40, 90, 40, 90}, {40, 10, 90, 40, 40, 40}};
+  for (const RangeCase& c : cases) {
+    LumaTask task(1, 4);
+    task.enable.assign(kGaEnableFlags, 0.0);
+    const auto plain = evaluatePlainly(task, task.fallback);
+    task.luma[0] = 1.0;
+    task.fallback[0] = c.a * plain.pushDown[0], task.fallback[1] = c.b * plain.pushUp[0];
+    task.fallback[2] = c.darkHi * plain.dark[0], task.fallback[3] = c.darkLo * plain.dark[0];
+    task.fallback[6] = 1e6, task.fallback[7] = 0.0;
+    for (const double current : {1.0, 100.0}) {
+      task.current = {current};
+      auto run = runOf(task);
+      run.errorFunc_LumaTarget(task.fallback);
+      const double wanted = c.lo > current ? c.lo : c.hi < current ? c.hi : current;
+      EXPECT_NEAR(run.m_resHistBasedSafeTarget[0], wanted, 1e-9) << c.a << " " << c.b;
+      EXPECT_NEAR(run.m_tempTarget[0][0], std::max(c.a, c.b), 1e-9);
     }
   }
 }

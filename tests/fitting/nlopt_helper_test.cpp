@@ -10,9 +10,11 @@
 #include <thread>
 
 #include "colour_space.h"
+#include "golden.h"
 #include "greycard/diagnostics.h"
 #include "luma_task.h"
 #include "nlopt_callbacks.h"
+#include "text.h"
 
 namespace greycard {
 namespace {
@@ -176,6 +178,7 @@ TEST(GaArguments, AreRefusedByName) {
     const char* says;
     std::function<void(LumaTask&)> spoil;
   } cases[] = {
+      // How the refusal begins, and what is wrong.
       {"imageCount is 0", [](LumaTask& t) { t.imageCount = 0; }},
       {"imageCount is 300", [](LumaTask& t) { t.imageCount = 300; }},
       {"Weight has 2 entries; it needs 3", [](LumaTask& t) { t.weight.pop_back(); }},
@@ -185,7 +188,11 @@ TEST(GaArguments, AreRefusedByName) {
       {"cur_target[0] is not", [&](LumaTask& t) { t.current[0] = nan; }},
       {"hist_RGB[1][2][255] is not", [&](LumaTask& t) { t.rgb[1][2][255] = nan; }},
       {"max_pushup_mean has 0", [](LumaTask& t) { t.unused.clear(); }},
-      {"initialBound[3] is 31, outside its bounds 0 to 30", [](LumaTask& t) { t.start[3] = 31; }},
+      {"initialBound[3] is 30.1234568, outside its bounds 0 to 30",
+       [](LumaTask& t) { t.start[3] = 30.12345678912; }},
+      {"initialBound[2] is -1, outside", [](LumaTask& t) { t.start[2] = -1; }},
+      {"max_drc_gain is not a finite number", [&](LumaTask& t) { t.maxDrcGain = nan; }},
+      {"ADRC_Enable is not a finite number", [&](LumaTask& t) { t.adrc = HUGE_VAL; }},
       {"upperBound[3] is not", [&](LumaTask& t) { t.upper[3] = HUGE_VAL; }},
       {"parameters_enable has 8", [](LumaTask& t) { t.enable.pop_back(); }},
       {"final_dark_pos has 2", [](LumaTask& t) { t.dark.pop_back(); }},
@@ -215,18 +222,18 @@ double lightness(const Vector3& rgb, double factor) {
 
 TEST(FindMinSearch, AgreesWithBisection) {
   const NLoptHelper helper;
-  const std::pair<Vector3, Vector3> cases[] = {{{200, 100, 50}, {100, 100, 100}},
-                                               {{60, 20, 30}, {90, 140, 40}},
-                                               {{255, 255, 255}, {128, 128, 128}},
-                                               {{1, 1, 1}, {6, 6, 6}},
-                                               {{30, 30, 30}, {240, 250, 245}}};
+  const std::pair<Vector3, Vector3> cases[] = {
+      {{200, 100, 50}, {100, 100, 100}},     {{60, 20, 30}, {90, 140, 40}},
+      {{255, 255, 255}, {128, 128, 128}},    {{1, 1, 1}, {6, 6, 6}},
+      {{0.05, 0.05, 0.05}, {0.4, 0.4, 0.4}}, {{30, 30, 30}, {240, 250, 245}}};
   for (const auto& [test, target] : cases) {
     double low = 0.0, high = 10.0;
     for (int i = 0; i < 100; ++i) {
       const double middle = (low + high) / 2;
       (lightness(test, middle) < lightness(target, 1) ? low : high) = middle;
     }
-    EXPECT_NEAR(helper.findMinSearch(test, target), low, 1e-4);
+    // It stops at a difference of 1e-5 in L*, of which a dark colour has little for each factor.
+    EXPECT_NEAR(helper.findMinSearch(test, target), low, 1e-4 + 1e-5 / lightness(test, 1));
   }
   EXPECT_NEAR(helper.findMinSearch({128, 64, 32}, {128, 64, 32}), 1.0, 1e-4);
   EXPECT_EQ(helper.findMinSearch({0, 0, 0}, {40, 50, 60}), 1.0);
@@ -255,16 +262,30 @@ TEST(FindMinSearch, AnswersAtOnceWhereNoFactorReachesTheTarget) {
   EXPECT_NEAR(NLoptHelper().findMinSearch(mixed, {100, 100, 100}, noSearch), brightest, 2e-5);
 }
 
+TEST(GoldenFitting, StopReasons) {
+  std::string text;
+  for (int code = -6; code < 8; ++code)
+    text += std::to_string(code) + ": " + std::string(stopReason(code)) + "\n";
+  expectGolden("fitting/golden/stop_reasons.txt", text);
+}
+
 TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
   std::vector<std::string> lines;
   setDebugLog([&](int, std::string_view category, std::string_view text) {
     EXPECT_EQ(category, "DebugPrint");
     lines.emplace_back(text);
   });
-  knownTask(2).call(false, evaluations(300));
+  auto task = knownTask(2);
+  const GaParameters found = task.call(false, evaluations(300));
   ASSERT_EQ(lines.size(), 2u);
-  EXPECT_THAT(lines[0], testing::StartsWith("min utility="));
-  EXPECT_THAT(lines[1], testing::MatchesRegex("four targets = \\([^)]*\\) \n"));
+  const auto listed = [](std::span<const double> values, char separator) {
+    std::string text;
+    for (const double value : values) text += separator + formatFixed(value, 6);
+    return "(" + text.substr(1) + ")";
+  };
+  EXPECT_THAT(lines[0], testing::StartsWith("min utility=" + formatFixed(task.error, 6)));
+  EXPECT_THAT(lines[0], testing::EndsWith(", x=" + listed(found, ',') + "\n"));
+  EXPECT_EQ(lines[1], "four targets = " + listed(task.four[0], ' ') + " \n");
   lines.clear();
   NLoptHelper().findMinSearch({100, 100, 100}, {100, 100, 100});
   EXPECT_THAT(lines[1], testing::Eq("(100.000000 100.000000)  \n"));
@@ -279,6 +300,16 @@ TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
   EXPECT_NEAR(x * x + 3 * y * y + z, 100.0, 0.01);
   EXPECT_GE(x, y + 5.0 - 1e-5);
   EXPECT_GE(z, x + 10.0 - 1e-5);
+  EXPECT_GE(y, 1.0);
+}
+
+TEST(NloptCallbacks, ConstraintsOfTheLumaRule) {
+  GaParameters x{0, 0, 90, 49, 0.08, 0.04, 0, 0, 0.07, 0.03, 0.02, 0.12};
+  const auto value = [&x](auto constraint) { return constraint(12, x.data(), nullptr, nullptr); };
+  EXPECT_NEAR(value(GAinconstraint1), -0.005, 1e-15);
+  EXPECT_NEAR(value(GAinconstraint2), -0.005, 1e-15);
+  EXPECT_EQ(value(GAinconstraint3), -1.0);
+  EXPECT_NEAR(value(GAinconstraint4), -0.02, 1e-15);
 }
 
 TEST(NloptCallbacks, LogUtilityUnderABudget) {

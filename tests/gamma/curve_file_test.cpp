@@ -111,6 +111,12 @@ TEST_F(CurveFile, WhatIsWrittenWithoutSomeListsOrTables) {
   EXPECT_THAT(*curve->GetFileText(64, 8), testing::StartsWith("GammaTableV2R:\r\n"));
   EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("\n\r\nGammaTableV2B:\r\n"));
   EXPECT_THAT(*curve->GetFileText(64, 8), testing::Not(HasSubstr("ControlPoints")));
+  curve->SetControlPoints(ColorChannel::Green, "0,0 9,9");
+  curve->SetControlPoints(ColorChannel::Blue, "0,0 9,9");
+  curve->SetControlPoints(ColorChannel::Red, std::make_shared<ControlPointList>());
+  EXPECT_THAT(*curve->GetFileText(64, 8), testing::Not(HasSubstr("ControlPoints")));
+  curve->SetControlPoints(ColorChannel::Red, "0,0 9,9");
+  EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("\nGammaControlPointsV2B:\r\n 0,0 9,9\r\n"));
   model.SetRGBGamma(false);  // the curve's own flag counts
   EXPECT_THAT(*curve->GetFileText(64, 8), HasSubstr("GammaTableV2G:"));
   curve->SetGammaTable(ColorChannel::Green, nullptr);
@@ -161,56 +167,25 @@ TEST_F(CurveFile, ReadsNumbersWhereverTheyStand) {
   EXPECT_EQ(import("GammaTableV2G: " + numbers(64) + "GammaTableV2B: " + numbers(64)), nullptr);
 }
 
-TEST_F(CurveFile, OneTableModelTakesNoPartOfThePoints) {
-  model.SetRGBGamma(false);
-  const std::string tables = "GammaTableV2R: " + numbers(64) + "GammaTableV2G: " + numbers(64) +
-                             "GammaTableV2B: " + numbers(64, 2);
-  const auto curve = import(tables + "GammaControlPointsV2R: 0 0 5 5");
-  ASSERT_TRUE(curve);
-  EXPECT_TRUE(curve->ControlPoints()->empty());
-  EXPECT_EQ((*curve->Data())[0], 2 << 6);  // blue wins
-  const auto report = model.ImportText("x", tables + "GammaControlPointsV2R: 0 0 5 5");
-  EXPECT_EQ(report.notes.size(), 2u);
-  const auto full = model.ImportText("y", tables + "GammaControlPointsV2R: 0 0 5 5\n" +
-                                              "GammaControlPointsV2G: 0 0 7 7\n" +
-                                              "GammaControlPointsV2B: 0 0 9 9");
-  EXPECT_EQ(*full.curve->ControlPoints(), (ControlPointList{{0, 0}, {9, 9}}));  // blue's too
-  EXPECT_EQ(full.notes.size(), 3u);  // red's and green's points are left out
-}
-
-TEST_F(CurveFile, RefusalsSayWhyAndLeaveTheCatalogue) {
-  const struct {
-    std::string text;
-    std::size_t line;
-    std::string token, reason;
-  } cases[] = {
-      {"", 0, "", "there is no red table"},
-      {"GammaTableV2G: 1 2\nGammaTableV2B: 1 2", 0, "", "there is no red table"},
-      {"\n\nGammaTableV2R:\n" + numbers(100), 3,
-       "GammaTableV2R:", "the red table holds 100 numbers where 64, 256, 512 or 1024 are accepted"},
-      {"\n1 2 3", 2, "", "the red table holds 3 numbers"},
-      {std::string(3 << 20, 'x') + std::string(1 << 20, '\0'), 0, "", "there is no red table"},
-      {numbers(5000), 1, "", "the red table holds 5000 numbers"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text.substr(0, 60));
-    EXPECT_EQ(import(c.text), nullptr);
-    const auto report = model.ImportWithReport(folder / "curve.txt");
-    EXPECT_EQ(report.curve, nullptr);
-    ASSERT_TRUE(report.refusal);
-    EXPECT_EQ(report.refusal->line, c.line);
-    EXPECT_EQ(report.refusal->token, c.token);
-    EXPECT_THAT(report.refusal->text, HasSubstr(c.reason));
+TEST_F(CurveFile, RefusalsLeaveTheCatalogue) {
+  for (const std::string& text : {std::string(), "GammaTableV2R:\n" + numbers(100), numbers(5000),
+                                  std::string(3 << 20, 'x') + std::string(1 << 20, '\0')}) {
+    EXPECT_EQ(import(text), nullptr);
+    EXPECT_TRUE(model.ImportWithReport(folder / "curve.txt").refusal);
   }
   EXPECT_THROW(model.ImportFromFile(folder / "none.txt"), FileError);
   EXPECT_THROW(model.ImportFromFile(folder), FileError);
-  model.SetGammaBitSize(40);
-  EXPECT_THAT(model.ImportText("x", numbers(64)).refusal->text, HasSubstr("40 bits"));
   EXPECT_TRUE(model.GetNames().empty());
 
   for (int i = 0; i < 999; ++i) model.AddGammaCurve("none" + (i ? std::to_string(i) : ""));
   EXPECT_EQ(model.ImportFromFile(folder / "none.txt"), nullptr);  // not even read
+  const auto refusal = *model.ImportText("none", numbers(64)).refusal;
+  EXPECT_EQ(refusal.line, 0u);
+  EXPECT_EQ(
+      refusal.text,
+      "the catalogue already holds \"none\" and the same name with 1 to 998 behind; rename the "
+      "file or delete a curve");
   model.DeleteGammaCurve("none998");
-  model.SetGammaBitSize(14);
   EXPECT_EQ(model.ImportText("none", numbers(64)).curve->Name(), "none998");
 }
 

@@ -50,7 +50,10 @@ TEST(GammaCurveModel, DeletesAndCommits) {
   EXPECT_FALSE(model.DeleteGammaCurve("VNormal"));
   EXPECT_TRUE(model.SaveGammaCurve("mine"));
   EXPECT_TRUE(model.DeleteGammaCurve("mine"));
-  EXPECT_FALSE(model.SaveGammaCurve("mine"));
+  EXPECT_FALSE(model.SaveGammaCurve("mine") || model.DeleteGammaCurve("mine"));
+  kept->SetGammaTable(ColorChannel::All, table(0));
+  kept->Data()->clear();
+  EXPECT_FALSE(model.SaveGammaCurve("kept"));
   EXPECT_EQ(model.DeletedNames(), Names{"mine"});
   model.CommitSession();
   EXPECT_TRUE(model.DeletedNames().empty() && !kept->IsDirty());

@@ -41,9 +41,13 @@ TEST_F(GammaCurveTest, GoingPerChannelClonesAndGoingBackKeeps) {
   curve->SetIsUnified(false);
   model.SetRGBGamma(true);
   EXPECT_TRUE(curve->IsUnified()) << "refused";
+  curve->SetControlPoints(Channel::All, "1,2");
   curve->SetIsUnified(false);
   EXPECT_FALSE(curve->IsUnified());
   EXPECT_NE(curve->DataB(), curve->Data());
+  EXPECT_NE(curve->ControlPointsG(), curve->ControlPoints());
+  EXPECT_EQ(*curve->ControlPointsG(), *curve->ControlPoints());
+  EXPECT_EQ(*curve->ControlPointsB(), (ControlPointList{{1, 2}}));
   (*curve->DataG())[0] = 99;
   curve->SetIsUnified(true);
   EXPECT_EQ(curve->DataG(), curve->Data());
@@ -109,8 +113,11 @@ TEST_F(GammaCurveTest, WhatCantBeCalculatedLeavesTheTable) {
   EXPECT_THROW(curve->CalculateCurve(), NumericError);
   curve->SetCurveData(std::vector<std::int32_t>(100, 7));
   curve->SetCurveData(GammaTablePtr());
+  curve->SetCurveData(Channel::All, "1 2 x");
   curve->SetCurveData(Channel::All, std::nullopt);
   EXPECT_EQ(*curve->Data(), GammaTable(1024, 0));
+  curve->SetCurveData(Channel::All, *model.GetGammaCurveByIndex(0)->GetDataAsString(Channel::All));
+  EXPECT_EQ(*curve->Data(), *model.GetGammaCurveByIndex(0)->Data());
 }
 
 TEST_F(GammaCurveTest, DownsamplesWithAFixedLastPoint) {
@@ -120,6 +127,11 @@ TEST_F(GammaCurveTest, DownsamplesWithAFixedLastPoint) {
   ASSERT_TRUE(curve->GetDataDownsampled(x, y));
   EXPECT_EQ((std::array{x[0], x[1], x[30], x[31]}), (std::array{0, 8, 240, 255}));
   EXPECT_EQ((std::array{y[0], y[1], y[30], y[31]}), (std::array{0, 33, 990, 16383}));
+  ASSERT_TRUE(curve->GetDataDownsampled(std::span(x).first(17), std::span(y).first(17)));
+  EXPECT_EQ((std::array{x[1], x[15], y[1], y[15]}), (std::array{16, 240, 64, 960}));
+  model.SetMaxY(500);
+  ASSERT_TRUE(curve->GetDataDownsampled(std::span(x).first(2), std::span(y).first(2)));
+  EXPECT_EQ((std::array{x[0], x[1], y[1]}), (std::array{0, 255, 500}));
   model.SetYScale(-1);
   (*curve->Data())[0] = std::numeric_limits<std::int32_t>::min();
   ASSERT_TRUE(curve->GetDataDownsampled(x, y));

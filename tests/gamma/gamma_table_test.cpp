@@ -29,6 +29,7 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
     Table begin, end;         // of the result
   };
   const Case cases[] = {
+      // Name, bits wanted, source, its last entry afterwards, begin and end of the result.
       {"8 bits", 14, ramp(256, 1), 16320, {0, 16, 32, 48, 64}, {16320, 16335, 16350, 16365}},
       {"10 bits", 14, ramp(64, 16), 16128, {0, 16, 32}, {16323, 16338, 16353}},
       {"12 bits", 14, ramp(512, 8), 16352, {0, 16, 32}, {16336, 16352, 16367}},
@@ -45,6 +46,12 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
     EXPECT_EQ(Table(result.begin(), result.begin() + std::ssize(test.begin)), test.begin);
     EXPECT_EQ(Table(result.end() - std::ssize(test.end), result.end()), test.end);
   }
+}
+
+TEST(MakeGammaTable, TakesTheDepthFromTheLastEntry) {
+  const std::pair<std::int32_t, std::int32_t> cases[] = {
+      {-1, 8}, {255, 8}, {256, 10}, {1023, 10}, {1024, 12}, {4095, 12}, {4096, 14}, {kHighest, 14}};
+  for (const auto& [last, bits] : cases) EXPECT_EQ(inferredDepth(last), bits) << last;
 }
 
 TEST(MakeGammaTable, RefusesAndWritesNothing) {

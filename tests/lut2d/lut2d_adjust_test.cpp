@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 #include <stdexcept>
 
 #include "greycard/two_d_lut_helper.h"
@@ -36,55 +37,57 @@ struct Targets {
   bool operator==(const Targets&) const = default;
 };
 
-TEST(Adjust, SpreadsWithTheRootOfTheDistanceWeights) {
-  Targets t;
-  t.drag(8, 7, -20.0, -0.05, 2, 1);  // from hue 120, seen from 0: both ranges grow downward by 1
-  const double s = -0.05;
-  // Hue reaches rows 8 - 3 to 8 + 2, saturation columns 7 - 2 to 7 + 1: weights in quarters and
-  // thirds below, thirds and halves above.
-  EXPECT_EQ(t.hue[t.at(8, 7)], 100);
-  EXPECT_EQ(t.hue[t.at(7, 7)], 105 - static_cast<int>(20.0 * std::sqrt(0.75)));
-  EXPECT_EQ(t.hue[t.at(5, 7)], 75 - 10);
-  EXPECT_EQ(t.hue[t.at(4, 7)], 60);
-  EXPECT_EQ(t.hue[t.at(10, 7)], 150 - static_cast<int>(20.0 * std::sqrt(1.0 / 3.0)));
-  EXPECT_EQ(t.hue[t.at(11, 7)], 165);
-  EXPECT_DOUBLE_EQ(t.sat[t.at(8, 5)], 5 / 15.0 + s * std::sqrt(1.0 / 3.0));
-  EXPECT_DOUBLE_EQ(t.sat[t.at(8, 8)], 8 / 15.0 + s * std::sqrt(0.5));
-  EXPECT_DOUBLE_EQ(t.sat[t.at(7, 6)], 6 / 15.0 + s * std::sqrt(0.75 * 2.0 / 3.0));
-  EXPECT_DOUBLE_EQ(t.sat[t.at(8, 4)], 4 / 15.0);
-  EXPECT_DOUBLE_EQ(t.sat[t.at(8, 9)], 9 / 15.0);
-
-  Targets up;
-  up.drag(8, 7, 20.0, 0.05, 2, 1);  // the hue range above shrinks to 1
-  EXPECT_EQ(up.hue[up.at(9, 7)], 135 + static_cast<int>(20.0 * std::sqrt(0.5)));
-  EXPECT_EQ(up.hue[up.at(10, 7)], 150);
-  EXPECT_NE(up.hue[up.at(6, 7)], 90);
-
-  Targets same;
-  TwoDLutHelper::Adjust({.originalHue = 0,
-                         .deltaS = 0.05,
-                         .deltaH = 20.0,
-                         .rangeS = 1,
-                         .rangeH = 2,
-                         .hitH = 8,
-                         .hitS = 7},
-                        {same.sat, same.hue, 24, 16});
-  EXPECT_TRUE(same == up);
+// Node by node as it is defined, for ranges of less than a turn.
+Targets draggedSlowly(const Targets& old, std::int32_t row, std::int32_t column, double dH,
+                      double dS, std::int32_t rangeH, std::int32_t rangeS, bool movesHit,
+                      std::int32_t original) {
+  Targets t = old;
+  const auto trunc = [](double v) { return static_cast<std::int32_t>(v); };
+  const double sStep = 1.0 / (t.columns - 1), hStep = 360 / t.rows;
+  std::int32_t sLo = -rangeS, sHi = rangeS, hLo = -rangeH, hHi = rangeH;
+  if (dS < 0)
+    sLo += trunc(dS / sStep - 0.5);
+  else
+    sHi = trunc(dS / sStep + 0.5) + rangeS;
+  const bool ahead = old.hue[old.at(row, column)] - original < 180;
+  if (dH < 0)
+    ahead ? hLo -= trunc(-dH / hStep + 0.5) : hHi = trunc(-dH / hStep + 0.5) + rangeH;
+  else
+    ahead ? hHi = rangeH - trunc(dH / hStep + 0.5) : hLo -= trunc(-dH / hStep + 0.5);
+  if (column + sLo <= 0) sLo = 1 - column;
+  if (column + sHi >= t.columns - 1) sHi = t.columns - column - 1;
+  for (std::int32_t ds = sLo; ds <= sHi; ++ds)
+    for (std::int32_t dh = hLo; dh <= hHi; ++dh) {
+      const std::int32_t c = column + ds, r = (row + dh + t.rows) % t.rows;
+      if (c <= 0 || c >= t.columns || (ds == 0 && dh == 0 && !movesHit)) continue;
+      const double ws = 1.0 - std::abs(ds) / (ds <= 0 ? 1.0 - sLo : sHi + 1.0);
+      const double wh = 1.0 - std::abs(dh) / (dh <= 0 ? 1.0 - hLo : hHi + 1.0);
+      const double w = std::sqrt(std::clamp(wh * ws, 0.0, 1.0));
+      std::int32_t& hue = t.hue[t.at(r, c)];
+      hue = old.hue[t.at(r, c)] + trunc(w * dH);
+      hue += hue < 0 ? 360 : hue >= 360 ? -360 : 0;
+      t.sat[t.at(r, c)] = std::clamp(old.sat[t.at(r, c)] + w * dS, 0.0, 1.0);
+    }
+  return t;
 }
 
-TEST(Adjust, LeavesWhatItShould) {
-  Targets t;
-  const Targets before = t;
-  t.drag(3, 4, 0.0, 0.0, 3, 3);
-  EXPECT_TRUE(t == before);
-  t.drag(3, 4, 40.0, -0.5, 3, 3, false);
-  EXPECT_EQ(t.hue[t.at(3, 4)], before.hue[t.at(3, 4)]);
-  EXPECT_EQ(t.sat[t.at(3, 4)], before.sat[t.at(3, 4)]);
-  EXPECT_FALSE(t == before);
-  for (const std::int32_t column : {0, 1}) t.drag(5, column, -50.0, 0.9, 30, 30);
-  for (std::int32_t row = 0; row < 24; ++row) {
-    EXPECT_EQ(t.hue[t.at(row, 0)], before.hue[t.at(row, 0)]);
-    EXPECT_EQ(t.sat[t.at(row, 0)], 0.0);
+// Both signs of the drag, to both sides of the original hue and at exactly 180 degrees from it.
+TEST(Adjust, FollowsItsDefinition) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 4000; ++round) {
+    const auto below = [&](std::uint32_t n) { return static_cast<std::int32_t>(random() % n); };
+    Targets t(round % 5 == 0 ? 18 : 24, 16);
+    for (std::int32_t& hue : t.hue) hue = (hue + below(9)) % 360;
+    const std::int32_t row = below(18), column = below(16), rangeH = below(5), rangeS = below(5);
+    const double dH = (below(241) - 120) / 2.0, dS = (below(201) - 100) / 200.0;
+    const std::int32_t apart[] = {0, 179, 180, 181, -200, 350};
+    const std::int32_t original = t.hue[t.at(row, column)] - apart[below(6)];
+    const bool movesHit = round % 2 == 0;
+    const Targets wanted =
+        draggedSlowly(t, row, column, dH, dS, rangeH, rangeS, movesHit, original);
+    t.drag(row, column, dH, dS, rangeH, rangeS, movesHit, original);
+    ASSERT_EQ(t.hue, wanted.hue) << round;
+    for (std::size_t i = 0; i < t.sat.size(); ++i) ASSERT_NEAR(t.sat[i], wanted.sat[i], 1e-15);
   }
 }
 

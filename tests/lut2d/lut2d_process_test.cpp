@@ -136,6 +136,17 @@ TEST_P(PicturePath, IsItsDefinition) {
 INSTANTIATE_TEST_SUITE_P(Tables, PicturePath, testing::ValuesIn(tables()),
                          [](const auto& p) { return std::string(p.param.name); });
 
+TEST(ProcessingRecord, TakesOverTheConfiguration) {
+  Lut2DConfig config = randomTable(2, 50.0, 0.5);
+  config.h_shift = 3.0F, config.s_shift = 1.0F, config.inverse_flag = -2.0F;
+  lut2d_cfg record{};
+  fillRecord(config, record);
+  EXPECT_EQ((std::array{record.l_boundary_start_a, record.l_boundary_start_b,
+                        record.l_boundary_end_a, record.l_boundary_end_b, record.y_blend_factor,
+                        record.h_shift, record.s_shift, record.inverse_flag}),
+            (std::array{0.1F, 0.3F, 0.8F, 0.95F, 0.5F, 3.0F, 1.0F, -2.0F}));
+}
+
 TEST(PicturePathExact, SeededTables) {
   for (std::uint32_t seed = 0; seed < 60; ++seed) {
     SCOPED_TRACE(seed);
@@ -163,23 +174,6 @@ TEST(PicturePathExact, UsualTablesTakeTheFastLookUp) {
     buildTables(record, tables);
     EXPECT_EQ(PackedNodes().build(tables), shift < 6.0F) << shift;
   }
-}
-
-TEST(PicturePathExact, ColoursMoveByTheChange) {
-  Lut2DConfig config = identityTable();
-  config.lut_2d_h.fill(30.0);
-  config.lut_2d_s.fill(-0.25);
-  TwoDLutHelper helper;
-  helper.SetConfig(config);
-  std::vector<std::uint16_t> r{800, 500, 1023, 0}, g{300, 500, 1023, 0}, b{200, 500, 1023, 0};
-  ASSERT_TRUE(helper.ProcessImage(r, g, b, 2, 2, 8));
-  const auto start = TwoDLutHelper::RGBtoHLS(800 / 1023.0, 300 / 1023.0, 200 / 1023.0);
-  const auto after = TwoDLutHelper::RGBtoHLS(r[0] / 1023.0, g[0] / 1023.0, b[0] / 1023.0);
-  EXPECT_NEAR(after.h, start.h + 30.0, 0.2);
-  EXPECT_NEAR(after.s, start.s - 0.25, 0.003);
-  for (const auto& plane : {r, g, b})  // greys
-    EXPECT_EQ(std::vector(plane.begin() + 1, plane.end()),
-              (std::vector<std::uint16_t>{500, 1023, 0}));
 }
 
 // One prepared table serves both.

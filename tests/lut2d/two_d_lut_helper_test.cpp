@@ -93,6 +93,16 @@ TEST(TwoDLutHelper, ConvertsColours) {
     EXPECT_NEAR(rgb[1], c.g, 1e-12);
     EXPECT_NEAR(rgb[2], c.b, 1e-12);
   }
+  // Next to black, to white and to grey there is neither hue nor saturation.
+  const auto saturationOf = [](double r, double g, double b) {
+    return TwoDLutHelper::RGBtoHLS(r, g, b).s;
+  };
+  EXPECT_EQ(saturationOf(1.9e-8, 0, 0) + saturationOf(1, 1, 1 - 1.9e-8), 0.0);
+  EXPECT_NEAR(saturationOf(2.1e-8, 0, 0) + saturationOf(1, 1, 1 - 2.1e-8), 2.0, 1e-6);
+  EXPECT_EQ(TwoDLutHelper::RGBtoHLS(0.5, 0.5, 0.5 + 0.9e-8).h, 0.0);
+  EXPECT_EQ(TwoDLutHelper::RGBtoHLS(0.5, 0.5, 0.5 + 1.1e-8).h, 240.0);
+  EXPECT_EQ(TwoDLutHelper::HLStoRGB(240.0, 0.9e-8, 0.5)[0], 0.5);
+  EXPECT_NE(TwoDLutHelper::HLStoRGB(240.0, 1.1e-8, 0.5)[0], 0.5);
   EXPECT_EQ(TwoDLutHelper::HLStoRGB(360.0, 0.7, 0.4), TwoDLutHelper::HLStoRGB(0.0, 0.7, 0.4));
   for (const double odd : {std::nan(""), HUGE_VAL, -1e300, 1e300}) {
     TwoDLutHelper::HLStoRGB(odd, odd, odd);

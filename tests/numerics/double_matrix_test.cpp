@@ -19,6 +19,10 @@ TEST(DoubleMatrix, InitKeepsEntriesOnlyAtTheSameSize) {
   m.Init(7.0);
   m.Init(2, 3);
   EXPECT_EQ(m[1][2], 7.0);
+  EXPECT_THROW(m.Init3x3(1, 2, 3, 4, 5, 6, 7, 8, 9), ShapeError);
+  CDoubleMatrix square(3, 3);
+  square.Init3x3(1, 2, 3, 4, 5, 6, 7, 8, 9);
+  for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(square.data()[i], static_cast<double>(i + 1));
   m.Init(3, 2);
   EXPECT_EQ(m.rows(), 3);
   EXPECT_EQ(m[2][1], 0.0);

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "greycard/errors.h"
-#include "matrix_functions.h"
 #include "spline.h"
 
 namespace greycard {
@@ -19,42 +18,6 @@ constexpr std::int32_t kNoCeiling = std::numeric_limits<std::int32_t>::max();
 constexpr double kLowest = -2147483648.0, kHighest = 2147483647.0;
 using Table = std::vector<std::int32_t>;
 using Values = std::vector<double>;
-
-// Second derivatives of the natural spline from the full matrix of its conditions.
-Values denseSecondDerivatives(const Values& x, const Values& y) {
-  const auto n = static_cast<std::int32_t>(x.size());
-  CDoubleMatrix a(n, n), rhs(n, 1);
-  a[0][0] = a[n - 1][n - 1] = 1.0;
-  for (std::int32_t i = 1; i + 1 < n; ++i) {
-    const auto k = static_cast<std::size_t>(i);
-    a[i][i - 1] = x[k] - x[k - 1];
-    a[i][i] = 2.0 * (x[k + 1] - x[k - 1]);
-    a[i][i + 1] = x[k + 1] - x[k];
-    rhs[i][0] = 6.0 * ((y[k + 1] - y[k]) / a[i][i + 1] - (y[k] - y[k - 1]) / a[i][i - 1]);
-  }
-  const CDoubleMatrix m = MatrixMultiply(minv(a), rhs);
-  return {m.data(), m.data() + n};
-}
-
-TEST(Interpolator, SamplesTheNaturalSpline) {
-  std::mt19937 random(7);
-  std::vector<ControlPoint> points(80);
-  Values x(80), y(80);
-  for (std::size_t k = 0; k < points.size(); ++k) {
-    points[k].X = static_cast<std::int32_t>(k * 3 + random() % 3) - 4;
-    points[k].Y = static_cast<std::int32_t>(random() % 256);
-    x[k] = 4.0 * points[k].X;
-    y[k] = 64.0 * points[k].Y;
-  }
-  Interpolator interpolator(16383);
-  Table table(1024);
-  ASSERT_TRUE(interpolator.GenerateCurve(points, 4, 64, table));
-  const Values m = denseSecondDerivatives(x, y);
-  for (std::size_t i = 0; i < 900; ++i) {
-    const double v = splint(x, y, m, static_cast<double>(i));
-    EXPECT_NEAR(table[i], std::min(16383.0, std::trunc(v + 0.5)), 1e-7) << i << ": " << v;
-  }
-}
 
 // Walking the segments must give what a bisection per sample gives. Levels of 1e9 make the integers
 // fine enough to show it. Unsorted and repeated abscissae (which give no numbers) take part.

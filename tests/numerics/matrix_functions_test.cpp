@@ -9,6 +9,7 @@
 
 #include "greycard/diagnostics.h"
 #include "greycard/errors.h"
+#include "lu.h"
 #include "svd.h"
 
 namespace greycard {
@@ -54,6 +55,8 @@ TEST(MatrixProducts, AgreeWithEachOtherAndWithNumbersWorkedByHand) {
   EXPECT_EQ(mclip(a, 2.0, 4.0)[0][0], 2.0);
   EXPECT_EQ(mclip(a, 2.0, 4.0)[1][2], 4.0);
   EXPECT_EQ(mclip(a, 9.0, 1.5)[0][0], 1.5);
+  EXPECT_EQ(dot(a, b), 91.0);
+  EXPECT_EQ(dot(mones(1, 2), a), 3.0);
 }
 
 TEST(MatrixProducts, RefuseShapesThatDoNotFit) {
@@ -62,6 +65,10 @@ TEST(MatrixProducts, RefuseShapesThatDoNotFit) {
   EXPECT_THROW(mmABt(a, mones(2, 2)), ShapeError);
   EXPECT_THROW(MatrixAppendRows(a, mones(1, 2)), ShapeError);
   EXPECT_THROW(submat_col(a, 1, 3), ShapeError);
+  EXPECT_THROW(submat_col(a, -1, 1), ShapeError);
+  EXPECT_THROW(submat_col(a, 2, 1), ShapeError);
+  EXPECT_THROW(dot(a, mones(1, 5)), ShapeError);
+  EXPECT_THROW(interp1(mones(1, 1), mones(1, 1), a), ShapeError);
   EXPECT_EQ(messageOf<ShapeError>([&] { minv(a); }), " the matrix should be square! ");
   EXPECT_EQ(messageOf<ShapeError>([&] { interp1(mones(3, 2), a, a); }),
             "The x input should be a column vector");
@@ -83,6 +90,8 @@ TEST(Minv, InvertsTheHilbertMatrix) {
 TEST(Minv, PivotsAndReportsOnlyARowOfZeros) {
   const double swapped[] = {0, 2, 0, 0, 0, 4, 8, 0, 0};
   const double inverse[] = {0, 0, 0.125, 0.5, 0, 0, 0, 0.25, 0};
+  const LuDecomposition two = ludcmp(mLoadMem(3, 3, swapped));  // two exchanges
+  EXPECT_EQ(two.parity * two.lu[0][0] * two.lu[1][1] * two.lu[2][2], 64.0);
   EXPECT_EQ(minv(mLoadMem(3, 3, swapped)), mLoadMem(3, 3, inverse));
 
   const double singular[] = {1, 2, 2, 4};
@@ -130,10 +139,24 @@ TEST(Pinv, SmallSingularValuesCountAsZero) {
   EXPECT_EQ(pinv(a)[1][1], 0.0);
   // Equal rows leave columns of rounding, whose squares are next to nothing.
   for (std::int32_t n = 1; n < 40; ++n) EXPECT_NEAR(pinv(mones(n, n))[0][0], 1.0 / (n * n), 1e-14);
-  a[1][1] = 1e-9;
-  EXPECT_NEAR(pinv(a)[1][1], 1e9, 1e-3);
+  a[1][1] = 1.01e-10;
+  EXPECT_NEAR(pinv(a)[1][1] * 1.01e-10, 1.0, 1e-12);
+  a[1][1] = 0.99e-10;
+  EXPECT_EQ(pinv(a)[1][1], 0.0);
   a[1][1] = std::nan("");
   EXPECT_EQ(messageOf<NumericError>([&] { pinv(a); }), "no convergence in 30 svdcmp iterations");
+}
+
+// Three points with the slopes of their segments at the ends: the middle's second derivative is
+// twice the change of slope, the ends' are minus half of that.
+TEST(MatrixInterpolation, EndsHaveTheSlopesOfTheirSegments) {
+  const double tent[] = {0, 1, 0}, at[] = {0.5, 1.5, -1};
+  const CDoubleMatrix curve =
+      interp1(CDoubleMatrix(0, 1, 2), mLoadMem(3, 1, tent), mLoadMem(3, 1, at));
+  const double expected[] = {0.5 + 0.125, 0.5 + 0.125, -1 + (6 * 2 + 0 * 4) / 6.0};
+  expectNear(curve, mLoadMem(3, 1, expected), 1e-12);
+  EXPECT_EQ(endSlope(1, 5, 1, 5), 1.0);  // of no width
+  EXPECT_EQ(endSlope(1, 5, 1, 7), (2 + 1e-14) / 1e-14);
 }
 
 TEST(MatrixInterpolation, OneCurvePerColumn) {
@@ -145,12 +168,6 @@ TEST(MatrixInterpolation, OneCurvePerColumn) {
     y[i][1] = -x[i][0];
   }
   const CDoubleMatrix xi(-0.25, 0.75, 2.75);
-  const CDoubleMatrix both = interp1(x, y, xi);
-  ASSERT_EQ(both.cols(), 2);
-  for (std::int32_t i = 0; i < xi.rows(); ++i) {
-    EXPECT_NEAR(both[i][0], 3.0 * xi[i][0] + 1.0, 1e-12);
-    EXPECT_NEAR(both[i][1], -xi[i][0], 1e-12);
-  }
   const CDoubleMatrix up = submat_col(y, 0, 0), down = submat_col(y, 1, 1);
   const CDoubleMatrix at(mones(2, 4));
   const CDoubleMatrix rgb = interp1_gamma(x, up, down, up, at);

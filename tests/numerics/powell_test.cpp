@@ -10,6 +10,7 @@
 #include "greycard/diagnostics.h"
 #include "greycard/errors.h"
 #include "gtest/gtest.h"
+#include "text.h"
 
 namespace greycard {
 namespace {
@@ -51,15 +52,17 @@ struct Problem {
   double (*cost)(Point);
   std::vector<double> start, minimum;  // where the cost is 0
   double tolerance;                    // of the point: wide where the valley is flat
+  int mostCalls;                       // a lost direction or parabola costs more
 };
 
 TEST(Powell, FindsThePublishedMinima) {
   const Problem problems[] = {
-      {"Rosenbrock", rosenbrock, {-1.2, 1}, {1, 1}, 1e-4},
-      {"Beale", beale, {1, 1}, {3, 0.5}, 1e-4},
-      {"helical valley", helicalValley, {-1, 0, 0}, {1, 0, 0}, 1e-4},
-      {"Powell singular", powellSingular, {3, -1, 0, 1}, {0, 0, 0, 0}, 2e-2},
-      {"Wood", wood, {-3, -1, -3, -1}, {1, 1, 1, 1}, 1e-3},
+      // Name, function, start, minimum, tolerance of the point, most calls.
+      {"Rosenbrock", rosenbrock, {-1.2, 1}, {1, 1}, 1e-4, 380},
+      {"Beale", beale, {1, 1}, {3, 0.5}, 1e-4, 140},
+      {"helical valley", helicalValley, {-1, 0, 0}, {1, 0, 0}, 1e-4, 40},
+      {"Powell singular", powellSingular, {3, -1, 0, 1}, {0, 0, 0, 0}, 2e-2, 1300},
+      {"Wood", wood, {-3, -1, -3, -1}, {1, 1, 1, 1}, 1e-3, 750},
   };
   for (const Problem& problem : problems) {
     SCOPED_TRACE(problem.name);
@@ -72,6 +75,7 @@ TEST(Powell, FindsThePublishedMinima) {
     EXPECT_EQ(result.firstValue, problem.cost(problem.start));
     EXPECT_EQ(result.lastValue, problem.cost(result.point));
     EXPECT_EQ(result.evaluations, calls);
+    EXPECT_LE(calls, problem.mostCalls);
   }
 }
 
@@ -91,11 +95,11 @@ struct Refusal {
 
 TEST(Powell, EndsWithAMessageWhereThereIsNoMinimum) {
   const Refusal refusals[] = {
-      {[](Point) { return kNaN; }, {}, "powell: the cost is not a number at (0.25, 0.5)"},
+      {[](Point) { return kNaN; }, {}, "powell: the cost is not a number at (0.25, 0.6666666667)"},
       {[](Point x) { return x[1] > 0.75 ? kNaN : x[0] * x[0]; },
        {},
        "powell: the cost is not a number at ("},
-      {[](Point) { return HUGE_VAL; }, {}, "powell: the cost is infinite at (0.25, 0.5)"},
+      {[](Point) { return HUGE_VAL; }, {}, "powell: the cost is infinite at (0.25, 0.6666666667)"},
       {[](Point x) { return x[0] > 0.75 ? -HUGE_VAL : 1.0; },
        {},
        "powell: the cost is minus infinity at ("},
@@ -107,7 +111,7 @@ TEST(Powell, EndsWithAMessageWhereThereIsNoMinimum) {
   setErrorChannel({});
   for (const Refusal& refusal : refusals) {
     try {
-      powell(refusal.cost, std::vector{0.25, 0.5}, refusal.options);
+      powell(refusal.cost, std::vector{0.25, 2.0 / 3.0}, refusal.options);
       ADD_FAILURE() << "not thrown: " << refusal.message;
     } catch (const NumericError& error) {
       EXPECT_EQ(std::string(error.what()).rfind(refusal.message, 0), 0u) << error.what();
@@ -119,17 +123,19 @@ struct LineCase {
   const char* name;
   double (*f)(double);
   double start, step, minimum;
+  int mostCalls;
 };
 
 // Minima worked by hand.
 TEST(Brent, FindsTheMinimumOfALine) {
   const LineCase cases[] = {
-      {"far away", [](double x) { return square(x - 5000); }, 0, 1, 5000},
-      {"backwards", [](double x) { return square(x + 5); }, 0, 0.1, -5},
-      {"a wall", [](double x) { return x > 0 ? x - std::log(x) : HUGE_VAL; }, 3, 1, 1},
-      {"a kink", [](double x) { return std::abs(x - 0.3); }, 0, -1, 0.3},
-      {"cosine", [](double x) { return std::cos(x); }, 2, 0.5, std::numbers::pi},
-      {"start at the minimum", [](double x) { return square(x); }, 0, 1, 0},
+      // Name, function, start, first step, minimum, most calls.
+      {"far away", [](double x) { return square(x - 5000); }, 0, 1, 5000, 2},
+      {"backwards", [](double x) { return square(x + 5); }, 0, 0.1, -5, 2},
+      {"a wall", [](double x) { return x > 0 ? x - std::log(x) : HUGE_VAL; }, 3, 1, 1, 19},
+      {"a kink", [](double x) { return std::abs(x - 0.3); }, 0, -1, 0.3, 25},
+      {"cosine", [](double x) { return std::cos(x); }, 2, 0.5, std::numbers::pi, 7},
+      {"start at the minimum", [](double x) { return square(x); }, 0, 1, 0, 2},
   };
   for (const LineCase& line : cases) {
     SCOPED_TRACE(line.name);
@@ -143,10 +149,38 @@ TEST(Brent, FindsTheMinimumOfALine) {
     };
     const LineMinimum found = brent(counted, bracket);
     EXPECT_EQ(found.evaluations, calls);
+    EXPECT_LE(calls, line.mostCalls);
     EXPECT_EQ(found.firstValue, bracket.fb);
     EXPECT_NEAR(found.x, line.minimum, 1e-6 * std::max(1.0, line.minimum));
     EXPECT_EQ(found.value, line.f(found.x));
   }
+}
+
+// Golden steps, each the golden ratio times the last; a parabola's step is at most 100 of them
+// longer.
+TEST(Bracket, GrowsByGoldenStepsAndParabolas) {
+  const double golden = std::numbers::phi;
+  const auto valley = [](double x) { return square(x - 5000); };
+  EXPECT_NEAR(bracketMinimum([](double x) { return x * x; }, 0, 0, 1).c, -golden, 1e-15);
+  EXPECT_NEAR(bracketMinimum(valley, 0, valley(0), 1).a, 1 + 101 * golden, 1e-9);
+  // The parabola's vertex at 1.8 is no help: higher than the point at 2.6.
+  const auto stairs = [](double x) {
+    return x < 0.5 ? 10 : x < 1.5 ? 5 : x < 2.2 ? 4.95 : x < 3 ? 4.9 : 7;
+  };
+  const Bracket over = bracketMinimum(stairs, 0, 10, 1);
+  EXPECT_NEAR(over.c, 1 + golden + square(golden), 1e-12);
+  EXPECT_EQ((std::vector{over.fa, over.fb, over.fc}), (std::vector{5.0, 4.9, 7.0}));
+  setErrorChannel({});
+  int calls = 0;
+  try {
+    bracketMinimum([&](double x) { return ++calls, -x; }, 0, 0, 1);
+    FAIL();
+  } catch (const NumericError& error) {
+    const double last = 1 + golden * (std::pow(100, kMaxBracketSteps + 1) - 1) / 99;  // no vertex
+    EXPECT_EQ(error.what(), "the function has no minimum to bracket: it still falls at x = " +
+                                formatGeneral(last));
+  }
+  EXPECT_EQ(calls, 62);
 }
 
 TEST(Brent, EndsOnItsLimitWithAMessage) {

@@ -57,10 +57,10 @@ TEST_F(PictureFile, EveryLosslessFormatGivesBackTheSamples) {
                {"a.ppm", 3, 16}, {"a.pgm", 1, 16}, {"a.pnm", 3, 8},  {"a.bmp", 3, 8}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const auto picture = noise(13, 5, c.channels, c.bits);
+    const auto picture = noise(13, 37, c.channels, c.bits);
     writePicture(path(c.name), picture);
     const auto back = readPicture(path(c.name));
-    EXPECT_EQ(back.width, 13);
+    EXPECT_EQ(std::pair(back.width, back.height), std::pair(13, 37));
     EXPECT_EQ(back.channels, c.channels);
     EXPECT_EQ(back.bits, c.bits);
     EXPECT_EQ(back.samples, picture.samples);
@@ -114,6 +114,63 @@ TEST_F(PictureFile, RefusesToReadWithAReason) {
   EXPECT_THAT(refusal([&] { readPicture(path("")); }), HasSubstr("folder"));
 }
 
+// What each ending holds: grey and colour, of 8 and of 16 bits.
+TEST_F(PictureFile, EveryEndingHoldsItsKindsOfPicture) {
+  const std::pair<const char*, std::string> cases[] = {
+      {"a.png", "1111"},  {"a.Tif", "1111"}, {"a.tiFF", "1111"}, {"a.pnm", "1111"},
+      {"a.ppm", "0101"},  {"a.pgm", "1010"}, {"a.bmp", "1100"},  {"a.jpg", "1100"},
+      {"a.JPEG", "1100"}, {"a.webp", "1100"}};
+  for (const auto& [name, expected] : cases) {
+    std::string held;
+    checkPictureName(name);
+    for (const int bits : {8, 16})
+      for (const int channels : {1, 3}) {
+        const auto text =
+            refusal([&, file = path(name)] { writePicture(file, noise(4, 3, channels, bits)); });
+        held += text == "no FileError" ? '1' : '0';
+      }
+    EXPECT_EQ(held, expected) << name;
+  }
+  EXPECT_THAT(refusal([] { checkPictureName("a.AZ@["); }), HasSubstr("the ending \".az@[\""));
+}
+
+TEST(Picture, IsWellFormedWhereItsFieldsAgree) {
+  const struct {
+    int width, height, channels, bits;
+    std::size_t samples;
+    bool agrees;
+  } cases[] = {{2, 3, 1, 8, 6, true},   {2, 3, 3, 16, 18, true}, {0, 3, 1, 8, 0, false},
+               {2, 0, 1, 8, 0, false},  {2, 3, 2, 8, 12, false}, {2, 3, 1, 12, 6, false},
+               {2, 3, 1, 8, 5, false},  {2, 3, 1, 8, 7, false},  {2, 3, 1, 8, 8, false},
+               {-2, -3, 1, 8, 6, false}};
+  for (const auto& c : cases) {
+    Picture picture;
+    picture.width = c.width, picture.height = c.height;
+    picture.channels = c.channels, picture.bits = c.bits;
+    picture.samples.resize(c.samples, 300);
+    EXPECT_EQ(isWellFormed(picture), c.agrees) << c.width << " " << c.height << " " << c.samples;
+    if (c.agrees && c.bits == 8) {
+      EXPECT_EQ(toMat(picture).at<std::uint8_t>(2, 1), 255);
+    }
+  }
+}
+
+TEST(ShrinkPicture, TakesMeansOfAreas) {
+  Picture picture(100, 30, 1, 16);
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 100; ++x)
+      *picture.pixel(x, y) = static_cast<std::uint16_t>(100 * x + 1000 * y);
+  const Picture fifth = shrinkPicture(picture, 20);
+  ASSERT_EQ(std::pair(fifth.width, fifth.height), std::pair(20, 6));
+  EXPECT_EQ(*fifth.pixel(3, 2), 100 * 17 + 1000 * 12);  // of columns 15..19, rows 10..14
+  const Picture thin = shrinkPicture(picture, 5), same = shrinkPicture(picture, 100);
+  EXPECT_EQ(std::pair(thin.width, thin.height), std::pair(5, 2));  // 1.5
+  EXPECT_EQ(shrinkPicture(picture, 1).height, 1);
+  EXPECT_EQ(same.samples, picture.samples);
+  EXPECT_THROW(shrinkPicture(picture, 0), std::invalid_argument);
+  EXPECT_THROW(shrinkPicture(Picture(), 5), std::invalid_argument);
+}
+
 TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
   const auto good = noise(4, 3, 3, 8);
   writePicture(path("old.png"), good);
@@ -133,9 +190,9 @@ TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
     const char* reason;
   } cases[] = {{"a.gif", good, "ending"},
                {"a", good, "ending"},
-               {"a.jpg", noise(4, 3, 3, 16), "can't hold 16 bits"},
-               {"a.ppm", noise(4, 3, 1, 8), "can't hold a grey"},
-               {"a.pgm", good, "can't hold colours"},
+               {"a.jpg", noise(4, 3, 3, 16), ".jpg can't hold 16 bits"},
+               {"a.ppm", noise(4, 3, 1, 8), ".ppm can't hold a grey"},
+               {"a.pgm", good, ".pgm can't hold colours"},
                {"wide.jpg", Picture(70000, 1, 3, 8), "more than .jpg can hold"},
                {"no/such/folder/a.png", good, "a.png"}};
   for (const auto& c : cases) {

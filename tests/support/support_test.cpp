@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "channels.h"
 #include "greycard/diagnostics.h"
@@ -45,6 +46,10 @@ TEST(Text, SplitsAndParses) {
   EXPECT_EQ(withoutByteOrderMark("\xEF\xBB\xBF\xEF"), "\xEF");
   EXPECT_TRUE(equalIgnoringCase("TL84 \xC4@[", "tl84 \xC4@["));
   EXPECT_FALSE(equalIgnoringCase("\xC4", "\xE4"));
+  EXPECT_EQ(parseDouble(std::string_view("12345").substr(0, 2)), 12.0);  // not beyond the end
+  EXPECT_EQ(shown(" a\n~\x7f"), "\" a?~?\"");
+  EXPECT_EQ(shown("abc", 3) + shown("abcd", 3), "\"abc\"\"abc...\"");
+  EXPECT_EQ(shown(std::string(25, 'x')), "\"" + std::string(24, 'x') + "...\"");
 }
 
 TEST(Text, FormatsAsTheCLocaleDoesWhateverTheLocale) {
@@ -89,13 +94,27 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNoOther) {
     readWholeFile(folder / "missing");
     FAIL();
   } catch (const FileError& error) {
-    EXPECT_THAT(error.what(), testing::HasSubstr("missing"));
+    EXPECT_EQ(error.what(),
+              "can't read " + quoted(folder / "missing") + ": No such file or directory");
   }
 }
 
 TEST(Diagnostics, ReachTheirListeners) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  writeOutput("out");
+  writeError("err");
+  EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(),
+            "outerr");
   std::string heard;
+  setOutputChannel([&](std::string_view text) { heard += text; });
+  writeOutput("to the host");
+  EXPECT_EQ(std::exchange(heard, ""), "to the host");
+  setOutputChannel({});
+  EXPECT_FALSE(outputHasListener() || debugLogHasListener());
   setErrorChannel([&](std::string_view text) { heard += text; });
+  printError("%d %s", 7, std::string(600, 'x').c_str());
+  EXPECT_EQ(std::exchange(heard, ""), "7 " + std::string(509, 'x'));  // as long as its buffer
   EXPECT_THROW(nrerror("no luck"), NumericError);
   EXPECT_EQ(heard, "Numerical Recipes run-time error...\nno luck\n...now exiting to system...\n");
   setDebugLog([&](int level, std::string_view category, std::string_view text) {

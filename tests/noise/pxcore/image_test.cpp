@@ -39,11 +39,15 @@ TEST(Image, PaddingMirrorsAgainAndAgain) {
 TEST(Image, StridesAndViews) {
   EXPECT_EQ(TMem2D<float>::minStride(5, 3), 60u);
   EXPECT_EQ(TMem2D<short>::defaultMemStride(9, 1), 32u);
+  EXPECT_EQ(TMem2D<short>::defaultMemStride(4, 2), 16u);
+  EXPECT_EQ(TMem2D<float>().Stride(), 0u);
   EXPECT_EQ(TImage<unsigned char>::defaultImageStride(5), 8u);
   EXPECT_TRUE(ValidSize(3, 3, 4));
   EXPECT_FALSE(ValidSize(4, 3, 4));
   EXPECT_TRUE(ValidMultipliers(kHuge, 1));
   EXPECT_FALSE(ValidMultipliers(kHuge / 2 + 1, 2));
+  EXPECT_TRUE(ValidMultipliers(0, kHuge) && ValidMultipliers(kHuge / 65536, 65536));
+  EXPECT_FALSE(ValidMultipliers(65536, kHuge / 65536 + 1));
 
   TImage<unsigned char> bytes(4, 2);
   std::iota(bytes.RowPtr(0), bytes.RowPtr(0) + bytes.Stride() * 2, static_cast<unsigned char>(250));
@@ -53,6 +57,7 @@ TEST(Image, StridesAndViews) {
   TImageRoi<float> view = floats.GetRectRoi({1, 1, 2, 1});
   view.ApplyPixelOp(view, [](float v) { return v + 1.0F; });
   floats.ApplyPixelOp(floats, floats, std::minus<>());
+  EXPECT_EQ(floats.RowPtr(0)[0], 0.0F);
   EXPECT_EQ(view.RowPtr(0)[1], 0.0F);  // a view shares the pixels, and keeps them
   floats.Release();
   EXPECT_FALSE(floats.IsValid());
@@ -77,6 +82,12 @@ TEST(Image, ChecksNameTheConditionAndThePlace) {
          image.GetRectRoi({3, 0, 2, 1});
        },
        "contains(rect)"},
+      {[&] { none.TMem2D<float>::Create(4, 3, 1, 12); },
+       "nStride >= minStride(nCols, nChannels) && nStride % sizeof(T) == 0"},
+      {[&] { none.TMem2D<float>::Create(4, 3, 1, 18); },
+       "nStride >= minStride(nCols, nChannels) && nStride % sizeof(T) == 0"},
+      {[&] { none.TMem2D<float>::Create(4, 0); },
+       "ValidSize(nCols) && ValidSize(nRows) && ValidSize(nChannels)"},
   };
   for (const auto& [call, text] : cases) {
     SCOPED_TRACE(text);

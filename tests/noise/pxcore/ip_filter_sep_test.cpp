@@ -82,6 +82,19 @@ TEST(IpFilterSep, IsTheDirectSum) {
   }
 }
 
+// What a long bright stretch leaves in the running sums is gone with the next sums taken afresh.
+TEST(IpFilterSep, DarknessIsZeroAgainAfterAThousandPixels) {
+  for (const bool across : {true, false}) {
+    TImage<float> image(across ? 6000 : 1, across ? 1 : 6000), out(image.Width(), image.Height());
+    for (std::uint64_t i = 0; i < 6000; ++i)
+      image.RowPtr(across ? 0 : i)[across ? i : 0] =
+          i < 4000 ? 65025.0F - static_cast<float>(i % 7) : 0.0F;
+    IpFilterSep(cosine(205)).FilterImage(image, out);
+    for (std::uint64_t i = 5120; i < 6000; ++i)
+      ASSERT_EQ(out.RowPtr(across ? 0 : i)[across ? i : 0], 0.0F) << i;
+  }
+}
+
 TEST(IpFilter1D, KernelAndConvolution) {
   // Values of cos at 0, +-30 and +-60 degrees.
   const double half = 0.5, root = std::sqrt(0.75), all = 1.0 + 2.0 * (half + root);
