@@ -14,7 +14,6 @@
 namespace greycard {
 namespace {
 
-constexpr std::size_t kFirstGrey = 18;
 constexpr double kGammaFull = 62.4 * 255.0;  // of a camera's table
 
 FitFreedom freedomOf(const FitOptions& options) {

@@ -13,6 +13,8 @@ namespace greycard {
 
 using PatchMask = std::array<bool, kPatchCount>;
 
+inline constexpr std::size_t kFirstGrey = 18;
+
 /// Samples that are ready for a search, and where it starts.
 struct FitSetup {
   std::vector<FitSample> samples;  ///< 24 of each photograph, in order

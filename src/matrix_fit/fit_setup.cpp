@@ -19,9 +19,7 @@
 namespace greycard {
 namespace {
 
-constexpr std::size_t kFirstGrey = 18;
-constexpr std::size_t kLeastGreys = 3;       // for a curve
-constexpr double kGammaFull = 62.4 * 255.0;  // of a camera's table
+constexpr std::size_t kLeastGreys = 3;  // for a curve
 // Where the exposure is read: chart patch 20, or where it clips the next ones.
 constexpr std::size_t kExposurePatches[] = {19, 20, 21, 18};
 
