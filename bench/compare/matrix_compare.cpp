@@ -54,38 +54,50 @@ struct PeerSetting {
 };
 
 // The linear samples as they are, or encoded when the peer is to find the curve.
+PatchTable fitPeer(const PeerSetting& setting, const ComparedChart& chart, const Mask& used) {
+  const bool linear = setting.linear == cv::ccm::LINEARIZATION_IDENTITY;
+  cv::Mat samples, references, all(kPatchCount, 1, CV_64FC3);
+  for (int i = 0; i < kPatchCount; ++i) {
+    const auto row = static_cast<std::size_t>(i);
+    cv::Vec3d sample;
+    for (int c = 0; c < 3; ++c) {
+      const double value = chart.photograph.rgb[row][static_cast<std::size_t>(c)];
+      sample[c] = linear ? value : sRGBEncode(value);
+    }
+    all.at<cv::Vec3d>(i, 0) = sample;
+    if (!used[row]) continue;
+    const Vector3& lab = chart.referenceLab[row];
+    samples.push_back(cv::Mat(1, 1, CV_64FC3, cv::Scalar(sample[0], sample[1], sample[2])));
+    references.push_back(cv::Mat(1, 1, CV_64FC3, cv::Scalar(lab[0], lab[1], lab[2])));
+  }
+  cv::ccm::ColorCorrectionModel model(samples, references, cv::ccm::COLOR_SPACE_Lab_D65_2);
+  model.setColorSpace(cv::ccm::COLOR_SPACE_sRGB);
+  model.setCCM_TYPE(cv::ccm::CCM_3x3);
+  model.setDistance(setting.distance);
+  model.setLinear(setting.linear);
+  model.setInitialMethod(setting.start);
+  model.setSaturatedThreshold(-1.0, 2.0);  // what clips has been left out
+  model.run();
+  const cv::Mat result = model.infer(all, true);  // linear RGB
+  PatchTable lab;
+  for (int i = 0; i < kPatchCount; ++i) {
+    const cv::Vec3d rgb = result.at<cv::Vec3d>(i, 0);
+    lab[static_cast<std::size_t>(i)] = labOfLinear({rgb[0], rgb[1], rgb[2]});
+  }
+  return lab;
+}
+
+// Where too few greys are left for the curve that the peer is to find, its linear fit counts.
 Fitter peer(const PeerSetting& setting) {
   return [setting](const ComparedChart& chart, const Mask& used) {
-    const bool linear = setting.linear == cv::ccm::LINEARIZATION_IDENTITY;
-    cv::Mat samples, references, all(kPatchCount, 1, CV_64FC3);
-    for (int i = 0; i < kPatchCount; ++i) {
-      const auto row = static_cast<std::size_t>(i);
-      cv::Vec3d sample;
-      for (int c = 0; c < 3; ++c) {
-        const double value = chart.photograph.rgb[row][static_cast<std::size_t>(c)];
-        sample[c] = linear ? value : sRGBEncode(value);
-      }
-      all.at<cv::Vec3d>(i, 0) = sample;
-      if (!used[row]) continue;
-      const Vector3& lab = chart.referenceLab[row];
-      samples.push_back(cv::Mat(1, 1, CV_64FC3, cv::Scalar(sample[0], sample[1], sample[2])));
-      references.push_back(cv::Mat(1, 1, CV_64FC3, cv::Scalar(lab[0], lab[1], lab[2])));
+    try {
+      return fitPeer(setting, chart, used);
+    } catch (const cv::Exception&) {
+      if (setting.linear == cv::ccm::LINEARIZATION_IDENTITY) throw;
+      PeerSetting linear = setting;
+      linear.linear = cv::ccm::LINEARIZATION_IDENTITY;
+      return fitPeer(linear, chart, used);
     }
-    cv::ccm::ColorCorrectionModel model(samples, references, cv::ccm::COLOR_SPACE_Lab_D65_2);
-    model.setColorSpace(cv::ccm::COLOR_SPACE_sRGB);
-    model.setCCM_TYPE(cv::ccm::CCM_3x3);
-    model.setDistance(setting.distance);
-    model.setLinear(setting.linear);
-    model.setInitialMethod(setting.start);
-    model.setSaturatedThreshold(-1.0, 2.0);  // what clips has been left out
-    model.run();
-    const cv::Mat result = model.infer(all, true);  // linear RGB
-    PatchTable lab;
-    for (int i = 0; i < kPatchCount; ++i) {
-      const cv::Vec3d rgb = result.at<cv::Vec3d>(i, 0);
-      lab[static_cast<std::size_t>(i)] = labOfLinear({rgb[0], rgb[1], rgb[2]});
-    }
-    return lab;
   };
 }
 
