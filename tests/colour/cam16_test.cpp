@@ -32,8 +32,9 @@ Vector3 slowUcs(const Vector3& xyz, const Vector3& white, double la, double back
   const auto adapted = [&](const Vector3& v) {
     Vector3 a = cones(v);
     for (std::size_t c = 0; c < 3; ++c) {
-      const double x = fl * a[c] * white[1] / whiteCones[c] / 100.0, p = std::pow(x, 0.42);
-      a[c] = 400.0 * p / (p + 27.13) + 0.1;
+      const double x = fl * a[c] * white[1] / whiteCones[c] / 100.0;
+      const double p = std::pow(std::fabs(x), 0.42);
+      a[c] = std::copysign(400.0 * p / (p + 27.13), x) + 0.1;
     }
     return a;
   };
