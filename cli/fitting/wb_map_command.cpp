@@ -101,8 +101,6 @@ void run(const WbMapOptions& options) {
   if (!options.csv.empty()) writeWholeFile(options.csv, present::wbMapCsv(result));
   if (!options.json.empty()) writeText(options.json, present::toJson(result));
   if (options.printsText()) print(result);
-  for (const std::string& warning : result.warnings())
-    std::cerr << "greycard wb-map: " << warning << "\n";
 }
 
 void addPointsOption(CLI::App& app, const std::string& name, std::vector<std::string>& points,

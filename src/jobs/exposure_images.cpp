@@ -5,12 +5,14 @@
 #include <stdexcept>
 
 #include "greycard/luma.h"
+#include "greycard/number_text.h"
 #include "greycard/picture.h"
 
 namespace greycard {
 namespace {
 
 constexpr double kCdfEndTolerance = 1e-6;
+constexpr double kLargestTarget = 255.0;  // bins
 
 [[noreturn]] void refuse(const std::string& what) {
   throw std::invalid_argument(what);
@@ -25,6 +27,9 @@ void checkCumulative(const std::string& name, std::span<const double> cdf) {
 
 void checkImage(const std::string& prefix, const ExposureImage& image) {
   if (!image.newTarget) refuse(prefix + "newTarget is missing: the luma target wanted");
+  if (!(*image.newTarget >= 0.0 && *image.newTarget <= kLargestTarget))
+    refuse(prefix + "newTarget is " + exact(*image.newTarget) +
+           "; a luma target is a number from 0 to 255");
   if (image.picture) {
     if (image.hist_CDF || image.hist_RGB)
       refuse(prefix + "picture and histograms exclude each other");

@@ -33,21 +33,19 @@ bool WhiteBalanceMapping::meetsTargets() const {
   return largestResidual() <= kLargestSoundResidual * scale;
 }
 
-std::vector<std::string> WhiteBalanceMapping::warnings() const {
-  if (!spansPlane())
-    return {
-        "the three source points do not span a plane, so they leave the mapping open and these "
-        "figures mean nothing; choose three that form a triangle"};
-  if (!meetsTargets())
-    return {
-        "the references are not mapped onto their targets, for the source points are almost on one "
-        "line or the figures are too large; choose three points that form a wider triangle"};
-  return {};
-}
-
 WhiteBalanceMapping mapWhiteBalance(const WhiteBalanceOptions& options) {
-  return {options.from, options.to, AWBUtils().GetAffineTransform(options.from, options.to),
-          options.points};
+  WhiteBalanceMapping mapping{options.from, options.to,
+                              AWBUtils().GetAffineTransform(options.from, options.to),
+                              options.points};
+  if (!mapping.spansPlane())
+    throw JobError(
+        "the three source points do not span a plane, so they leave the mapping open; choose three "
+        "that form a triangle");
+  if (!mapping.meetsTargets())
+    throw JobError(
+        "the references are not mapped onto their targets, for the source points are almost on one "
+        "line or the figures are too large; choose three points that form a wider triangle");
+  return mapping;
 }
 
 WhiteBalancePoint whiteBalancePoint(std::string_view text) {

@@ -39,7 +39,7 @@ TEST_F(CommandTest, WbMapMapsPointsOfOptionsAndFiles) {
 
   const auto line = run({"wb-map", "--from", "0.1,0.1", "--from", "0.2,0.2", "--from", "0.3,0.3",
                          "--to", "0,0", "--to", "1,0", "--to", "0,1"});
-  EXPECT_EQ(line.status, 0);
+  EXPECT_EQ(line.status, 1);
   EXPECT_THAT(line.err, HasSubstr("the three source points do not span a plane"));
 }
 

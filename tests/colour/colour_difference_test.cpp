@@ -4,6 +4,7 @@
 #include <fstream>
 #include <string>
 
+#include "greycard/colour_errors.h"
 #include "greycard/delta_e.h"
 
 namespace greycard {
@@ -54,6 +55,19 @@ TEST(DeltaE, ZeroForEqualColoursAndNotANumberPassesThrough) {
     }
     EXPECT_TRUE(std::isfinite(formula({50, 1e60, 0}, {50, 0, 1e60})));
   }
+}
+
+TEST(ColourErrorsOfAChart, MeanAndWorstOfAllPatches) {
+  PatchTable reference{}, lab{};
+  for (std::size_t i = 0; i < kPatchCount; ++i) {
+    reference[i] = {50, 3, 4};
+    lab[i] = {50.0 + static_cast<double>(24 - i), 3, 4};
+  }
+  const ColourErrors errors = colourErrors(reference, lab);
+  EXPECT_DOUBLE_EQ(errors.cie76.mean, 12.5);
+  EXPECT_DOUBLE_EQ(errors.cie94.worst, 24.0);
+  EXPECT_EQ(errors.cie76.worstPatch, 0);
+  EXPECT_EQ(colourErrors(lab, reference).ciede2000.patch[23], deltaE2000(lab[23], reference[23]));
 }
 
 }  // namespace

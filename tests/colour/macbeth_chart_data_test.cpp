@@ -102,6 +102,10 @@ TEST(ChartFiles, EightBitRgbBecomesLab) {
   EXPECT_LT(std::hypot(chart.m_RefLab[0][1], chart.m_RefLab[0][2]), 0.03);
   EXPECT_EQ(chart.m_RGB, PatchTable{});
   EXPECT_THROW(chart.readReferenceSRgb(file.path), FileError);
+  const ChartFile black("0 0 0\n" + lines(23, "255 255 255\n"));
+  chart.readReferenceSRgb(black.path);
+  EXPECT_NEAR(chart.m_RefLab[0][0], 0.0, 1e-9);
+  EXPECT_NEAR(chart.m_RefLab[23][0], 100.0, 1e-9);
 }
 
 TEST(ChartFiles, WrittenChartsReadBackToSixDigits) {
@@ -117,9 +121,10 @@ TEST(ChartFiles, WrittenChartsReadBackToSixDigits) {
 
 TEST(ChartData, ReferenceFromMeasuredRgb) {
   MacbethChartData chart;
-  chart.m_RGB[5] = {0, 1, 0};
+  chart.m_RGB[0] = chart.m_RGB[5] = {0, 1, 0};
   chart.RefLabFromRGB();
   EXPECT_NEAR(chart.m_RefLab[5][0], 87.73, 0.01);  // sRGB green
+  EXPECT_EQ(chart.m_RefLab[0], chart.m_RefLab[5]);
   EXPECT_STREQ(patchName(5), "bluish green");
   EXPECT_THROW(patchName(24), std::out_of_range);
 }

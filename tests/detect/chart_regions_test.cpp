@@ -63,7 +63,7 @@ TEST(RegionFile, RefusesNamingFileLineAndWord) {
                {lines(3) + "1,2,three,4\n" + lines(20), "line 4", "\"three\""},
                {lines(3) + "nan,2,3,4\n" + lines(20), "line 4", "\"nan\""},
                {lines(3) + "1,inf,3,4\n" + lines(20), "line 4", "\"inf\""},
-               {lines(3) + "1,-1e308,3,4\n" + lines(20), "line 4", "\"-1e308\""},
+               {lines(3) + "1,-1.1e9,3,4\n" + lines(20), "line 4", "\"-1.1e9\""},
                {lines(3) + "1,2,0,4\n" + lines(20), "line 4", "width \"0\""},
                {lines(23) + "1,2,3,-4", "line 24", "height \"-4\""}};
   for (const auto& c : cases) {

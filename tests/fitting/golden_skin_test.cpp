@@ -12,6 +12,7 @@
 #include "matrix_functions.h"
 #include "skin_calibrate.h"
 #include "skin_color_lib.h"
+#include "skin_defaults.h"
 #include "spectral_tables.h"
 #include "text.h"
 
@@ -92,6 +93,8 @@ TEST(GoldenSkin, OfTheEnginesDefaultsAndOfThreeMatrices) {
     const auto& [r, g, b] = (*helper.GetEncodedColours())[i];
     EXPECT_NEAR(0.299F * r + 0.587F * g + 0.114F * b, point.y, 1e-6F);
   }
+  text += "default tone curve\n";
+  for (const std::uint8_t code : kDefaultSkinGamma) text += std::to_string(code) + "\n";
   expectGolden("fitting/golden/skin.txt", text);
 }
 

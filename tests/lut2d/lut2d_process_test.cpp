@@ -64,6 +64,7 @@ std::vector<TableCase> tables() {
       changed("ManyTurns", wild, shifts(12, 10)),
       changed("LargestShifts", wild, shifts(24, 23.9F)),
       changed("LumaKept", some, blend(1.0F)),
+      changed("LumaPartly", wild, blend(0.3125F)),  // an odd number of sixteenths
       changed("LumaReversed", wild, blend(-1.9F)),
       changed("LumaOverdone", wild, blend(1.9F)),
       changed("LumaSent", some, blend(3.0F)),

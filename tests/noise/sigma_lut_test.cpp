@@ -221,6 +221,11 @@ TEST(SigmaLut, Refusals) {
   for (const float scale : {0.0F, -1.0F, 1e-30F, std::nanf("")})
     EXPECT_THROW(VelmoUtils::EstimateRnrSigmaLutFormYuv(true, 3, 3, scale, image, table),
                  pxcore::ExceptionCheck);
+  for (const auto& [w, h] : {std::pair{3, 4}, {4, 3}})
+    EXPECT_THROW(
+        VelmoUtils::EstimateRnrSigmaLutFormYuv(true, static_cast<std::uint64_t>(w),
+                                               static_cast<std::uint64_t>(h), 1.0F, image, table),
+        pxcore::ExceptionCheck);
 }
 
 TEST(SigmaLutTwoThreads, DoNotMeet) {

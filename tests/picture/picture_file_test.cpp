@@ -114,6 +114,11 @@ TEST_F(PictureFile, RefusesToReadWithAReason) {
   EXPECT_THAT(refusal([&] { readPicture(path("")); }), HasSubstr("folder"));
 }
 
+TEST_F(PictureFile, JpegIsToldByItsName) {
+  for (const char* name : {"a.jpg", "b/a.JPEG"}) EXPECT_TRUE(isJpegName(name)) << name;
+  for (const char* name : {"a.png", "jpg", "a.jpg/b"}) EXPECT_FALSE(isJpegName(name)) << name;
+}
+
 // What each ending holds: grey and colour, of 8 and of 16 bits.
 TEST_F(PictureFile, EveryEndingHoldsItsKindsOfPicture) {
   const std::pair<const char*, std::string> cases[] = {

@@ -138,13 +138,13 @@ TEST(FittingJson, AnExposureJobsFileIsRefusedWithTheField) {
       {R"({"images": [{"hist_CDF": [[1]]}]})", "hist_CDF must be 3 lists of 256 numbers"},
       {R"({"images": [{"hist_CDF": [[1], 2, 3]}]})", "hist_CDF[0] must be a list of 256 numbers"},
   };
-  for (const auto& [text, says] : refusals)
-    EXPECT_THAT([&] { read(text); }, testing::ThrowsMessage<JobError>(HasSubstr(says)));
+  for (const auto& bad : refusals)
+    EXPECT_THAT([&] { read(bad.first); }, testing::ThrowsMessage<JobError>(HasSubstr(bad.second)));
   std::filesystem::remove_all(folder);
 }
 
 TEST(FittingJson, ResultsThatCantBeAreRefusedAndTheValueStays) {
-  WhiteBalanceMapping mapping = mapWhiteBalance({});
+  WhiteBalanceMapping mapping;
   const std::string text = toJson(mapping);
   expectRefused(replaced(text, "\"points\"", "\"p\""), mapping, "points is missing");
   expectRefused(replaced(text, "\"from\": [", "\"from\": [1,"), mapping,

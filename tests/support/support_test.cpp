@@ -12,6 +12,7 @@
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
 #include "greycard/names.h"
+#include "greycard/number_text.h"
 #include "greycard/version.h"
 #include "numeric_error.h"
 #include "text.h"
@@ -50,6 +51,54 @@ TEST(Text, SplitsAndParses) {
   EXPECT_EQ(shown(" a\n~\x7f"), "\" a?~?\"");
   EXPECT_EQ(shown("abc", 3) + shown("abcd", 3), "\"abc\"\"abc...\"");
   EXPECT_EQ(shown(std::string(25, 'x')), "\"" + std::string(24, 'x') + "...\"");
+}
+
+TEST(Names, TheNearestIsOfferedWithinHalfTheLetters) {
+  const std::vector<std::string> known{"VNormal", "VOutdoor", "TL84", "tl84"};
+  const std::pair<const char*, const char*> cases[] = {
+      {"vnormal", "; did you mean \"VNormal\"? Known: VNormal, VOutdoor, TL84, tl84"},
+      {"VOutdor", "; did you mean \"VOutdoor\"?"},
+      {"utdoor", "; did you mean \"VOutdoor\"?"},
+      {"VOuXtdooY", "; did you mean \"VOutdoor\"?"},
+      {"tL84", "; did you mean \"TL84\"?"},
+      {"TLxy", "; did you mean \"TL84\"?"},
+      {"xyTL8", "; known: "},  // three of five
+      {"pqrstuvw", "; known: VNormal, VOutdoor, TL84, tl84"}};
+  for (const auto& [name, says] : cases)
+    EXPECT_EQ(unknownName("curve", name, known)
+                  .find("there is no curve \"" + std::string(name) + "\"" + says),
+              0U)
+        << unknownName("curve", name, known);
+  EXPECT_EQ(printable("a\n\x1f \x7f\xc3~"), "a?? ?\xc3~");
+}
+
+TEST(NumberText, WritesAndReadsPlainNumbers) {
+  const double nan = std::nan(""), infinity = HUGE_VAL;
+  const std::pair<std::string, const char*> cases[] = {{fixed(-0.004, 2), "0.00"},
+                                                       {fixed(-0.006, 2), "-0.01"},
+                                                       {fixed(2.5, 0), "2"},
+                                                       {fixed(1.0, -3), "1"},
+                                                       {fixed(nan, 2), "-"},
+                                                       {fixed(-infinity, 2), "-"},
+                                                       {general(-0.0, 4), "0"},
+                                                       {general(12345.6, 3), "1.23e+04"},
+                                                       {general(2.0 / 3.0, 0), "0.7"},
+                                                       {general(nan, 3), "-"},
+                                                       {exact(0.1F), "0.1"},
+                                                       {exact(-nan), "nan"},
+                                                       {exact(0.1 + 0.2), "0.30000000000000004"},
+                                                       {exact(-infinity), "-inf"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
+  EXPECT_EQ(finiteNumbers("\t1, 2.5\r\n,-3e1 "), (std::vector<double>{1.0, 2.5, -30.0}));
+  EXPECT_TRUE(finiteNumbers(" ,\n").empty());
+  const std::pair<std::string, std::string> refusals[] = {
+      {"1 inf", "\"inf\""},
+      {"1;2", "\"1;2\""},
+      {std::string(30, 'a') + "b", "\"" + std::string(30, 'a') + "\""}};
+  for (const auto& refusal : refusals)
+    EXPECT_THAT(
+        [&] { finiteNumbers(refusal.first); },
+        testing::ThrowsMessage<std::invalid_argument>(refusal.second + " is not a finite number"));
 }
 
 TEST(Text, FormatsAsTheCLocaleDoesWhateverTheLocale) {

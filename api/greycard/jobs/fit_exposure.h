@@ -28,7 +28,7 @@ struct ExposureImage {
   std::optional<ChannelHistograms> hist_CDF, hist_RGB;  ///< instead of a picture, both
 
   double Weight = 1.0;               ///< of the squared error, 0 or above
-  std::optional<double> newTarget;   ///< luma target wanted; must be there
+  std::optional<double> newTarget;   ///< luma target wanted, 0..255; must be there
   std::optional<double> curr_luma;   ///< measured now; else the mean luma of the histograms
   std::optional<double> cur_target;  ///< set now; else curr_luma: exposure has settled
   double max_pushup_mean = 0.0, max_pushdown_mean = 0.0, max_dark_mean = 0.0;  ///< kept, not used

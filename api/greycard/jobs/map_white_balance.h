@@ -30,10 +30,10 @@ struct GREYCARD_EXPORT WhiteBalanceMapping {
   /// Whether the references are mapped onto their targets but for rounding: false for almost all
   /// that lie almost on one line, and for figures that are too large.
   bool meetsTargets() const;
-  /// What is wrong with the mapping, a sentence each; mostly empty.
-  std::vector<std::string> warnings() const;
 };
 
+/// \throws JobError when the references in `from` lie on one line, or almost, so that no mapping
+///         carries them onto their targets
 GREYCARD_EXPORT WhiteBalanceMapping mapWhiteBalance(const WhiteBalanceOptions& options);
 
 /// The point of a text of two numbers, R/G and B/G, with blanks or a comma between them.

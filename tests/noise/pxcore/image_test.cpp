@@ -2,12 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <functional>
 #include <numeric>
 #include <opencv2/core.hpp>
 
 #include "ip_filter_sep.h"
+#include "sizes.h"
 
 namespace greycard::pxcore {
 namespace {
@@ -104,6 +106,18 @@ TEST(Image, ChecksNameTheConditionAndThePlace) {
   EXPECT_THROW(none.ClonePadded(image, kHuge / 2), ExceptionRuntime);
   EXPECT_THROW(none.Create(1ULL << 40, 1ULL << 20), ExceptionRuntime);
   EXPECT_FALSE(none.IsValid());
+}
+
+// The padded image may fill the machine's memory to the last sample.
+TEST(Image, MemoryIsThatOfThePaddedImage) {
+  const std::uint64_t memory = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
+                               static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  for (const auto& [h, pad, bytes] : {std::array<std::uint64_t, 3>{100, 50, 1}, {7, 0, 4}}) {
+    const std::uint64_t widest = memory / bytes / (h + 2 * pad) - 2 * pad;
+    EXPECT_NO_THROW(requireMemory(widest, h, pad, bytes));
+    EXPECT_THROW(requireMemory(widest + 1, h, pad, bytes), ExceptionRuntime);
+  }
+  EXPECT_EQ(TImage<float>().Height() + TImage<float>().Width(), 0U);
 }
 
 }  // namespace

@@ -1,0 +1,245 @@
+// What the jobs give, as the JSON, tables and plots that are written of it. Compiled into the tests
+// of the jobs and of what presents them: a fault of either shows in the texts beside this file.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <filesystem>
+#include <sstream>
+
+#include "golden.h"
+#include "greycard/chart_regions.h"
+#include "greycard/diagnostics.h"
+#include "greycard/files.h"
+#include "greycard/number_text.h"
+#include "greycard/present/chart.h"
+#include "greycard/present/fitting.h"
+#include "greycard/present/gamma.h"
+#include "greycard/present/lut2d.h"
+#include "greycard/present/measured_chart.h"
+#include "greycard/present/noise.h"
+#include "greycard/present/simulate.h"
+
+namespace greycard::present {
+namespace {
+
+// Numbers of more than nine digits shortened to those that every build agrees on, and the pictures
+// inside a page, which are an encoder's, left out.
+std::string settled(const std::string& text) {
+  std::string out;
+  for (std::size_t i = 0; i < text.size();) {
+    if (text.compare(i, 12, "data:image/p") == 0) {
+      i = text.find('"', i);
+      continue;
+    }
+    const std::size_t end = std::min(text.find_first_not_of("0123456789.e-", i), text.size());
+    if (end - i < 12 || text.find('.', i) >= end) {
+      out.append(text, i, std::max<std::size_t>(end - i, 1));
+      i += std::max<std::size_t>(end - i, 1);
+      continue;
+    }
+    std::ostringstream number;
+    number.precision(9);
+    number << std::stod(text.substr(i, end - i));
+    out += number.str();
+    i = end;
+  }
+  return out;
+}
+
+void expectResult(const std::string& name, const std::string& text) {
+  SCOPED_TRACE(name);
+  expectGolden("results/golden/" + name, settled(text) + "\n");
+}
+
+// A sum that every sample changes in its own way.
+std::string trace(const Picture& picture) {
+  std::uint64_t sum = 0;
+  for (std::size_t i = 0; i < picture.samples.size(); ++i) sum += picture.samples[i] * (i % 97 + 1);
+  return std::to_string(picture.width) + " x " + std::to_string(picture.height) + ", " +
+         std::to_string(picture.bits) + " bits: " + std::to_string(sum);
+}
+
+class GoldenResults : public testing::Test {
+ protected:
+  GoldenResults() : folder(testing::TempDir() + "golden_results_" + std::to_string(::getpid())) {
+    std::filesystem::create_directories(folder);
+    setErrorChannel([](std::string_view) {});
+  }
+  ~GoldenResults() override {
+    setErrorChannel({});
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    std::filesystem::remove_all(folder);
+  }
+  std::filesystem::path folder;
+};
+
+SimulatedChart photograph(Illum light) {
+  SimulationSettings settings;
+  settings.light = light;
+  settings.width = 480;
+  settings.height = 360;
+  settings.bits = 16;
+  settings.encoding = SampleEncoding::linear;
+  settings.blackLevel = 1000;
+  settings.rotationDeg = 4;
+  settings.whiteShare = 0.85;
+  settings.shotNoise = 0.02;
+  return *simulateChart(settings, "chart.tif");
+}
+
+ChartFitOptions otherOptions() {
+  ChartFitOptions options;
+  options.locate.samples.blackLevel = 1000;
+  options.light = illum_A;
+  options.formula = FitFormula::CIE76;
+  options.gamma = "VOutdoor";
+  options.noiseRate = 0.1;
+  options.targetSaturation = {1.0, 1.1, 0.9, 1.0};
+  options.targetHue = {2.0, 0.0, -3.0};
+  options.whitePatches = {19, 22};
+  return options;
+}
+
+TEST_F(GoldenResults, OfCharts) {
+  const SimulatedChart a = photograph(illum_A);
+  expectResult("simulated.json", toJson(a));
+  expectResult("search.json", toJson(searchChart(a.picture, {}, "a.tif")));
+  writeRegions(folder / "regions.txt", locateChart(a.picture).patches());
+  ChartFitOptions options = otherOptions();
+  options.locate.regions = folder / "regions.txt";
+  const ChartFit fit = *fitChart(a.picture, options, "a.tif");
+  expectResult("fit.json", toJson(fit));
+  expectResult("corrected.txt", trace(correctedPhotograph(a.picture, fit, options.locate.samples)));
+  EvaluationOptions judged;
+  judged.locate = options.locate;
+  judged.light = illum_TL84;
+  judged.scale = 1.2;
+  expectResult("evaluation.json", toJson(evaluateChart(a.picture, judged, "a.tif")));
+
+  // Clipped, without the black level, and searched for.
+  SimulationSettings bright;
+  bright.width = 360, bright.height = 300, bright.whiteShare = 1.6, bright.yawDeg = 12;
+  const SimulatedChart clipped = *simulateChart(bright, "bright.png");
+  const ChartFit poor = *fitChart(clipped.picture, {}, "bright.png");
+  expectResult("fit_clipped.json", toJson(poor));
+  expectResult("report.html", fitReport(poor, clipped.picture));
+  options.locate.regions = judged.locate.regions = "regions.txt";
+  expectResult("options.json", toJson(options) + "\n" + toJson(judged));
+}
+
+TEST_F(GoldenResults, OfCurves) {
+  GammaCurveModel model(true);
+  const GammaCurvePtr outdoor = model.GetGammaCurveByName("VOutdoor");
+  std::string odd = "junk ", plain = "GammaTableV2R: ";
+  for (int i = 0; i < 256; ++i) odd += std::to_string(4 * i) + " ";
+  for (int channel = 0; channel < 3; ++channel) {
+    for (int i = 0; i < 256; ++i) plain += std::to_string(std::min((6 - channel) * i, 1023)) + " ";
+    if (channel < 2) plain += channel == 0 ? "\nGammaTableV2G: " : "\nGammaTableV2B: ";
+  }
+  writeWholeFile(folder / "odd.txt", odd);
+  writeWholeFile(folder / "three.txt", plain);
+  std::filesystem::current_path(folder);
+  const std::vector<std::filesystem::path> files{"odd.txt", "three.txt"};
+  const CurveImportReport imported = importCurves(model, files);
+  const GammaCurvePtr three = model.GetGammaCurveByName(imported.curves[1].curve.name);
+  const auto against = comparisonCurve("VNormal").curve;
+  expectResult("imported.json", toJson(imported) + toJson(listCurves(model)));
+  const ShownCurve shown = showCurve(*outdoor, {CurveChannel::Red, 7});
+  expectResult("shown.json", toJson(shown) + toJson(exportCurve(*three, "out.txt", {64, 10})));
+  expectResult("exported.txt", readWholeFile("out.txt"));
+  std::string luts;
+  for (const CurveLutOptions& options : {CurveLutOptions{LutKind::Plain, CurveChannel::Red, 8},
+                                         {LutKind::Of14Bits, CurveChannel::Green, {}},
+                                         {LutKind::Norm, CurveChannel::Blue, {}},
+                                         {LutKind::To12Bits, CurveChannel::Blue, {}}})
+    luts += toJson(buildCurveLut(*three, options)).substr(0, 3000) + toJson(options);
+  expectResult("luts.json", luts);
+  const ControlPointReduction reduced = reduceToControlPoints(*three, CurveChannel::Green);
+  const StandardCurve pq = standardCurve({StandardCurveKind::HDR10, 1000}),
+                      hlg = standardCurve({StandardCurveKind::HLG});
+  const DeGammaResult inputs = degammaColour(*three, {60.0, 61.0, 30.0});
+  expectResult("reduced.json", toJson(reduced));
+  expectResult("standard.json", toJson(pq) + toJson(hlg));
+  expectResult("degamma.json", toJson(inputs));
+  expectResult("curves.svg", curvePlot(shown, against) + curvePlot(imported) + curvePlot(reduced) +
+                                 curvePlot(pq) + curvePlot(hlg, against) +
+                                 curvePlot(inputs, imported.curves[1].curve));
+}
+
+TEST_F(GoldenResults, OfTables) {
+  Lut2DConfig table = identityLut2d({{0.0F, 0.1F, 0.9F, 1.0F}});
+  std::string reports;
+  for (const Lut2dDragOptions& drag :
+       {Lut2dDragOptions{118.0, 0.52, -30.0, 0.1, 2, 3}, {300.0, 0.8, 12.0, -0.2, 3, 1}})
+    reports += toJson(drag) + toJson(dragLut2d(table, drag));
+  expectResult("drags.json", reports + toJson(summariseLut2d(table)));
+  expectResult("wheel.svg", lut2dWheel(table, "dragged"));
+  const Lut2dInverse inverse = invertLut2d(table);
+  expectResult("inverse.json", toJson(inverse.report) + toJson(inverse.table));
+  const AppliedLut2d applied =
+      applyLut2d(photograph(illum_D65).picture, table, {}, "a.tif", "t.json");
+  expectResult("applied.json",
+               toJson(applied.report) + trace(applied.picture()) + trace(applied.comparison()));
+}
+
+TEST_F(GoldenResults, OfRules) {
+  writeWholeFile(folder / "dark.ppm", "P3 2 2 255\n10 20 30  20 30 40  60 50 40  90 120 80\n");
+  writeWholeFile(folder / "deep.pgm", "P2 4 1 4095\n160 320 480 2960\n");
+  ExposureJob job;
+  job.images.resize(2);
+  job.images[0].picture = folder / "dark.ppm";
+  job.images[0].newTarget = 45;
+  job.images[1].picture = folder / "deep.pgm";
+  job.images[1].whiteLevel = 4095;
+  job.images[1].newTarget = 60;
+  job.images[1].Weight = 2;
+  job.parameters_enable[2] = 0;
+  SearchOptions search;
+  search.maxSeconds = 0.0;
+  search.maxEvaluations = 300;
+  ExposureFit fit = fitExposure(job, search);
+  fit.seconds = 2.0;
+  EXPECT_EQ(fit.evaluationsPerSecond(), 150.0);
+  const ExposureTrial trial = evaluateExposure(job);
+  for (ExposureImage& image : job.images) image.picture = image.picture->filename();
+  expectResult("exposure.json", toJson(job) + toJson(search) + toJson(fit) + toJson(trial));
+  expectResult("exposure.svg", exposurePlot(fit) + exposurePlot(trial));
+  expectResult("luma.json", toJson(matchLuma({{100, 120, 140}, {60, 90, 30}, search})));
+
+  WhiteBalanceOptions points;
+  points.from = {{{0.48, 0.66}, {0.64, 0.52}, {0.93, 0.37}}};
+  points.to = {{{0.5, 0.6}, {0.7, 0.5}, {0.9, 0.4}}};
+  points.points = {{0.5, 0.5}, {0.7, 0.3}};
+  const WhiteBalanceMapping mapping = mapWhiteBalance(points);
+  expectResult("wb_map.json", toJson(points) + toJson(mapping) + wbMapCsv(mapping));
+
+  SkinCharts charts;
+  const Illum lights[] = {illum_D65, illum_A, illum_TL84};
+  LocateOptions locate;
+  locate.samples.blackLevel = 1000;
+  for (std::size_t i = 0; i < 3; ++i)
+    charts[i] = measureChart(photograph(lights[i]).picture, locate, "chart.tif");
+  SkinOptions options;
+  options.matrix = Matrix3{{{1.7, -0.5, -0.2}, {-0.2, 1.5, -0.3}, {0.0, -0.5, 1.5}}};
+  options.matrixFrom = "by hand";
+  const SkinCalibration skin = calibrateSkin(charts, options, {"d65.tif", "a.tif", "tl84.tif"});
+  constexpr std::size_t kEnough = 20000;  // of thousands of points
+  expectResult("skin.json", toJson(options) + toJson(skin).substr(0, kEnough));
+  expectResult("skin.svg", skinPlot(skin).substr(0, kEnough) + skinCsv(skin).substr(0, kEnough));
+}
+
+TEST_F(GoldenResults, OfFlatFields) {
+  FlatFieldSettings settings;
+  settings.width = settings.height = 640;
+  settings.fallOff = 0.4;
+  const SimulatedFlatField simulated = *simulateFlatField(settings, "flat.png");
+  const SigmaEstimate estimate = estimateSigma(flatField(simulated.picture, {}, "flat.jpg"), true);
+  expectResult("sigma.json", toJson(simulated) + toJson(estimate) + sigmaCsv(estimate));
+  expectResult("sigma.svg", sigmaPlot(estimate));
+  expectResult("sigma_map.txt", trace(sigmaMap(estimate)));
+}
+
+}  // namespace
+}  // namespace greycard::present
