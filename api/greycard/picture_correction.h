@@ -22,11 +22,14 @@ using ToneCurves = std::array<std::span<const double>, 3>;
 ///
 /// The result has three channels. Each value is at most 0.51 codes from the exact one, for curves
 /// of up to 256 values and for the sRGB transfer: the nearest code but for near ties.
-/// \param gains  exposure gain times white-balance gain per channel
+/// \param gains       exposure gain times white-balance gain per channel
+/// \param lightCurve  what linear values go through first, of a photograph that a camera toned: see
+///                    MatrixFitResult::toneCurve
 /// \throws std::invalid_argument for levels that make no scale, an inconsistent picture, a curve of
 ///         one value or with one that is not finite, or gains times matrix not finite or above 1e6
 GREYCARD_EXPORT Picture correctPicture(const Picture& picture, const SampleLevels& levels,
                                        const Vector3& gains, const Matrix3& matrix,
-                                       const ToneCurves& curves = {});
+                                       const ToneCurves& curves = {},
+                                       std::span<const double> lightCurve = {});
 
 }  // namespace greycard

@@ -3,9 +3,11 @@
 #include <iostream>
 #include <memory>
 
+#include "best_text.h"
 #include "ccm_options.h"
 #include "ccm_text.h"
 #include "greycard/files.h"
+#include "greycard/present/best_fit.h"
 #include "greycard/present/chart.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
@@ -14,7 +16,55 @@
 namespace greycard::cli {
 namespace {
 
+// Writes what is asked for; the picture is corrected only when it is.
+template <typename Fit, typename Correct>
+void write(const CcmOptions& options, const Picture& picture, const Fit& fit, Correct correct) {
+  if (!options.corrected.empty()) writePicture(options.corrected, correct());
+  if (!options.report.empty()) writeWholeFile(options.report, present::fitReport(fit, picture));
+  if (!options.json.empty()) writeText(options.json, present::toJson(fit));
+}
+
+void runStated(const CcmOptions& options) {
+  const ChartFitOptions fitOptions = options.fitOptions();
+  const Picture picture = options.source.read();
+  const ChartFit fit = locating([&] {
+    ProgressBar progress("fitting");
+    return *fitChart(picture, fitOptions, options.source.photo, progress.callback());
+  });
+  write(options, picture, fit,
+        [&] { return correctedPhotograph(picture, fit, fitOptions.locate.samples); });
+  if (!options.printsText()) return;
+  std::cout << ccmText(fit);
+  printWarnings(fit.warnings);
+}
+
+std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Picture& picture) {
+  std::vector<ChartPhotograph> all = {
+      {picture, options.source.photo, options.best.weightOf(0), {}}};
+  for (const auto& file : options.best.also)
+    all.push_back({readPicture(file), file, options.best.weightOf(all.size()), {}});
+  if (const auto flatField = options.best.flatField(); !flatField.empty())
+    for (ChartPhotograph& photograph : all) photograph.flatField = readPicture(flatField);
+  return all;
+}
+
+void runBest(const CcmOptions& options) {
+  const BestFitOptions fitOptions{options.fitOptions(), options.best.fitOptions()};
+  const Picture picture = options.source.read();
+  const std::vector<ChartPhotograph> all = photographs(options, picture);
+  const BestChartFit fit = locating([&] {
+    ProgressBar progress("fitting");
+    return *fitChartBest(all, fitOptions, progress.callback());
+  });
+  write(options, picture, fit,
+        [&] { return correctedPhotograph(picture, fit, 0, fitOptions.chart.locate.samples); });
+  if (!options.printsText()) return;
+  std::cout << bestText(fit);
+  printWarnings(fit.warnings);
+}
+
 void run(const CcmOptions& options) {
+  options.best.check();
   JobFiles files;
   options.source.nameFiles(files);
   files.input("--reference-lab", options.fit.referenceLab);
@@ -23,20 +73,12 @@ void run(const CcmOptions& options) {
   files.pictureOutput("--corrected", options.corrected);
   files.textOutput("--json", options.json);
 
-  const ChartFitOptions fitOptions = options.fitOptions();
-  const Picture picture = options.source.read();
-  const ChartFit fit = locating([&] {
-    ProgressBar progress("fitting");
-    return *fitChart(picture, fitOptions, options.source.photo, progress.callback());
-  });
+  options.best.nameFiles(files);
 
-  if (!options.corrected.empty())
-    writePicture(options.corrected, correctedPhotograph(picture, fit, fitOptions.locate.samples));
-  if (!options.report.empty()) writeWholeFile(options.report, present::fitReport(fit, picture));
-  if (!options.json.empty()) writeText(options.json, present::toJson(fit));
-  if (!options.printsText()) return;
-  std::cout << ccmText(fit);
-  printWarnings(fit.warnings);
+  if (options.best.asked())
+    runBest(options);
+  else
+    runStated(options);
 }
 
 }  // namespace
@@ -46,7 +88,8 @@ void addCcm(CLI::App& parent) {
   CLI::App& app = addSubCommand(
       parent, "ccm",
       "Fit white-balance gains and a colour-correction matrix to a photographed chart",
-      "greycard ccm photo.jpg --light D65 --report report.html --corrected corrected.png",
+      "greycard ccm photo.jpg --light D65 --report report.html --corrected corrected.png\n"
+      "greycard ccm photo.jpg --fit best --estimate-curve",
       *options);
   options->addTo(app);
   app.callback([options] { run(*options); });

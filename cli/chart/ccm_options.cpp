@@ -79,6 +79,7 @@ void CcmOptions::addTo(CLI::App& app) {
   source.addTo(app, true);
   addFitOptions(app, *this);
   addTargetOptions(app, *this);
+  best.addTo(app);
   app.add_option("--report", report, "Report as one HTML file")->type_name("FILE");
   app.add_option("--corrected", corrected, "The photograph through gains, matrix and tone curve")
       ->type_name("FILE");

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "best_options.h"
 #include "chart_source.h"
 #include "command.h"
 #include "greycard/jobs/fit_chart.h"
@@ -13,6 +14,7 @@ namespace greycard::cli {
 
 struct CcmOptions : CommonOptions {
   ChartSource source;
+  BestOptions best;
   std::string light = "D65", deltaE = "cie94";
   std::vector<double> targetSaturation{1.0, 1.0, 1.0, 1.0};  ///< all, R, G, B
   std::vector<double> targetHue{0.0, 0.0, 0.0};              ///< R, G, B in degrees

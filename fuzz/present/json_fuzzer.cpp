@@ -7,6 +7,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "greycard/present/best_fit.h"
 #include "greycard/present/chart.h"
 #include "greycard/present/fitting.h"
 #include "greycard/present/gamma.h"
@@ -48,7 +49,9 @@ constexpr Try kTries[] = {readAndWrite<ChartSearch>,        readAndWrite<ChartFi
                           readAndWrite<StandardCurve>,      readAndWrite<Lut2DConfig>,
                           readAndWrite<Lut2dDragOptions>,   readAndWrite<Lut2dSummary>,
                           readAndWrite<SigmaEstimate>,      readAndWrite<SimulatedChart>,
-                          readAndWrite<SimulationSettings>, readAndWrite<SimulatedFlatField>};
+                          readAndWrite<SimulationSettings>, readAndWrite<SimulatedFlatField>,
+                          readAndWrite<BestFitOptions>,     readAndWrite<MatrixFitResult>,
+                          readAndWrite<BestChartFit>};
 
 }  // namespace
 

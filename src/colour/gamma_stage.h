@@ -27,6 +27,13 @@ class GammaStage {
     const double t = (x - grid_[segment]) * (kGammaPoints - 1);
     return c[0] + t * (c[1] + t * (c[2] + t * c[3]));
   }
+  /// The curve's slope there.
+  double slope(std::size_t channel, double x) const {
+    const std::size_t segment = segmentOf(x);
+    const Cubic& c = cubics_[channel * kSegments + segment];
+    const double t = (x - grid_[segment]) * (kGammaPoints - 1);
+    return (kGammaPoints - 1) * (c[1] + t * (2.0 * c[2] + t * 3.0 * c[3]));
+  }
 
  private:
   static constexpr std::size_t kSegments = kGammaPoints - 1;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "code_values.h"
+#include "light_table.h"
 #include "srgb_transfer.h"
 
 namespace greycard {
@@ -59,11 +60,15 @@ class CodeCurve {
   float steps_, last_;
 };
 
-CodeCurve codeCurve(std::span<const double> curve) {
-  if (curve.empty()) return CodeCurve(sRGBCurve());
+void checkCurve(std::span<const double> curve) {
   if (curve.size() < 2) throw std::invalid_argument("a tone curve needs at least two values");
   if (!allFinite(curve))
     throw std::invalid_argument("the tone curve has a value that isn't finite");
+}
+
+CodeCurve codeCurve(std::span<const double> curve) {
+  if (curve.empty()) return CodeCurve(sRGBCurve());
+  checkCurve(curve);
   return CodeCurve(curve);
 }
 
@@ -93,9 +98,15 @@ FloatMatrix withGains(const Matrix3& matrix, const Vector3& gains) {
 }  // namespace
 
 Picture correctPicture(const Picture& picture, const SampleLevels& levels, const Vector3& gains,
-                       const Matrix3& matrix, const ToneCurves& curves) {
+                       const Matrix3& matrix, const ToneCurves& curves,
+                       std::span<const double> lightCurve) {
   checkPicture(picture);
-  const auto linear = floatValues(linearValues(levels, picture));
+  auto values = linearValues(levels, picture);
+  if (!lightCurve.empty()) {
+    checkCurve(lightCurve);
+    for (double& value : values) value = tableLight(lightCurve, value);
+  }
+  const auto linear = floatValues(values);
   const auto m = withGains(matrix, gains);
   const std::array tone{codeCurve(curves[0]), codeCurve(curves[1]), codeCurve(curves[2])};
 

@@ -10,8 +10,14 @@
 namespace greycard {
 
 /// Accuracy and scale of every minimisation over matrix entries.
-inline constexpr PowellOptions kMatrixPowell{
-    .tolerance = 1e-6, .maxIterations = 200, .initialStep = 0.2, .lineTolerance = 0.01};
+/// Trial steps shrink slowly and stay wide, since the cost has small steps and kinks that a short
+/// one gets caught in: chosen on simulated runs, figures in docs/matrix_fit.md.
+inline constexpr PowellOptions kMatrixPowell{.tolerance = 1e-6,
+                                             .maxIterations = 200,
+                                             .initialStep = 0.2,
+                                             .lineTolerance = 0.01,
+                                             .maxStepShrink = 0.5,
+                                             .smallestStep = 0.05};
 
 /// Where a search for a matrix ended and what it took.
 struct MatrixSearchResult {

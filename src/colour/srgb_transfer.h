@@ -17,6 +17,12 @@ inline double sRGBDecode(double v) {
   return v / 12.92;
 }
 
+/// Slope of the decoding.
+inline double sRGBDecodeSlope(double v) {
+  const double size = std::fabs(v);
+  return size > 0.04045 ? 2.4 / 1.055 * std::pow((size + 0.055) / 1.055, 1.4) : 1.0 / 12.92;
+}
+
 /// Linear (nominally 0..1) to encoded.
 inline double sRGBEncode(double v) {
   if (v > 0.0031308) return 1.055 * std::pow(v, kSRgbEncodingExponent) - 0.055;

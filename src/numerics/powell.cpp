@@ -12,9 +12,7 @@
 namespace greycard {
 namespace {
 
-constexpr double kTiny = 1e-25;          // lets a cost that reaches 0 count as converged
-constexpr double kSmallestStep = 1e-10;  // trial steps don't shrink below this share of initialStep
-constexpr double kMaxStepShrink = 0.1;   // nor faster than this from one search to the next
+constexpr double kTiny = 1e-25;           // lets a cost that reaches 0 count as converged
 constexpr double kLineRelative = 1.5e-8;  // root of the double's epsilon
 
 [[noreturn]] void failAt(std::span<const double> point, const char* what) {
@@ -106,7 +104,8 @@ class Search {
       point_.swap(trial_);
       value_ = minimum.value;
     }
-    step = std::max({moved, kMaxStepShrink * step, kSmallestStep * options_.initialStep});
+    step = std::max(
+        {moved, options_.maxStepShrink * step, options_.smallestStep * options_.initialStep});
   }
 
   LargestFall searchAllDirections() {

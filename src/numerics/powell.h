@@ -20,6 +20,11 @@ struct PowellOptions {
   double initialStep = 1.0;
   /// Accuracy of a line minimum, as a fraction of the step that the direction took last.
   double lineTolerance = 1e-3;
+  /// A direction's first trial step is what it moved last, but no less than this share of its trial
+  /// step before ...
+  double maxStepShrink = 0.1;
+  /// ... and than this share of initialStep.
+  double smallestStep = 1e-10;
 };
 
 enum class PowellStop {

@@ -185,6 +185,12 @@ void describe(auto& fields, Like<ChartFit> auto& fit) {
   });
 }
 
+// Differences are made of the other fields when a fit is read.
+inline void completeErrors(ChartFit& fit) {
+  fit.before = colourErrors(fit.fit.m_targetLab, fit.fit.m_uncorrectedLab);
+  fit.after = colourErrors(fit.fit.m_targetLab, fit.correctedLab);
+}
+
 void describe(auto& fields, Like<EvaluationOptions> auto& options) {
   describe(fields, options.locate);
   fields("light", options.light);

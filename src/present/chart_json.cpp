@@ -6,11 +6,6 @@
 namespace greycard::present {
 namespace {
 
-// The differences are made of the other fields.
-void complete(ChartFit& fit) {
-  fit.before = colourErrors(fit.fit.m_targetLab, fit.fit.m_uncorrectedLab);
-  fit.after = colourErrors(fit.fit.m_targetLab, fit.correctedLab);
-}
 void complete(ChartEvaluation& evaluation) {
   evaluation.errors = colourErrors(evaluation.referenceLab, evaluation.measuredLab);
 }
@@ -41,7 +36,7 @@ std::string toJson(const ChartFit& fit) {
 }
 void fromJson(std::string_view text, ChartFit& fit) {
   readFresh(text, fit);
-  complete(fit);
+  completeErrors(fit);
 }
 
 std::string toJson(const EvaluationOptions& options) {
