@@ -119,6 +119,15 @@ TEST_F(GoldenResults, OfCharts) {
   const ChartFit fit = *fitChart(a.picture, options, "a.tif");
   expectResult("fit.json", json(fit));
   expectResult("corrected.txt", trace(correctedPhotograph(a.picture, fit, options.locate.samples)));
+  writeWholeFile(folder / "fit.json", json(fit));
+  const MeasuredChart measured = readMeasuredChart(folder / "fit.json");
+  EXPECT_EQ(measured.matrix, fit.matrix);
+  EXPECT_EQ(measured.rgb, fit.measuredRgb);
+  EXPECT_EQ(measured.light, illum_A);
+  ChartFit odd = fit;
+  odd.matrix[0][2] = NAN;
+  writeWholeFile(folder / "fit.json", toJson(odd));
+  EXPECT_THROW(readMeasuredChart(folder / "fit.json"), JobError);
   EvaluationOptions judged;
   judged.locate = options.locate;
   judged.light = illum_TL84;
