@@ -1,8 +1,12 @@
-// The search for the chart beside the OpenCV calls that it can't do without, on the same pictures:
-// a drawn chart, and the photographs in the folder that GREYCARD_PHOTOS names.
+// The searches for the chart beside a 5 x 5 Gaussian of the same picture and, the stated one,
+// beside the OpenCV calls that it can't do without; on a drawn chart, on the photographs in the
+// folder that GREYCARD_PHOTOS names, and on each with its charts painted over or without any.
 //
 //   detect             MCCDetector::detect, from the picture in memory to doubts
-//   detect_primitives  the OpenCV calls that it needs, and nothing else
+//   gaussian           cv::GaussianBlur, 5 x 5, of the 8-bit B, G, R matrix
+//   sample             sampleQuads of the chart that was found, from the picture in memory
+//   stated             the stated search alone, from the picture in memory to doubts
+//   stated_primitives  the OpenCV calls that it needs, and nothing else
 //   search             the part of it from an 8-bit B, G, R matrix to the grid
 //   search_primitives  the OpenCV calls of that part
 //   mcc                OpenCV's own chart detector on the same matrix, where its package is
@@ -10,6 +14,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -25,6 +30,7 @@
 #include "chart_renderer.h"
 #include "greycard/diagnostics.h"
 #include "greycard/mcc_detector.h"
+#include "greycard/quad_sampler.h"
 #include "macbeth.h"
 #include "quads.h"
 #include "search_image.h"
@@ -40,6 +46,27 @@ struct Subject {
 
 void detectCase(benchmark::State& state, const Subject& subject) {
   for (auto _ : state) benchmark::DoNotOptimize(MCCDetector().detect(subject.picture));
+}
+
+void statedCase(benchmark::State& state, const Subject& subject) {
+  const DetectOptions options{.methods = SearchMethods::Stated};
+  for (auto _ : state) benchmark::DoNotOptimize(MCCDetector().detect(subject.picture, options));
+}
+
+void gaussianCase(benchmark::State& state, const Subject& subject) {
+  cv::Mat blurred;
+  for (auto _ : state) {
+    cv::GaussianBlur(subject.image, blurred, {5, 5}, 0.0);
+    benchmark::DoNotOptimize(blurred.data);
+  }
+}
+
+void sampleCase(benchmark::State& state, const Subject& subject) {
+  const auto detection = MCCDetector().detect(subject.picture);
+  if (!detection.found()) return state.SkipWithError("no chart to sample");
+  const auto levels = SampleLevels::eightBit(SampleEncoding::sRGB);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(sampleQuads(subject.picture, detection.placement.patches, levels));
 }
 
 void searchCase(benchmark::State& state, const Subject& subject) {
@@ -82,7 +109,7 @@ void searchPrimitivesCase(benchmark::State& state, const Subject& subject) {
   for (auto _ : state) callPrimitives(subject.image);
 }
 
-void detectPrimitivesCase(benchmark::State& state, const Subject& subject) {
+void statedPrimitivesCase(benchmark::State& state, const Subject& subject) {
   const cv::Mat samples(subject.image.size(), CV_16UC3,
                         const_cast<std::uint16_t*>(subject.picture.samples.data()));
   for (auto _ : state) {
@@ -102,7 +129,7 @@ void mccCase(benchmark::State& state, const Subject& subject) {
 }
 #endif
 
-void addCases(const std::string& name, Picture picture) {
+void addCases(const std::string& name, Picture picture, bool hasChart) {
   const auto subject = std::make_shared<Subject>();
   subject->image = searchImage(picture, std::nullopt);
   subject->picture = std::move(picture);
@@ -113,7 +140,10 @@ void addCases(const std::string& name, Picture picture) {
     })->Unit(benchmark::kMillisecond);
   };
   add("detect", detectCase);
-  add("detect_primitives", detectPrimitivesCase);
+  add("gaussian", gaussianCase);
+  if (hasChart) add("sample", sampleCase);
+  add("stated", statedCase);
+  add("stated_primitives", statedPrimitivesCase);
   add("search", searchCase);
   add("search_primitives", searchPrimitivesCase);
 #ifdef GREYCARD_BENCH_MCC
@@ -121,16 +151,39 @@ void addCases(const std::string& name, Picture picture) {
 #endif
 }
 
+// The picture with everything that was found in it painted over.
+Picture withoutCharts(Picture picture) {
+  for (const auto& chart : MCCDetector().detectAll(picture)) {
+    double left = picture.width, top = picture.height, right = 0, bottom = 0;
+    for (const auto& patch : chart.placement.patches)
+      for (const auto& p : patch) {
+        left = std::min(left, p.x), top = std::min(top, p.y);
+        right = std::max(right, p.x), bottom = std::max(bottom, p.y);
+      }
+    const int x = std::max(0, static_cast<int>(left)), y = std::max(0, static_cast<int>(top));
+    paint(picture, x, y, std::clamp(static_cast<int>(right), x, picture.width),
+          std::clamp(static_cast<int>(bottom), y, picture.height), 128);
+  }
+  return picture;
+}
+
 const bool added = [] {
   setErrorChannel({});
   ChartPose pose{
       .width = 1600, .height = 1200, .pitch = 150.0, .turnDegrees = 7.0, .x = 800, .y = 600};
-  addCases("drawn", renderChart(pose));
+  addCases("drawn", renderChart(pose), true);
+  addCases("large",
+           renderChart({.width = 4000, .height = 3000, .pitch = 400.0, .x = 2000, .y = 1500}),
+           true);
   const char* folder = std::getenv("GREYCARD_PHOTOS");
   if (!folder || !*folder) return true;
   for (const auto& entry : std::filesystem::directory_iterator(folder))
-    if (entry.path().extension() == ".jpg")
-      addCases(entry.path().stem().string(), readPicture(entry.path()));
+    if (entry.path().extension() == ".jpg") {
+      const auto name = entry.path().stem().string();
+      auto picture = readPicture(entry.path());
+      addCases("without_" + name, withoutCharts(picture), false);
+      addCases(name, std::move(picture), true);
+    }
   return true;
 }();
 

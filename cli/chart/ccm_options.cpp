@@ -76,7 +76,7 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
 }  // namespace
 
 void CcmOptions::addTo(CLI::App& app) {
-  source.addTo(app, true);
+  source.addTo(app);
   addFitOptions(app, *this);
   addTargetOptions(app, *this);
   best.addTo(app);

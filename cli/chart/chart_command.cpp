@@ -2,10 +2,12 @@
 
 #include <iostream>
 #include <memory>
+#include <system_error>
 
 #include "chart_source.h"
 #include "command.h"
 #include "greycard/chart_regions.h"
+#include "greycard/chart_search_pictures.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
 #include "greycard/present/chart.h"
@@ -17,16 +19,56 @@ namespace {
 
 struct ChartOptions : CommonOptions {
   ChartSource source;
-  std::filesystem::path regionFile, annotated;
+  std::filesystem::path regionFile, annotated, debugFolder;
+  bool quads = false;
 };
 
-void printSummary(const ChartSearch& search) {
-  const ChartDetection& detection = *search.chart.detection;
-  std::cout << "Chart found in " << quoted(search.photo) << "\n"
-            << "  patch squares found " << detection.quads << ", used " << detection.quadsUsed
-            << "; half patch side " << fixed(detection.size, 0) << " pixels\n"
+std::string regionText(const LocatedChart& chart, bool quads) {
+  return quads ? formatQuads(chart.patches) : formatRegions(chart.regions);
+}
+
+Picture annotated(const Picture& picture, const LocatedChart& chart) {
+  if (chart.detection) return present::annotateDetection(picture, *chart.detection);
+  return present::annotatePatches(picture, chart.patches, chart.check->outliers);
+}
+
+void makeFolder(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error || !std::filesystem::is_directory(folder, error))
+    throw JobError("can't make the folder " + quoted(folder) + " of --debug");
+}
+
+// What the lattice search saw on its way, and the outcome.
+void writeStages(const std::filesystem::path& folder, const Picture& picture,
+                 const LocatedChart& chart, const LocateOptions& options) {
+  makeFolder(folder);
+  const DetectOptions detect{.levels = sampleLevels(picture, options.samples)};
+  for (const StagePicture& stage : chartSearchStages(picture, detect))
+    writePicture(folder / (stage.name + ".png"), stage.picture);
+  writePicture(folder / "5_outcome.png", annotated(picture, chart));
+}
+
+void printPlacement(const ChartDetection& detection) {
+  const ChartPlacement& placement = detection.placement;
+  std::cout << "  method " << chartMethodName(detection.method) << ": "
+            << placement.supportingPatches << " of 24 patches recognised";
+  if (detection.method != ChartMethod::Corners) std::cout << ", gate " << fixed(placement.gate, 2);
+  std::cout << "\n"
+            << "  patches every " << fixed(placement.pitch, 1) << " pixels, first row at "
+            << fixed(placement.orientationDeg, 1) << " degrees\n"
             << "  colour distance to the nominal chart " << fixed(detection.error, 0) << "\n";
-  printWarnings(search.chart.warnings());
+}
+
+void printSummary(const ChartSearch& search) {
+  const LocatedChart& chart = search.chart;
+  const bool given = !chart.detection || chart.detection->method == ChartMethod::Corners;
+  std::cout << "Chart " << (given ? "given" : "found") << " in " << quoted(search.photo) << "\n";
+  if (chart.detection) printPlacement(*chart.detection);
+  if (chart.check)
+    std::cout << "  likeness of the colours to the chart's " << fixed(chart.check->likeness, 2)
+              << "\n";
+  printWarnings(chart.warnings());
 }
 
 void run(const ChartOptions& options) {
@@ -36,18 +78,22 @@ void run(const ChartOptions& options) {
   files.pictureOutput("--annotate", options.annotated);
   files.textOutput("--json", options.json);
 
+  const LocateOptions locate = options.source.options();
   const Picture picture = options.source.read();
-  const ChartSearch search = locating(
-      [&] { return searchChart(picture, options.source.options(), options.source.photo); });
-  const PatchRegions& regions = search.chart.patches();
+  const ChartSearch search = searchChart(picture, locate, options.source.photo);
+  const LocatedChart& chart = search.chart;
 
-  if (!options.annotated.empty())
-    writePicture(options.annotated, present::annotateRegions(picture, regions));
-  if (!options.regionFile.empty()) writeRegions(options.regionFile, regions);
+  // Of use where the chart is refused too.
+  if (!options.annotated.empty()) writePicture(options.annotated, annotated(picture, chart));
+  if (!options.debugFolder.empty()) writeStages(options.debugFolder, picture, chart, locate);
   if (!options.json.empty()) writeText(options.json, present::toJson(search));
+  locating([&] { search.require(); });
+
+  const std::string regions = regionText(chart, options.quads);
+  if (!options.regionFile.empty()) writeWholeFile(options.regionFile, regions);
   if (!options.printsText()) return;
   printSummary(search);
-  if (options.regionFile.empty()) std::cout << formatRegions(regions);
+  if (options.regionFile.empty()) std::cout << regions;
 }
 
 }  // namespace
@@ -56,14 +102,21 @@ void addChart(CLI::App& parent) {
   const auto options = std::make_shared<ChartOptions>();
   CLI::App& app =
       addSubCommand(parent, "chart", "Find the 24-patch chart in a photograph",
-                    "greycard chart photo.jpg -o regions.txt --annotate annotated.png", *options);
-  options->source.addTo(app, false);
+                    "greycard chart photo.jpg -o regions.txt --annotate annotated.png\n"
+                    "greycard chart photo.jpg --corners 310,205 905,230 890,640 300,610",
+                    *options);
+  options->source.addTo(app);
   app.add_option("-o,--output", options->regionFile,
                  "Region file: 24 lines left,top,width,height in chart order")
       ->type_name("FILE");
+  app.add_flag("--quads", options->quads,
+               "Regions as the corners of each patch, x1,y1,x2,y2,x3,y3,x4,y4");
   app.add_option("--annotate", options->annotated,
-                 "Picture with the regions and patch numbers drawn")
+                 "Picture with the patches and their numbers drawn, or with what was seen instead")
       ->type_name("FILE");
+  app.add_option("--debug", options->debugFolder,
+                 "Folder for one numbered picture of each stage of the search")
+      ->type_name("FOLDER");
   app.callback([options] { run(*options); });
 }
 

@@ -1,36 +1,94 @@
 #include "chart_source.h"
 
+#include <cmath>
 #include <stdexcept>
 
 #include "command.h"
+#include "greycard/number_text.h"
 #include "option_checks.h"
 
 namespace greycard::cli {
+namespace {
 
-void ChartSource::addTo(CLI::App& app, bool regionsFromFile) {
-  app.add_option("photo", photo, "Photograph of a 24-patch chart (PNG, TIFF, JPEG, ...)")
-      ->required()
-      ->type_name("PHOTO");
-  if (regionsFromFile)
-    app.add_option("--regions", locate.regions,
-                   "Take the patches from this region file instead of looking for the chart")
-        ->type_name("FILE");
-  addSampleOptions(app);
-}
+constexpr std::size_t kCorners = 4;
 
-void ChartSource::addSampleOptions(CLI::App& app) {
-  app.add_option("--encoding", encoding,
+void addSampleOptions(CLI::App& app, ChartSource& source) {
+  app.add_option("--encoding", source.encoding,
                  "What samples mean: srgb (default for 8 bits) or linear (default for 16 bits)")
       ->check(CLI::IsMember({"srgb", "linear"}))
       ->type_name("NAME");
-  app.add_option("--black", locate.samples.blackLevel, "Sample value without light (default 0)")
+  app.add_option("--black", source.locate.samples.blackLevel,
+                 "Sample value without light (default 0)")
       ->check(anyFiniteNumber())
       ->type_name("LEVEL");
-  app.add_option("--white", locate.samples.whiteLevel,
+  app.add_option("--white", source.locate.samples.whiteLevel,
                  "Sample value of full scale (default 255 or 65535; 4095 for 12 bits)")
       ->check(anyFiniteNumber())
       ->type_name("LEVEL");
-  app.add_flag("--force", locate.force, "Go on with a fit of the chart that is in doubt");
+}
+
+void addPlaceOptions(CLI::App& app, ChartSource& source, int photos) {
+  CLI::Option_group& place = *app.add_option_group("Place of the chart");
+  CLI::Option* corners =
+      place
+          .add_option(
+              "--corners", source.corners,
+              "The chart is here instead of looking for it: its patch field's outer corners "
+              "at patches 1, 6, 24 and 19 in pixels, moved to the patches seen there" +
+                  std::string(photos > 1 ? "; four for all photographs, or four for each" : ""))
+          ->type_name("X,Y");
+  corners->expected(kCorners, static_cast<int>(kCorners) * photos);
+  place
+      .add_option("--corners-of", source.cornersOf,
+                  "What the corners are: those of the patch field, or the centres of the four "
+                  "patches")
+      ->check(CLI::IsMember({"field", "patches"}))
+      ->needs(corners)
+      ->capture_default_str()
+      ->type_name("field|patches");
+  place
+      .add_option("--method", source.method,
+                  "Search: lattice (flat regions in a grid), stated (dark-framed squares), or both")
+      ->check(CLI::IsMember({"both", "lattice", "stated"}))
+      ->excludes(corners)
+      ->capture_default_str()
+      ->type_name("NAME");
+  place
+      .add_option("--share", source.locate.sampledShare,
+                  "Part of each patch's side that is sampled, in its middle")
+      ->check(numbersFrom(0.05, 1.0))
+      ->capture_default_str()
+      ->type_name("SHARE");
+  place.add_flag("--force", source.locate.force, "Go on with a chart that is in doubt");
+}
+
+Point2 pointOf(const std::string& word) {
+  std::vector<double> numbers;
+  try {
+    numbers = finiteNumbers(word);
+  } catch (const std::invalid_argument&) {
+    numbers.clear();
+  }
+  if (numbers.size() != 2)
+    throw UsageError("--corners \"" + word + "\" is not a place in pixels; write X,Y as in 120,85");
+  return {numbers[0], numbers[1]};
+}
+
+}  // namespace
+
+void ChartSource::addTo(CLI::App& app) {
+  app.add_option("photo", photo, "Photograph of a 24-patch chart (PNG, TIFF, JPEG, ...)")
+      ->required()
+      ->type_name("PHOTO");
+  app.add_option("--regions", locate.regions,
+                 "Take the patches from this region file instead of looking for the chart")
+      ->type_name("FILE");
+  addSharedOptions(app, 1);
+}
+
+void ChartSource::addSharedOptions(CLI::App& app, int photos) {
+  addSampleOptions(app, *this);
+  addPlaceOptions(app, *this, photos);
 }
 
 void ChartSource::nameFiles(JobFiles& files) const {
@@ -38,10 +96,22 @@ void ChartSource::nameFiles(JobFiles& files) const {
   files.input("--regions", locate.regions);
 }
 
-LocateOptions ChartSource::options() const {
+LocateOptions ChartSource::options(std::size_t photograph) const {
   LocateOptions options = locate;
   if (encoding)
     options.samples.encoding = *encoding == "srgb" ? SampleEncoding::sRGB : SampleEncoding::linear;
+  if (method != "both")
+    options.method = method == "lattice" ? SearchMethods::Lattice : SearchMethods::Stated;
+  options.cornersOf = cornersOf == "field" ? CornerKind::PatchField : CornerKind::PatchCentres;
+  if (corners.empty()) return options;
+  if (!locate.regions.empty())
+    throw UsageError("--regions and --corners both say where the chart is; give one of them");
+  const std::size_t first = corners.size() > kCorners ? kCorners * photograph : 0;
+  if (corners.size() < first + kCorners || corners.size() % kCorners != 0)
+    throw UsageError("--corners are four for all photographs or four for each, not " +
+                     std::to_string(corners.size()));
+  auto& points = options.corners.emplace();
+  for (std::size_t i = 0; i < kCorners; ++i) points[i] = pointOf(corners[first + i]);
   return options;
 }
 
@@ -53,6 +123,18 @@ Picture ChartSource::read() const {
     throw UsageError("--white must be above --black");
   }
   return picture;
+}
+
+std::string nextStep(ChartRefusal refusal) {
+  switch (refusal) {
+    case ChartRefusal::NoPatches:
+    case ChartRefusal::NoGrid:
+    case ChartRefusal::OtherColours:
+    case ChartRefusal::Covered:
+      return " (--corners says where it is; greycard chart --annotate shows what was seen)";
+    default:
+      return {};
+  }
 }
 
 }  // namespace greycard::cli

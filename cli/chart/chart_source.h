@@ -1,13 +1,15 @@
 #pragma once
 
-// What chart, ccm and evaluate have in common: a photograph, what its samples mean, and where the
-// chart is in it.
+// What chart, ccm, evaluate and skin have in common: photographs, what their samples mean, and
+// where the chart is in them.
 
 #include <CLI/CLI.hpp>
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "greycard/jobs/locate_chart.h"
 #include "job_files.h"
@@ -18,24 +20,33 @@ namespace greycard::cli {
 struct ChartSource {
   std::filesystem::path photo;
   std::optional<std::string> encoding;  ///< "srgb" or "linear"
+  std::vector<std::string> corners;     ///< "X,Y" each
+  std::string cornersOf = "field", method = "both";
   LocateOptions locate;
 
-  void addTo(CLI::App& app, bool regionsFromFile);
-  /// Only what samples mean and --force, for a command that names its photographs itself.
-  void addSampleOptions(CLI::App& app);
+  void addTo(CLI::App& app);
+  /// All but the photograph and the region file, for a command that names its photographs itself.
+  /// \param photos  how many; corners are four for all of them, or four for each
+  void addSharedOptions(CLI::App& app, int photos);
   void nameFiles(JobFiles& files) const;
-  /// The options as the library takes them.
-  LocateOptions options() const;
+  /// The options as the library takes them, for one of the photographs. \throws UsageError for
+  /// corners that are no numbers or too few
+  LocateOptions options(std::size_t photograph = 0) const;
   /// The photograph itself. \throws FileError; UsageError for levels that make no scale in it
   Picture read() const;
 };
 
-/// Runs a job that locates a chart. \throws JobError that names --force where that goes on
+/// What a user can do about a chart that was not found; begins with a blank, or is empty.
+std::string nextStep(ChartRefusal refusal);
+
+/// Runs a job that locates a chart. \throws JobError that names the option that goes on
 template <typename Job>
 auto locating(Job job) try {
   return job();
 } catch (const DoubtfulChart& doubt) {
   throw JobError(std::string(doubt.what()) + " (--force goes on all the same)");
+} catch (const NoChart& none) {
+  throw JobError(none.what() + nextStep(none.why()));
 }
 
 }  // namespace greycard::cli

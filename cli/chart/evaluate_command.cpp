@@ -58,7 +58,7 @@ void addEvaluate(CLI::App& parent) {
   CLI::App& app = addSubCommand(parent, "evaluate",
                                 "Colour error of a photographed chart as it is, without correction",
                                 "greycard evaluate photo.jpg --light D65", *options);
-  options->source.addTo(app, true);
+  options->source.addTo(app);
   addLightOption(app, options->light);
   app.add_option("--scale", options->scale, "Factor on the linear samples before they are judged")
       ->check(numbersFrom(1e-6, 1e6))

@@ -58,7 +58,7 @@ void run(const SkinCommandOptions& options) {
   SkinCharts charts;
   for (std::size_t light = 0; light < charts.size(); ++light)
     charts[light] = locating([&] {
-      return present::readMeasuredChart(options.charts[light], options.source.options());
+      return present::readMeasuredChart(options.charts[light], options.source.options(light));
     });
   SkinOptions skin;
   skin.gamma = options.gamma;
@@ -101,7 +101,7 @@ void addSkin(CLI::App& parent) {
                  "of 256 numbers; its green serves all channels")
       ->capture_default_str()
       ->type_name("NAME|FILE");
-  options->source.addSampleOptions(app);
+  options->source.addSharedOptions(app, static_cast<int>(kSkinLights.size()));
   app.add_option("--csv", options->csv, "A line per synthetic colour")->type_name("FILE");
   app.add_option("--plot", options->plot, "Saturation over hue ratio, as SVG")->type_name("FILE");
   app.callback([options] { run(*options); });

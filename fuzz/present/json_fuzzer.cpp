@@ -22,7 +22,10 @@ using Try = void (*)(std::string_view text);
 
 // Regions may lie anywhere.
 void draw(const ChartSearch& search) {
-  present::annotateRegions(Picture(24, 16, 3, 8), search.chart.patches());
+  const Picture picture(24, 16, 3, 8);
+  present::annotateRegions(picture, search.chart.regions);
+  present::annotatePatches(picture, search.chart.patches);
+  if (search.chart.detection) present::annotateDetection(picture, *search.chart.detection);
 }
 
 template <typename Value>

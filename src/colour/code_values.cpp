@@ -9,7 +9,6 @@
 #include "text.h"
 
 namespace greycard {
-namespace {
 
 void checkLevels(const SampleLevels& levels) {
   const double range = levels.whiteLevel - levels.blackLevel;
@@ -21,7 +20,11 @@ void checkLevels(const SampleLevels& levels) {
     throw std::invalid_argument("the scale must be above 0, not " + formatGeneral(levels.scale));
 }
 
-}  // namespace
+double linearValue(const SampleLevels& levels, double code) {
+  const double v = (code - levels.blackLevel) / (levels.whiteLevel - levels.blackLevel);
+  const double capped = std::min(v, 1.0);
+  return levels.scale * (levels.encoding == SampleEncoding::sRGB ? sRGBDecode(capped) : capped);
+}
 
 void checkPicture(const Picture& picture) {
   if (!isWellFormed(picture))
@@ -35,13 +38,8 @@ void checkPicture(const Picture& picture) {
 std::vector<double> linearValues(const SampleLevels& levels, const Picture& picture) {
   checkLevels(levels);
   std::vector<double> values(static_cast<std::size_t>(picture.ceiling()) + 1);
-  for (std::size_t code = 0; code < values.size(); ++code) {
-    const double v =
-        (static_cast<double>(code) - levels.blackLevel) / (levels.whiteLevel - levels.blackLevel);
-    const double capped = std::min(v, 1.0);
-    values[code] =
-        levels.scale * (levels.encoding == SampleEncoding::sRGB ? sRGBDecode(capped) : capped);
-  }
+  for (std::size_t code = 0; code < values.size(); ++code)
+    values[code] = linearValue(levels, static_cast<double>(code));
   if (!std::isfinite(values.front()))
     throw std::invalid_argument("black level " + formatGeneral(levels.blackLevel) +
                                 " and white level " + formatGeneral(levels.whiteLevel) +

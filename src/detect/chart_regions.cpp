@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "convex_quad.h"
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "text.h"
@@ -11,9 +12,9 @@
 namespace greycard {
 namespace {
 
-constexpr std::size_t kNumbersPerLine = 4;
 constexpr double kFarthest = 1e9;  // pixels; beyond any picture, and safe to compute with
-constexpr std::array<const char*, kNumbersPerLine> kNumberNames{"left", "top", "width", "height"};
+constexpr std::array kRegionNames{"left", "top", "width", "height"};
+constexpr std::array kQuadNames{"x1", "y1", "x2", "y2", "x3", "y3", "x4", "y4"};
 
 [[noreturn]] void refuse(const std::string& name, std::size_t line, const std::string& why) {
   throw FileError("can't use " + name + ": line " + std::to_string(line) + ": " + why);
@@ -37,43 +38,87 @@ std::vector<std::string_view> commaPieces(std::string_view line) {
   return pieces;
 }
 
-PatchRegion parseRegion(std::string_view line, const std::string& name, std::size_t number) {
+// The numbers of a line, one for each of the names.
+template <std::size_t Count>
+std::array<double, Count> parseNumbers(std::string_view line, const std::string& name,
+                                       std::size_t number,
+                                       const std::array<const char*, Count>& names) {
   const auto pieces = commaPieces(line);
-  if (pieces.size() != kNumbersPerLine)
+  if (pieces.size() != Count) {
+    std::string form;
+    for (const char* word : names) form += (form.empty() ? "" : ",") + std::string(word);
     refuse(name, number,
-           shown(line, 80) + " holds " + std::to_string(pieces.size()) +
-               " values; write left,top,width,height");
-  std::array<double, kNumbersPerLine> values{};
-  for (std::size_t i = 0; i < kNumbersPerLine; ++i) {
-    const std::string piece = shown(pieces[i]);
+           shown(line, 80) + " holds " + std::to_string(pieces.size()) + " values; write " + form);
+  }
+  std::array<double, Count> values{};
+  for (std::size_t i = 0; i < Count; ++i) {
     const auto value = parseDouble(pieces[i]);
     // Written so that NaN is refused too: every comparison with it is false.
     if (!value || !(std::fabs(*value) <= kFarthest))
       refuse(name, number,
-             std::string(kNumberNames[i]) + " " + piece +
+             std::string(names[i]) + " " + shown(pieces[i]) +
                  " is not a number of pixels in a picture; write one such as 120");
-    if (i >= 2 && *value <= 0.0)
-      refuse(name, number,
-             std::string(kNumberNames[i]) + " " + piece +
-                 " is not above zero; a region needs an area");
     values[i] = *value;
   }
+  return values;
+}
+
+PatchRegion parseRegion(std::string_view line, const std::string& name, std::size_t number) {
+  const auto values = parseNumbers(line, name, number, kRegionNames);
+  for (const std::size_t i : {2U, 3U})
+    if (values[i] <= 0.0)
+      refuse(name, number,
+             std::string(kRegionNames[i]) + " " + shown(commaPieces(line)[i]) +
+                 " is not above zero; a region needs an area");
   return {values[0], values[1], values[2], values[3]};
+}
+
+PatchQuad parseQuad(std::string_view line, const std::string& name, std::size_t number) {
+  const auto v = parseNumbers(line, name, number, kQuadNames);
+  const PatchQuad quad{{{v[0], v[1]}, {v[2], v[3]}, {v[4], v[5]}, {v[6], v[7]}}};
+  if (!isConvex(quad))
+    refuse(name, number,
+           shown(line, 80) +
+               " are not the corners of a convex quadrilateral; list them round the patch");
+  return quad;
+}
+
+// The 24 lines, each through `parse`.
+template <typename Table, typename Parse>
+Table parseLines(std::string_view text, const std::string& name, Parse parse) {
+  auto lines = splitLines(text);
+  while (!lines.empty() && trimmed(lines.back()).empty()) lines.pop_back();
+  Table table{};
+  for (std::size_t i = 0; i < std::min(lines.size(), table.size()); ++i)
+    table[i] = parse(lines[i], name, i + 1);
+  if (lines.size() != table.size())
+    refuse(name, std::min(lines.size(), table.size()) + 1,
+           "the file holds " + std::to_string(lines.size()) +
+               " lines; a region file has 24, one per patch in chart order");
+  return table;
 }
 
 }  // namespace
 
 PatchRegions parseRegions(TextView text, const std::string& name) {
-  auto lines = splitLines(text);
-  while (!lines.empty() && trimmed(lines.back()).empty()) lines.pop_back();
-  PatchRegions regions;
-  for (std::size_t i = 0; i < std::min(lines.size(), regions.size()); ++i)
-    regions[i] = parseRegion(lines[i], name, i + 1);
-  if (lines.size() != regions.size())
-    refuse(name, std::min(lines.size(), regions.size()) + 1,
-           "the file holds " + std::to_string(lines.size()) +
-               " lines; a region file has 24, one per patch in chart order");
-  return regions;
+  return parseLines<PatchRegions>(text, name, parseRegion);
+}
+
+PatchRegionFile parseRegionFile(TextView text, const std::string& name) {
+  PatchRegionFile file;
+  const auto lines = splitLines(text);
+  file.upright = lines.empty() || commaPieces(lines.front()).size() != kQuadNames.size();
+  if (file.upright) {
+    file.regions = parseRegions(text, name);
+    file.quads = quadsOf(file.regions);
+  } else {
+    file.quads = parseLines<PatchQuads>(text, name, parseQuad);
+  }
+  return file;
+}
+
+PatchRegionFile readRegionFile(const std::filesystem::path& path) {
+  return parseRegionFile(readWholeFile(path), quoted(path));
 }
 
 PatchRegions readRegions(const std::filesystem::path& path) {
@@ -87,6 +132,20 @@ std::string formatRegions(const PatchRegions& regions) {
             formatFixed(region.width, 0) + "," + formatFixed(region.height, 0) + "\n";
   }
   return text;
+}
+
+std::string formatQuads(const PatchQuads& quads) {
+  std::string text;
+  for (const auto& quad : quads) {
+    for (std::size_t k = 0; k < quad.size(); ++k)
+      text += (k == 0 ? "" : ",") + formatFixed(quad[k].x, 2) + "," + formatFixed(quad[k].y, 2);
+    text += "\n";
+  }
+  return text;
+}
+
+void writeQuads(const std::filesystem::path& path, const PatchQuads& quads) {
+  writeWholeFile(path, formatQuads(quads));
 }
 
 void writeRegions(const std::filesystem::path& path, const PatchRegions& regions) {

@@ -5,12 +5,12 @@
 
 namespace greycard {
 
-const std::array<cv::Scalar, kPatchCount> colorchecker_srgb{
-    {{67, 81, 115},   {129, 149, 196}, {157, 123, 93}, {65, 108, 90},   {176, 129, 130},
-     {171, 191, 99},  {45, 123, 220},  {168, 92, 72},  {98, 84, 195},   {105, 59, 91},
-     {62, 189, 160},  {41, 161, 229},  {147, 62, 43},  {72, 149, 71},   {56, 48, 176},
-     {22, 200, 238},  {150, 84, 188},  {166, 136, 0},  {240, 245, 245}, {201, 201, 200},
-     {161, 161, 160}, {121, 121, 120}, {85, 84, 83},   {50, 50, 50}}};
+const std::array<cv::Scalar, kPatchCount> colorchecker_srgb = [] {
+  std::array<cv::Scalar, kPatchCount> colours;
+  for (std::size_t i = 0; i < colours.size(); ++i)
+    colours[i] = {kChartBgr[i][0], kChartBgr[i][1], kChartBgr[i][2]};
+  return colours;
+}();
 
 double euclidean_distance(const cv::Scalar& p1, const cv::Scalar& p2) {
   double sum = 0.0;

@@ -30,17 +30,24 @@ class SeededGenerator {
   cv::RNG saved_;
 };
 
+bool spansArea(const ColorChecker& checker) {
+  return checker.size > 0.0 && checker.spacing.area() > 0.0;
+}
+
 // Of two charts, the one whose colours fit better, the second on a tie; a cluster that can't be
 // judged never wins over one that can.
 void fitBetterCluster(const std::array<std::vector<cv::RotatedRect>, 2>& clusters,
-                      const cv::Mat& image, MacbethSearch& search) {
+                      const cv::Mat& image, StrayClusters stray, MacbethSearch& search) {
   for (const auto& boxes : clusters) {
     if (boxes.empty()) continue;
     auto checker = find_colorchecker(boxes, image);
     const bool keepsFirst =
         search.checker && (search.checker->error < checker.error ||
                            (std::isnan(checker.error) && !std::isnan(search.checker->error)));
-    if (keepsFirst) continue;
+    const bool firstSpans = search.checker && spansArea(*search.checker);
+    const bool tellsApart =
+        stray == StrayClusters::Passed && search.checker && firstSpans != spansArea(checker);
+    if (tellsApart ? firstSpans : keepsFirst) continue;
     search.checker = std::move(checker);
     search.quadsUsed = static_cast<int>(boxes.size());
   }
@@ -67,7 +74,7 @@ std::array<std::vector<cv::RotatedRect>, 2> split_in_two(std::span<const cv::Rot
   return clusters;
 }
 
-MacbethSearch search_macbeth(const cv::Mat& image) {
+MacbethSearch search_macbeth(const cv::Mat& image, StrayClusters stray) {
   MacbethSearch search;
   const auto found = find_quads(thresholdMask(image), image);
   if (!found.anyContour) return search;
@@ -81,13 +88,12 @@ MacbethSearch search_macbeth(const cv::Mat& image) {
     return search;
   }
   if (twoCharts) {
-    fitBetterCluster(split_in_two(found.boxes), image, search);
+    fitBetterCluster(split_in_two(found.boxes), image, stray, search);
   } else {
     search.checker = find_colorchecker(found.boxes, image);
     search.quadsUsed = search.quads;
   }
-  const bool spansArea = search.checker->size > 0.0 && search.checker->spacing.area() > 0.0;
-  search.stage = spansArea ? ChartStage::Done : ChartStage::Grid;
+  search.stage = spansArea(*search.checker) ? ChartStage::Done : ChartStage::Grid;
   return search;
 }
 

@@ -19,8 +19,12 @@ struct MacbethSearch {
   std::optional<ColorChecker> checker;  ///< present from one quad on
 };
 
+/// Whether a cluster that spans no area, a stray quad, may win over one that does: where it stands
+/// the colours may fit better by chance, and the contract has it so.
+enum class StrayClusters { MayWin, Passed };
+
 /// The whole search in an 8-bit B, G, R image of at least one pixel.
-MacbethSearch search_macbeth(const cv::Mat& image);
+MacbethSearch search_macbeth(const cv::Mat& image, StrayClusters stray = StrayClusters::MayWin);
 
 /// Two groups of boxes by their centres, each in the order given. The clustering starts from the
 /// same random state on every call and leaves the library's generator as it was.

@@ -1,35 +1,24 @@
 #include "greycard/mcc_detector.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <utility>
 
-#include "fit_doubts.h"
+#include "detect_options.h"
 #include "greycard/errors.h"
+#include "lattice/lattice_search.h"
 #include "macbeth.h"
-#include "search_image.h"
+#include "result/chart_placement.h"
+#include "result/refusal.h"
+#include "result/stated_search.h"
 
 namespace greycard {
 namespace {
 
-std::string reasonOf(ChartStage stage, int quads) {
-  switch (stage) {
-    case ChartStage::Picture:
-      return "the picture is empty or its size and samples disagree; load a picture first";
-    case ChartStage::Contours:
-      return "nothing in the picture is enclosed by something darker; photograph the chart "
-             "sharply, "
-             "evenly lit and with its whole dark frame in view";
-    case ChartStage::Quads:
-      return "no outline is large, convex and square enough to be a patch; photograph the chart "
-             "straight from the front and larger, each patch above 1/2400 of the picture";
-    case ChartStage::Grid:
-      return "the " + std::to_string(quads) +
-             " patch candidates span no area, so no 4 x 6 grid can be hung on them; photograph the "
-             "chart larger, evenly lit and straight from the front";
-    case ChartStage::Done:
-      break;
-  }
-  return {};
-}
+constexpr std::int64_t kMostStatedPixels = 500'000;  // where it is the second to be asked
+constexpr const char* kNoPicture =
+    "the picture is empty or its size and samples disagree; load a picture first";
 
 ChartDetection failure(ChartStage stage, std::string reason) {
   ChartDetection detection;
@@ -38,30 +27,59 @@ ChartDetection failure(ChartStage stage, std::string reason) {
   return detection;
 }
 
-void fill(ChartDetection& detection, const ColorChecker& checker) {
-  auto point = detection.points.begin();
-  for (const auto& centre : checker.points) *point++ = {centre[0], centre[1]};
-  detection.regions = patchRegions(checker);
-  detection.size = checker.size;
-  detection.error = checker.error;
+LatticeLimits limitsOf(const DetectOptions& options, int mostCharts) {
+  return {options.smallestGate, mostCharts, options.finestPixels};
+}
+
+std::vector<ChartDetection> detectionsOf(const LatticeSearch& search, double smallestGate) {
+  std::vector<ChartDetection> detections;
+  for (const auto& chart : search.charts) {
+    detections.push_back(detectionOf(chart, ChartMethod::Lattice, smallestGate));
+    detections.back().quads = search.regions;
+  }
+  return detections;
+}
+
+// The reduction at which the stated search costs little beside the lattice search that refused.
+int affordableFactor(const PixelWindow& window, const DetectOptions& options) {
+  const double pixels = static_cast<double>(window.width) * window.height;
+  const auto most = static_cast<double>(std::min(options.finestPixels, kMostStatedPixels));
+  const int shorter = std::min(window.width, window.height);
+  return std::clamp(static_cast<int>(std::ceil(std::sqrt(pixels / most))), 1, shorter);
+}
+
+// What the stated search says where the lattice search refused: a chart only if it leaves no doubt
+// and the colours at its places pass as the lattice search's must.
+ChartDetection refusedOrStated(const Picture& picture, const PixelWindow& window,
+                               const LatticeSearch& search, const DetectOptions& options) {
+  auto stated = detectStated(picture, window, options.levels, affordableFactor(window, options));
+  if (stated.trustworthy() && stated.placement.gate >= options.smallestGate) return stated;
+  auto refused = refusalOf(picture, window, search, limitsOf(options, 1));
+  if (!stated.found() || refused.candidate) return refused;
+  refused.candidate = std::move(stated.placement);
+  refused.doubts = std::move(stated.doubts);
+  return refused;
 }
 
 }  // namespace
 
 const char* chartStageName(ChartStage stage) {
-  switch (stage) {
-    case ChartStage::Picture:
-      return "picture";
-    case ChartStage::Contours:
-      return "contours";
-    case ChartStage::Quads:
-      return "quads";
-    case ChartStage::Grid:
-      return "grid";
-    case ChartStage::Done:
-      return "done";
-  }
-  return "";
+  constexpr std::array kNames{"picture", "contours", "quads", "grid", "colours", "done"};
+  const auto index = static_cast<std::size_t>(stage);
+  return index < kNames.size() ? kNames[index] : "";
+}
+
+const char* chartMethodName(ChartMethod method) {
+  constexpr std::array kNames{"none", "lattice", "stated", "corners"};
+  const auto index = static_cast<std::size_t>(method);
+  return index < kNames.size() ? kNames[index] : "";
+}
+
+const char* chartRefusalName(ChartRefusal refusal) {
+  constexpr std::array kNames{"none",          "picture", "too_small", "no_patches", "no_grid",
+                              "other_colours", "covered", "cut",       "mirrored"};
+  const auto index = static_cast<std::size_t>(refusal);
+  return index < kNames.size() ? kNames[index] : "";
 }
 
 bool MCCDetector::runDetector(const std::filesystem::path& imagePath,
@@ -76,28 +94,55 @@ bool MCCDetector::runDetector(const char* imagePath, const char* SavePath) const
   return runDetector(path(imagePath), path(SavePath));
 }
 
+ChartDetection MCCDetector::detect(const Picture& picture, const DetectOptions& options) const {
+  if (!isWellFormed(picture)) return failure(ChartStage::Picture, kNoPicture);
+  const auto window = checkedWindow(picture, options);
+  if (options.methods == SearchMethods::Stated)
+    return detectStated(picture, window, options.levels, 1);
+  const auto limits = limitsOf(options, 1);
+  const auto search = searchLattices(picture, window, options.levels, limits);
+  if (!search.charts.empty()) return detectionsOf(search, options.smallestGate).front();
+  return options.methods == SearchMethods::Both ? refusedOrStated(picture, window, search, options)
+                                                : refusalOf(picture, window, search, limits);
+}
+
 ChartDetection MCCDetector::detect(const Picture& picture,
                                    const std::optional<SampleLevels>& levels) const {
-  if (!isWellFormed(picture)) return failure(ChartStage::Picture, reasonOf(ChartStage::Picture, 0));
-  const auto image = searchImage(picture, levels);
-  const auto search = search_macbeth(image);
-  auto detection = failure(search.stage, reasonOf(search.stage, search.quads));
-  detection.quads = search.quads;
-  detection.quadsUsed = search.quadsUsed;
-  if (search.stage == ChartStage::Done) {
-    fill(detection, *search.checker);
-    detection.doubts = fitDoubts(*search.checker, image);
+  return detect(picture, DetectOptions{.levels = levels});
+}
+
+std::vector<ChartDetection> MCCDetector::detectAll(const Picture& picture,
+                                                   const DetectOptions& options) const {
+  std::vector<ChartDetection> charts;
+  if (!isWellFormed(picture)) return charts;
+  const auto window = checkedWindow(picture, options);
+  if (options.methods != SearchMethods::Stated) {
+    const auto search =
+        searchLattices(picture, window, options.levels, limitsOf(options, options.mostCharts));
+    charts = detectionsOf(search, options.smallestGate);
+    if (!charts.empty() || options.methods == SearchMethods::Lattice) return charts;
   }
-  return detection;
+  const bool alone = options.methods == SearchMethods::Stated;
+  auto stated =
+      detectStated(picture, window, options.levels, alone ? 1 : affordableFactor(window, options));
+  const bool passes = alone ? stated.found()
+                            : stated.trustworthy() && stated.placement.gate >= options.smallestGate;
+  if (passes) charts.push_back(std::move(stated));
+  return charts;
+}
+
+ChartDetection MCCDetector::detectFile(const std::filesystem::path& path,
+                                       const DetectOptions& options) const {
+  try {
+    return detect(readPicture(path), options);
+  } catch (const FileError& error) {
+    return failure(ChartStage::Picture, error.what());
+  }
 }
 
 ChartDetection MCCDetector::detectFile(const std::filesystem::path& path,
                                        const std::optional<SampleLevels>& levels) const {
-  try {
-    return detect(readPicture(path), levels);
-  } catch (const FileError& error) {
-    return failure(ChartStage::Picture, error.what());
-  }
+  return detectFile(path, DetectOptions{.levels = levels});
 }
 
 }  // namespace greycard

@@ -27,18 +27,10 @@ double fullScale(const Picture& picture) {
 }
 
 std::vector<std::uint8_t> samplesTo8Bit(const Picture& picture, const SampleLevels& levels) {
-  const double range = levels.whiteLevel - levels.blackLevel;
-  // Written so that NaN is refused too: every comparison with it is false.
-  if (!(range > 0.0 && std::isfinite(range)))
-    throw std::invalid_argument("white level " + formatGeneral(levels.whiteLevel) +
-                                " must be a number above black level " +
-                                formatGeneral(levels.blackLevel));
   std::vector<std::uint8_t> table(static_cast<std::size_t>(picture.ceiling()) + 1);
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    double value = std::clamp((static_cast<double>(i) - levels.blackLevel) / range, 0.0, 1.0);
-    if (levels.encoding == SampleEncoding::linear) value = std::pow(value, kGamma);
-    table[i] = static_cast<std::uint8_t>(std::lround(255.0 * value));
-  }
+  for (std::size_t i = 0; i < table.size(); ++i)
+    table[i] = static_cast<std::uint8_t>(
+        std::lround(255.0 * encodedShare(static_cast<double>(i), levels)));
   return table;
 }
 
@@ -62,12 +54,33 @@ cv::Mat throughTable(const Picture& picture, const std::vector<std::uint8_t>& ta
 
 }  // namespace
 
+SampleLevels searchLevels(const Picture& picture, const std::optional<SampleLevels>& levels) {
+  if (!levels) return {0.0, fullScale(picture), 1.0, SampleEncoding::sRGB};
+  // Written so that NaN is refused too: every comparison with it is false.
+  const double range = levels->whiteLevel - levels->blackLevel;
+  if (!(range > 0.0 && std::isfinite(range)))
+    throw std::invalid_argument("white level " + formatGeneral(levels->whiteLevel) +
+                                " must be a number above black level " +
+                                formatGeneral(levels->blackLevel));
+  return *levels;
+}
+
+bool holdsEncoded8Bit(const Picture& picture, const SampleLevels& levels) {
+  return picture.bits == 8 && levels.blackLevel == 0.0 && levels.whiteLevel == 255.0 &&
+         levels.encoding == SampleEncoding::sRGB;
+}
+
+double encodedShare(double code, const SampleLevels& levels) {
+  const double range = levels.whiteLevel - levels.blackLevel;
+  const double value = std::clamp((code - levels.blackLevel) / range, 0.0, 1.0);
+  return levels.encoding == SampleEncoding::linear ? std::pow(value, kGamma) : value;
+}
+
 cv::Mat searchImage(const Picture& picture, const std::optional<SampleLevels>& levels) {
-  const SampleLevels known =
-      levels.value_or(SampleLevels{0.0, fullScale(picture), 1.0, SampleEncoding::sRGB});
-  const bool plain = picture.bits == 8 && known.blackLevel == 0.0 && known.whiteLevel == 255.0 &&
-                     known.encoding == SampleEncoding::sRGB;
-  auto image = plain ? toMat(picture) : throughTable(picture, samplesTo8Bit(picture, known));
+  const auto known = searchLevels(picture, levels);
+  auto image = holdsEncoded8Bit(picture, known)
+                   ? toMat(picture)
+                   : throughTable(picture, samplesTo8Bit(picture, known));
   if (image.channels() == 1) cv::cvtColor(image, image, cv::COLOR_GRAY2BGR);
   return image;
 }

@@ -1,6 +1,7 @@
 #include "greycard/jobs/evaluate_chart.h"
 
 #include "greycard/color_correction_utils.h"
+#include "sample_chart.h"
 
 namespace greycard {
 
@@ -14,7 +15,10 @@ ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& o
   result.chart = locateChart(picture, options.locate, photo);
   SampleLevels levels = sampleLevels(picture, options.locate.samples);
   levels.scale = options.scale;
-  data.CollectRGBData(picture, result.chart.regions, levels);
+  const QuadSampling seen = sampleChart(data, picture, result.chart, levels);
+  result.measuredMedian = seen.median;
+  result.unevenness = seen.unevenness;
+  result.sampling = seen.report;
 
   ColorCorrectionUtils facade;
   facade.CalculateDeltaE(data);

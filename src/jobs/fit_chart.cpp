@@ -9,6 +9,7 @@
 #include "greycard/files.h"
 #include "greycard/number_text.h"
 #include "greycard/picture_correction.h"
+#include "sample_chart.h"
 
 namespace greycard {
 namespace {
@@ -118,8 +119,11 @@ std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& 
   result.light = options.light;
   result.formula = options.formula;
   result.chart = locateChart(picture, options.locate, photo);
-  result.sampling = settings.m_macbethData.CollectRGBData(
-      picture, result.chart.regions, sampleLevels(picture, options.locate.samples));
+  const QuadSampling seen = sampleChart(settings.m_macbethData, picture, result.chart,
+                                        sampleLevels(picture, options.locate.samples));
+  result.sampling = seen.report;
+  result.measuredMedian = seen.median;
+  result.unevenness = seen.unevenness;
   result.measuredRgb = settings.m_macbethData.m_RGB;
   result.measuredNoise = settings.m_macbethData.m_Noise;
 

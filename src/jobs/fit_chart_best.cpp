@@ -8,6 +8,7 @@
 #include "greycard/files.h"
 #include "greycard/number_text.h"
 #include "greycard/picture_correction.h"
+#include "sample_chart.h"
 
 namespace greycard {
 namespace {
@@ -15,7 +16,7 @@ namespace {
 constexpr double kStatedShare = 0.3;  // of the progress
 
 // The flat field where the patches of the photograph are.
-PatchTable flatFieldAt(const ChartPhotograph& photograph, const PatchRegions& regions,
+PatchTable flatFieldAt(const ChartPhotograph& photograph, const LocatedChart& located,
                        const SampleMeaning& samples) {
   const Picture& flat = *photograph.flatField;
   const Picture& picture = photograph.picture;
@@ -25,7 +26,8 @@ PatchTable flatFieldAt(const ChartPhotograph& photograph, const PatchRegions& re
                    std::to_string(picture.width) + " x " + std::to_string(picture.height) +
                    "; take both with the same camera, unmoved");
   MacbethChartData chart;
-  const SamplingReport report = chart.CollectRGBData(flat, regions, sampleLevels(flat, samples));
+  const SamplingReport report =
+      sampleChart(chart, flat, located, sampleLevels(flat, samples)).report;
   if (const auto clipped = report.clippedPatches(); !clipped.empty())
     throw JobError("the flat field clips at patches " + patchList(clipped) + "; expose it less");
   return chart.m_RGB;
@@ -38,8 +40,7 @@ FitPhotograph samplesOf(const ChartFit& stated, const ChartPhotograph& photograp
   chart.m_Noise = stated.measuredNoise;
   FitPhotograph samples(chart, stated.sampling);
   samples.weight = photograph.weight;
-  if (photograph.flatField)
-    samples.flatField = flatFieldAt(photograph, stated.chart.regions, meaning);
+  if (photograph.flatField) samples.flatField = flatFieldAt(photograph, stated.chart, meaning);
   return samples;
 }
 

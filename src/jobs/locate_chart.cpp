@@ -1,24 +1,60 @@
 #include "greycard/jobs/locate_chart.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "greycard/chart_regions.h"
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "greycard/macbeth_chart_data.h"
+#include "greycard/quad_sampler.h"
 
 namespace greycard {
 namespace {
 
-// The middle of each region: three quarters of a patch wide, a region reaches over the patch's edge
-// when the chart lies near 45 degrees.
-PatchRegions insideAtAnyTurn(PatchRegions regions) {
-  constexpr double kShare = 2.0 / 3.0;
-  for (PatchRegion& region : regions)
-    region = {region.left + 0.5 * (1.0 - kShare) * region.width,
-              region.top + 0.5 * (1.0 - kShare) * region.height, kShare * region.width,
-              kShare * region.height};
-  return regions;
+LocatedChart fromDetection(ChartDetection detection) {
+  LocatedChart chart;
+  chart.patches = detection.placement.patches;
+  chart.regions = detection.regions;
+  chart.detection = std::move(detection);
+  return chart;
+}
+
+LocatedChart fromFile(const Picture& picture, const std::filesystem::path& path,
+                      const DetectOptions& options) {
+  const PatchRegionFile file = readRegionFile(path);
+  LocatedChart chart;
+  chart.patches = file.quads;
+  chart.regions = file.regions;
+  chart.upright = file.upright;
+  chart.check = checkPatches(picture, file.quads, options);
+  return chart;
+}
+
+LocatedChart chartOf(const Picture& picture, const LocateOptions& options) {
+  const DetectOptions detect{.methods = options.method,
+                             .levels = sampleLevels(picture, options.samples)};
+  if (options.corners && !options.regions.empty())
+    throw std::invalid_argument(
+        "the chart's place comes from a region file or from corners, not from both");
+  if (!options.regions.empty()) return fromFile(picture, options.regions, detect);
+  if (options.corners)
+    return fromDetection(placeChart(picture, {*options.corners, options.cornersOf}, detect));
+  return fromDetection(MCCDetector().detect(picture, detect));
+}
+
+std::string joined(const std::vector<std::string>& sentences) {
+  std::string text;
+  for (const std::string& sentence : sentences) text += (text.empty() ? "" : "; ") + sentence;
+  return text;
+}
+
+// "the chart found in photo.jpg": what a doubt is about.
+std::string subject(const LocatedChart& chart, const std::string& inPhoto) {
+  if (chart.check) return "the regions given for the chart" + inPhoto;
+  if (chart.detection->method == ChartMethod::Corners)
+    return "the corners given for the chart" + inPhoto;
+  return "the chart found" + inPhoto;
 }
 
 }  // namespace
@@ -34,30 +70,50 @@ SampleLevels sampleLevels(const Picture& picture, const SampleMeaning& meaning) 
   return levels;
 }
 
+PatchQuads LocatedChart::sampled() const {
+  return upright ? patches : sampledMiddles(patches, sampledShare);
+}
+
+const std::vector<std::string>& LocatedChart::doubts() const {
+  static const std::vector<std::string> kNone;
+  if (check) return check->doubts;
+  return detection ? detection->doubts : kNone;
+}
+
 std::vector<std::string> LocatedChart::warnings() const {
   std::vector<std::string> warnings;
-  if (!detection) return warnings;
-  for (const std::string& doubt : detection->doubts)
-    warnings.push_back("the chart may not be where it was found: " + doubt);
+  for (const std::string& doubt : doubts())
+    warnings.push_back((check ? "the chart may not be where the regions are: "
+                              : "the chart may not be where it was found: ") +
+                       doubt);
   return warnings;
 }
 
-LocatedChart locateChart(const Picture& picture, const LocateOptions& options,
-                         const std::filesystem::path& photo) {
-  if (!options.regions.empty()) return {readRegions(options.regions), std::nullopt};
-
-  ChartDetection detection = MCCDetector().detect(picture, sampleLevels(picture, options.samples));
-  const std::string inPhoto = photo.empty() ? "" : " in " + quoted(photo);
-  if (!detection.found()) throw JobError("no chart found" + inPhoto + ": " + detection.reason);
-  if (!detection.trustworthy() && !options.force)
-    throw DoubtfulChart("the chart found" + inPhoto +
-                        " can't be right: " + detection.doubts.front());
-  return {insideAtAnyTurn(detection.regions), std::move(detection)};
+void ChartSearch::require() const {
+  if (refusal.empty()) return;
+  if (!chart.found())
+    throw NoChart(refusal, chart.detection ? chart.detection->refusal : ChartRefusal::Picture);
+  throw DoubtfulChart(refusal);
 }
 
 ChartSearch searchChart(const Picture& picture, const LocateOptions& options,
                         const std::filesystem::path& photo) {
-  return {photo, picture.width, picture.height, locateChart(picture, options, photo)};
+  ChartSearch search{photo, picture.width, picture.height, chartOf(picture, options), {}};
+  search.chart.sampledShare = options.sampledShare;
+  const LocatedChart& chart = search.chart;
+  const std::string inPhoto = photo.empty() ? "" : " in " + quoted(photo);
+  if (!chart.found())
+    search.refusal = "no chart found" + inPhoto + ": " + chart.detection->reason;
+  else if (!chart.doubts().empty() && !options.force)
+    search.refusal = subject(chart, inPhoto) + " can't be right: " + joined(chart.doubts());
+  return search;
+}
+
+LocatedChart locateChart(const Picture& picture, const LocateOptions& options,
+                         const std::filesystem::path& photo) {
+  ChartSearch search = searchChart(picture, options, photo);
+  search.require();
+  return std::move(search.chart);
 }
 
 std::string patchList(const std::vector<int>& patches) {

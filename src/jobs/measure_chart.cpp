@@ -1,6 +1,7 @@
 #include "greycard/jobs/measure_chart.h"
 
 #include "greycard/macbeth_chart_data.h"
+#include "sample_chart.h"
 
 namespace greycard {
 
@@ -9,7 +10,7 @@ MeasuredChart measureChart(const Picture& picture, const LocateOptions& options,
   const LocatedChart located = locateChart(picture, options, photo);
   MacbethChartData data;
   const SamplingReport sampling =
-      data.CollectRGBData(picture, located.regions, sampleLevels(picture, options.samples));
+      sampleChart(data, picture, located, sampleLevels(picture, options.samples)).report;
   MeasuredChart chart{data.m_RGB, std::nullopt, std::nullopt, located.warnings()};
   if (const auto clipped = sampling.clippedPatches(); !clipped.empty())
     chart.warnings.push_back("clipped in the photograph: patches " + patchList(clipped));

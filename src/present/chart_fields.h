@@ -22,6 +22,43 @@ struct EnumNames<SampleEncoding> {
 };
 
 template <>
+struct EnumNames<CornerKind> {
+  static constexpr const char* kKind = "kind of corners";
+  static constexpr std::array kNames{std::pair{CornerKind::PatchField, "field"},
+                                     std::pair{CornerKind::PatchCentres, "patches"}};
+};
+
+template <>
+struct EnumNames<SearchMethods> {
+  static constexpr const char* kKind = "search method";
+  static constexpr std::array kNames{std::pair{SearchMethods::Both, "both"},
+                                     std::pair{SearchMethods::Lattice, "lattice"},
+                                     std::pair{SearchMethods::Stated, "stated"}};
+};
+
+template <>
+struct EnumNames<ChartMethod> {
+  static constexpr const char* kKind = "method";
+  static constexpr auto kNames =
+      namesInOrder<ChartMethod>(std::array{"none", "lattice", "stated", "corners"});
+};
+
+template <>
+struct EnumNames<ChartStage> {
+  static constexpr const char* kKind = "stage";
+  static constexpr auto kNames = namesInOrder<ChartStage>(
+      std::array{"picture", "contours", "quads", "grid", "colours", "done"});
+};
+
+template <>
+struct EnumNames<ChartRefusal> {
+  static constexpr const char* kKind = "refusal";
+  static constexpr auto kNames =
+      namesInOrder<ChartRefusal>(std::array{"none", "picture", "too_small", "no_patches", "no_grid",
+                                            "other_colours", "covered", "cut", "mirrored"});
+};
+
+template <>
 struct EnumNames<Illum> {
   static constexpr const char* kKind = "light";
   static constexpr std::array kNames{std::pair{illum_A, "A"},
@@ -51,33 +88,76 @@ void describe(auto& fields, Like<LocateOptions> auto& options) {
   fields.optional("black", options.samples.blackLevel);
   fields.optional("white", options.samples.whiteLevel);
   fields("regions", options.regions);
+  fields.optional("corners", options.corners);
+  fields("corners_of", options.cornersOf);
+  fields("method", options.method);
+  fields("sampled_share", options.sampledShare);
   fields("force", options.force);
 }
 
+void describe(auto& fields, Like<ChartMapping> auto& mapping) {
+  fields("homography", mapping.homography);
+  fields("radial", mapping.radial);
+  fields("lens_centre", mapping.lensCentre);
+  fields("lens_radius", mapping.lensRadius);
+}
+
+void describe(auto& fields, Like<ChartPlacement> auto& placement) {
+  fields("centres", placement.centres);
+  fields("patch_corners", placement.patches);
+  fields("mapping", placement.mapping);
+  fields("orientation_deg", placement.orientationDeg);
+  fields("pitch_px", placement.pitch);
+  fields("gate", placement.gate);
+  fields("supporting_patches", placement.supportingPatches);
+  fields("outliers", placement.outliers);
+}
+
 void describe(auto& fields, Like<ChartDetection> auto& detection) {
+  bool found = detection.found();
+  fields("found", found);
+  fields("stage", detection.stage);
+  fields("method", detection.method);
+  fields("refusal", detection.refusal);
+  fields("reason", detection.reason);
   fields.derived("trustworthy", detection.trustworthy());
   fields("doubts", detection.doubts);
   fields("quads", detection.quads);
   fields("quads_used", detection.quadsUsed);
-  fields("size_px", detection.size);
-  fields("orientation_error", detection.error);
-  fields("centres", detection.points);
-  fields("regions", detection.regions);
-  if constexpr (std::remove_reference_t<decltype(fields)>::kReads)
-    detection.stage = ChartStage::Done;  // nothing else is written
+  if (found) {
+    fields("size_px", detection.size);
+    fields("orientation_error", detection.error);
+    fields("centres", detection.points);
+    fields("regions", detection.regions);
+    fields("placement", detection.placement);
+  } else {
+    fields("candidate", detection.candidate);
+    fields("candidate_regions", detection.candidateRegions);
+  }
+}
+
+void describe(auto& fields, Like<PatchCheck> auto& check) {
+  fields("likeness", check.likeness);
+  fields("outliers", check.outliers);
+  fields.derived("trustworthy", check.trustworthy());
+  fields("doubts", check.doubts);
 }
 
 void describe(auto& fields, Like<LocatedChart> auto& chart) {
-  fields.block("centres", chart.detection,
+  fields.block("found", chart.detection,
                [](auto& inner, auto& detection) { describe(inner, detection); });
-  if (!chart.detection) fields.derived("regions", chart.regions);
-  fields("sampled_regions", chart.regions);
+  fields.optional("check", chart.check);
+  fields("regions", chart.regions);
+  fields("patch_corners", chart.patches);
+  fields("upright", chart.upright);
+  fields("sampled_share", chart.sampledShare);
 }
 
 void describe(auto& fields, Like<ChartSearch> auto& search) {
   fields("photo", search.photo);
   fields("width", search.width);
   fields("height", search.height);
+  fields("refused_because", search.refusal);
   describe(fields, search.chart);
 }
 
@@ -174,6 +254,8 @@ void describe(auto& fields, Like<ChartFit> auto& fit) {
     row.derived("name", patchName(static_cast<int>(i)));
     row("rgb", fit.measuredRgb[i]);
     row("noise", fit.measuredNoise[i]);
+    row("median", fit.measuredMedian[i]);
+    row("unevenness", fit.unevenness[i]);
     row("balanced_rgb", fit.fit.m_balancedRGB[i]);
     row("balanced_lab", fit.fit.m_uncorrectedLab[i]);
     row("corrected_lab", fit.correctedLab[i]);
@@ -211,11 +293,15 @@ void describe(auto& fields, Like<ChartEvaluation> auto& evaluation) {
     row.derived("name", patchName(static_cast<int>(i)));
     row("rgb", evaluation.measuredRgb[i]);
     row("noise", evaluation.measuredNoise[i]);
+    row("median", evaluation.measuredMedian[i]);
+    row("unevenness", evaluation.unevenness[i]);
     row("measured_lab", evaluation.measuredLab[i]);
     row("reference_lab", evaluation.referenceLab[i]);
     row.derived("cie76", errors.cie76.patch[i]);
     row.derived("cie94", errors.cie94.patch[i]);
     row.derived("ciede2000", errors.ciede2000.patch[i]);
+    row("pixels", evaluation.sampling.pixels[i]);
+    describeClipping(row, evaluation.sampling.clipping[i]);
   });
 }
 

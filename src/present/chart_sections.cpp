@@ -24,14 +24,15 @@ struct Window {
 };
 
 // The chart with half its size around it, as far as the picture goes.
-Window aroundChart(const PatchRegions& regions, const Picture& picture) {
+Window aroundChart(const PatchQuads& patches, const Picture& picture) {
   double left = picture.width, top = picture.height, right = 0.0, bottom = 0.0;
-  for (const PatchRegion& region : regions) {
-    left = std::min(left, region.left);
-    top = std::min(top, region.top);
-    right = std::max(right, region.left + region.width);
-    bottom = std::max(bottom, region.top + region.height);
-  }
+  for (const PatchQuad& patch : patches)
+    for (const Point2& corner : patch) {
+      left = std::min(left, corner.x);
+      top = std::min(top, corner.y);
+      right = std::max(right, corner.x);
+      bottom = std::max(bottom, corner.y);
+    }
   const double margin = 0.5 * std::max(right - left, bottom - top);
   const auto inside = [](double value, int end) {
     return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(end)));
@@ -42,8 +43,8 @@ Window aroundChart(const PatchRegions& regions, const Picture& picture) {
           inside(bottom + margin, picture.height - 1) - y0 + 1};
 }
 
-// The part of the picture in the window, brought to the page's size, with the regions drawn.
-std::string annotatedPart(const Picture& picture, const Window& window, PatchRegions regions,
+// The part of the picture in the window, brought to the page's size, with the patches drawn.
+std::string annotatedPart(const Picture& picture, const Window& window, PatchQuads patches,
                           const char* description) {
   Picture part(window.width, window.height, picture.channels, picture.bits);
   for (int y = 0; y < window.height; ++y)
@@ -51,10 +52,10 @@ std::string annotatedPart(const Picture& picture, const Window& window, PatchReg
                 part.pixel(0, y));
   const Picture small = shrinkPicture(part, kPhotoSide);
   const double scale = static_cast<double>(small.width) / window.width;
-  for (PatchRegion& region : regions)
-    region = {(region.left - window.left) * scale, (region.top - window.top) * scale,
-              region.width * scale, region.height * scale};
-  return htmlImage(annotateRegions(small, regions), description);
+  for (PatchQuad& patch : patches)
+    for (Point2& corner : patch)
+      corner = {(corner.x - window.left) * scale, (corner.y - window.top) * scale};
+  return htmlImage(annotatePatches(small, patches), description);
 }
 
 std::string labText(const Vector3& lab) {
@@ -64,13 +65,13 @@ std::string labText(const Vector3& lab) {
 }  // namespace
 
 std::string photoSection(const ChartFit& result, const Picture& picture) {
-  const PatchRegions& regions = result.chart.regions;
-  const Window whole{0, 0, picture.width, picture.height}, chart = aroundChart(regions, picture);
+  const PatchQuads patches = result.chart.sampled();
+  const Window whole{0, 0, picture.width, picture.height}, chart = aroundChart(patches, picture);
   std::string html =
       "<h2>Where the patches were sampled</h2>\n" +
-      annotatedPart(picture, whole, regions, "The photograph with the sampled regions");
+      annotatedPart(picture, whole, patches, "The photograph with what was sampled of each patch");
   if (std::max(chart.width, chart.height) < kCloserBelow * std::max(whole.width, whole.height))
-    html += "<h3>Closer</h3>\n" + annotatedPart(picture, chart, regions, "The chart");
+    html += "<h3>Closer</h3>\n" + annotatedPart(picture, chart, patches, "The chart");
   return html;
 }
 

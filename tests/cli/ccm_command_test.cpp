@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "run_command.h"
 
@@ -11,6 +12,7 @@ namespace greycard {
 namespace {
 
 using nlohmann::json;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -84,16 +86,55 @@ TEST_F(ChartCommands, OtherAimsChangeTheFit) {
   EXPECT_NE(plain["matrix"], fit("chart.png", {"--gamma", "linear.txt"})["matrix"]);
 }
 
+// A wrong region file is refused like a wrong detection.
 TEST_F(ChartCommands, AFitInDoubtIsRefusedUntilForced) {
-  run({"simulate", "-o", "steep.png", "--rotate", "33", "--tilt", "15", "--yaw", "10", "--size",
-       "800x600"});
-  const Outcome refused = run({"ccm", "steep.png", "--report", "report.html"});
+  run({"simulate", "-o", "chart.png", "--size", "800x600"});
+  for (const auto& form : {std::vector<std::string>{}, {"--quads"}}) {
+    std::vector<std::string> words = {"chart", "chart.png", "-o", "regions.txt"};
+    words.insert(words.end(), form.begin(), form.end());
+    ASSERT_EQ(run(words).status, 0);
+    EXPECT_EQ(run({"ccm", "chart.png", "--regions", "regions.txt"}).status, 0);
+    std::istringstream lines(read("regions.txt"));
+    std::string turned, line;
+    while (std::getline(lines, line)) turned = line + "\n" + turned;
+    write("turned.txt", turned);
+    const Outcome refused =
+        run({"ccm", "chart.png", "--regions", "turned.txt", "--report", "report.html"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err,
+                AllOf(HasSubstr("can't be right"), HasSubstr("does not darken"),
+                      HasSubstr("do not follow the chart's colours"), HasSubstr("--force")));
+    EXPECT_FALSE(std::filesystem::exists(folder / "report.html"));
+    const Outcome forced = run({"ccm", "chart.png", "--regions", "turned.txt", "--force"});
+    EXPECT_EQ(forced.status, 0) << forced.err;
+    EXPECT_THAT(forced.out, HasSubstr("Warning: the chart may not be where the regions are"));
+  }
+}
+
+// Out of focus: nothing is flat in it, but the corners can be seen.
+TEST_F(ChartCommands, ARefusedPhotographCanBeSeenAndBroughtToAMatrixByItsCorners) {
+  run({"simulate", "-o", "soft.png", "--truth", "truth.json", "--size", "640x480", "--share", "0.3",
+       "--blur", "8"});
+  const Outcome refused = run({"chart", "soft.png", "--annotate", "seen.png", "--json", "seen.json",
+                               "--debug", "stages", "-o", "regions.txt"});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_THAT(refused.err, HasSubstr("can't be right"));
-  EXPECT_FALSE(std::filesystem::exists(folder / "report.html"));
-  const Outcome forced = run({"ccm", "steep.png", "--force"});
-  EXPECT_EQ(forced.status, 0) << forced.err;
-  EXPECT_THAT(forced.out, HasSubstr("Warning: the chart may not be where it was found"));
+  EXPECT_THAT(refused.err, AllOf(HasSubstr("no regular grid"), HasSubstr("--corners")));
+  EXPECT_TRUE(std::filesystem::exists(folder / "seen.png"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "stages" / "5_outcome.png"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "regions.txt"));
+  EXPECT_EQ(json::parse(read("seen.json"))["found"], false);
+
+  const json centres = json::parse(read("truth.json"))["centres"];
+  std::vector<std::string> corners = {"--corners-of", "patches", "--corners"};
+  for (const std::size_t patch : {0U, 5U, 23U, 18U})
+    corners.push_back(centres[patch][0].dump() + "," + centres[patch][1].dump());
+  const json result = fit("soft.png", corners);
+  EXPECT_EQ(result["chart"]["method"], "corners");
+  EXPECT_LT(result["delta_e"]["cie76"]["mean"], 5.0);
+  std::vector<std::string> skin = {"skin",     "soft.png", "soft.png",
+                                   "soft.png", "--ccm",    "1,0,0,0,1,0,0,0,1"};
+  skin.insert(skin.end(), corners.begin(), corners.end());
+  EXPECT_EQ(run(skin).status, 0);
 }
 
 TEST_F(ChartCommands, BadInputGetsOneSentence) {
@@ -116,6 +157,13 @@ TEST_F(ChartCommands, BadInputGetsOneSentence) {
       {{"ccm", "chart.png", "--json", "chart.png"}, 2, "same file"},
       {{"chart", "short.txt"}, 1, "not a picture"},
       {{"evaluate", "far.png"}, 1, "no chart found"},
+      {{"evaluate", "far.png", "--corners", "1,2", "3,4", "5,6", "x,7"},
+       2,
+       "\"x,7\" is not a place"},
+      {{"evaluate", "far.png", "--corners", "1,2", "3,4", "5,6"}, 2, "--corners"},
+      {{"chart", "far.png", "--corners", "9,2", "3,4", "5,6", "4,8"},
+       1,
+       "list them round the chart"},
   };
   for (const auto& c : cases) {
     const Outcome outcome = run(c.words);

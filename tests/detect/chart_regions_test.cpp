@@ -78,5 +78,19 @@ TEST(RegionFile, RefusesNamingFileLineAndWord) {
   EXPECT_THROW(readRegions("no such file"), FileError);
 }
 
+TEST(RegionFile, TheSecondFormHoldsCorners) {
+  const auto file = parseRegionFile(lines(24, "1,2,11,2.5,12,14.25,0,12\n"), "quads");
+  EXPECT_FALSE(file.upright);
+  EXPECT_EQ(file.quads[23], (PatchQuad{{{1, 2}, {11, 2.5}, {12, 14.25}, {0, 12}}}));
+  EXPECT_EQ(parseRegionFile(formatQuads(file.quads), "again").quads, file.quads);
+
+  const auto upright = parseRegionFile(lines(24), "rectangles");
+  EXPECT_TRUE(upright.upright);
+  EXPECT_EQ(upright.quads[0], (PatchQuad{{{10, 20}, {40, 20}, {40, 60}, {10, 60}}}));
+  for (const auto& text : {lines(23, "1,2,11,2,11,12,1,12\n") + "1,2,3,4\n",
+                           lines(24, "1,2,11,12,11,2,1,12\n"), lines(24, "1,2,11,2,11,12,1\n")})
+    EXPECT_THROW(parseRegionFile(text, "wrong"), FileError) << text.substr(0, 30);
+}
+
 }  // namespace
 }  // namespace greycard

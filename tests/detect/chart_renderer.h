@@ -56,7 +56,7 @@ inline void drawChart(Picture& picture, const ChartPose& pose) {
                        inX < 1.0 - kGap && inY > kGap && inY < 1.0 - kGap;
     if (!patch) return kFrame[channel];
     const auto index = static_cast<std::size_t>(row * 6.0 + column);
-    return colorchecker_srgb[index][2 - channel];
+    return kChartBgr[index][static_cast<std::size_t>(2 - channel)];
   };
   for (int y = 0; y < picture.height; ++y) {
     for (int x = 0; x < picture.width; ++x) {

@@ -32,7 +32,8 @@ TEST(GoldenDetection, RegionFileAndRemarks) {
   for (const double turn : {0.0, 90.0, 180.0}) {
     ChartPose pose;
     pose.turnDegrees = turn;
-    const auto detection = MCCDetector().detect(renderChart(pose));
+    const auto detection =
+        MCCDetector().detect(renderChart(pose), {.methods = SearchMethods::Stated});
     text += formatRegions(detection.regions) + "size " + formatGeneral(detection.size) +
             ", error " + formatGeneral(detection.error) + "\n";
   }

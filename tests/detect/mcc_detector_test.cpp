@@ -21,6 +21,9 @@ namespace {
 
 using testing::HasSubstr;
 
+// The stated search alone; the lattice search has tests of its own.
+const DetectOptions kStated{.methods = SearchMethods::Stated};
+
 // The remarks of a search, kept off the test's own output.
 class Detector : public testing::Test {
  protected:
@@ -32,6 +35,14 @@ class Detector : public testing::Test {
   MCCDetector detector_;
   std::string remarks_;
 };
+
+Picture mirror(Picture picture) {
+  for (int y = 0; y < picture.height; ++y)
+    for (int x = 0; x < picture.width / 2; ++x)
+      std::swap_ranges(picture.pixel(x, y), picture.pixel(x, y) + 3,
+                       picture.pixel(picture.width - 1 - x, y));
+  return picture;
+}
 
 struct PoseCase {
   double turn, tiltX, tiltY;
@@ -48,7 +59,7 @@ TEST_F(Detector, FindsTheChartAtEveryTurn) {
     pose.turnDegrees = c.turn;
     pose.tiltX = c.tiltX;
     pose.tiltY = c.tiltY;
-    const auto detection = detector_.detect(renderChart(pose));
+    const auto detection = detector_.detect(renderChart(pose), kStated);
     ASSERT_TRUE(detection.found()) << detection.reason;
     EXPECT_THAT(detection.doubts, testing::IsEmpty());
     // The grid is a parallelogram and its points whole pixels; a slight tilt bends the true
@@ -65,7 +76,7 @@ TEST_F(Detector, TakesGreyPicturesAndRefusesLevelsOutOfOrder) {
   Picture grey(pose.width, pose.height, 1, 8);
   for (std::size_t i = 0; i < grey.samples.size(); ++i)
     grey.samples[i] = picture.samples[3 * i + 1];
-  EXPECT_LT(worstDistance(detector_.detect(grey).points, trueCentres(pose)), 3.0);
+  EXPECT_LT(worstDistance(detector_.detect(grey, kStated).points, trueCentres(pose)), 3.0);
   const double nan = std::numeric_limits<double>::quiet_NaN();
   for (const auto& levels :
        {SampleLevels{200.0, 100.0}, SampleLevels{0.0, nan}, SampleLevels{nan, 255.0}})
@@ -77,7 +88,7 @@ TEST_F(Detector, TwentyFiveQuadsAreTakenForTwoCharts) {
   left.width = 1400;
   left.x = 350;
   auto picture = renderChart(left);
-  EXPECT_EQ(detector_.detect(picture).quads, 24);
+  EXPECT_EQ(detector_.detect(picture, kStated).quads, 24);
   EXPECT_THAT(remarks_, HasSubstr("24 initial quads found\n"));
 
   ChartPose right = left;
@@ -85,7 +96,7 @@ TEST_F(Detector, TwentyFiveQuadsAreTakenForTwoCharts) {
   right.turnDegrees = 180;
   drawChart(picture, right);
   cv::theRNG() = cv::RNG(99);
-  const auto detection = detector_.detect(picture);
+  const auto detection = detector_.detect(picture, kStated);
   EXPECT_THAT(remarks_, HasSubstr("48 initial quads found (probably a Passport)\n"));
   EXPECT_EQ(detection.quadsUsed, 24);
   EXPECT_LT(std::min(worstDistance(detection.points, trueCentres(left)),
@@ -97,7 +108,7 @@ TEST_F(Detector, TwentyFiveQuadsAreTakenForTwoCharts) {
   picture = renderChart(left);
   paint(picture, 1000, 250, 1100, 350, 12);
   paint(picture, 1010, 260, 1090, 340, 140);
-  EXPECT_EQ(detector_.detect(picture).quads, 25);
+  EXPECT_EQ(detector_.detect(picture, kStated).quads, 25);
   EXPECT_THAT(remarks_, HasSubstr("25 initial quads found (probably a Passport)\n"));
 }
 
@@ -130,30 +141,90 @@ TEST_F(Detector, NamesTheStageThatFailed) {
   std::string reasons;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const auto detection = detector_.detect(c.picture);
+    const auto detection = detector_.detect(c.picture, kStated);
     EXPECT_STREQ(chartStageName(detection.stage), chartStageName(c.stage));
     EXPECT_FALSE(detection.found() || detection.trustworthy());
     reasons += std::string(c.name) + ": " + detection.reason + "\n";
   }
   expectGolden("detect/golden/reasons.txt", reasons);
   for (const auto& [width, height] : {std::pair{1, 1}, {3, 2000}, {60, 40}, {74, 900}, {400, 300}})
-    EXPECT_FALSE(detector_.detect(noise(width, height)).trustworthy()) << width << " x " << height;
+    EXPECT_FALSE(detector_.detect(noise(width, height), kStated).trustworthy())
+        << width << " x " << height;
 }
 
 TEST_F(Detector, FitsOffTheChartAreNotTrusted) {
   // The neutral row painted over: the grid hangs on what is left and is wrong.
   auto covered = renderChart({});
   paint(covered, 0, 370, 800, 600, 12);
-  EXPECT_TRUE(detector_.detect(covered).found());
-  EXPECT_FALSE(detector_.detect(covered).trustworthy());
+  EXPECT_TRUE(detector_.detect(covered, kStated).found());
+  EXPECT_FALSE(detector_.detect(covered, kStated).trustworthy());
 
   // The right lattice with the wrong colours: a mirrored picture.
-  auto mirrored = renderChart({});
-  for (int y = 0; y < mirrored.height; ++y)
-    for (int x = 0; x < mirrored.width / 2; ++x)
-      std::swap_ranges(mirrored.pixel(x, y), mirrored.pixel(x, y) + 3,
-                       mirrored.pixel(mirrored.width - 1 - x, y));
-  EXPECT_FALSE(detector_.detect(mirrored).trustworthy());
+  EXPECT_FALSE(detector_.detect(mirror(renderChart({})), kStated).trustworthy());
+}
+
+TEST_F(Detector, TheLatticeSearchComesFirstAndSaysWhyNot) {
+  const ChartPose leaning{.pitch = 60, .turnDegrees = 40, .tiltX = 0.06, .tiltY = 0.04};
+  const auto found = detector_.detect(renderChart(leaning));
+  EXPECT_EQ(found.method, ChartMethod::Lattice);
+  EXPECT_TRUE(found.trustworthy());
+  EXPECT_LT(worstDistance(found.placement.centres, trueCentres(leaning)), 0.02 * leaning.pitch);
+
+  const ChartPose cut{.x = 640};
+  auto squares = renderChart({});
+  for (int i = 0; i < 24; ++i) {
+    const auto centre = trueCentres({})[static_cast<std::size_t>(i)];
+    const int x = static_cast<int>(centre.x), y = static_cast<int>(centre.y);
+    paint(squares, x - 29, y - 29, x + 29, y + 29, 60 + i * 53 % 190);
+  }
+  const struct {
+    Picture picture;
+    ChartRefusal refusal;
+    const char* says;
+  } cases[] = {
+      {mirror(renderChart({})), ChartRefusal::Mirrored, "flip the picture"},
+      {renderChart(cut), ChartRefusal::Cut, "right edge cuts the chart"},
+      {squares, ChartRefusal::OtherColours,
+       "a regular grid of 24 patches was found round (400, 300)"},
+      {backdrop(300, 200), ChartRefusal::NoPatches, "no regular grid of patches was found"},
+      {backdrop(65535, 1), ChartRefusal::TooSmall, "too few to hold a chart"}};
+  for (const auto& c : cases) {
+    const auto detection = detector_.detect(c.picture);
+    EXPECT_STREQ(chartRefusalName(detection.refusal), chartRefusalName(c.refusal));
+    EXPECT_THAT(detection.reason, HasSubstr(c.says));
+    EXPECT_EQ(detector_.detectAll(c.picture).size(), 0U);
+  }
+}
+
+TEST_F(Detector, AllChartsAreFoundWithinTheRegionOfInterest) {
+  ChartPose left{.width = 1400, .x = 350}, right{.width = 1400, .turnDegrees = 180, .x = 1050};
+  auto picture = renderChart(left);
+  drawChart(picture, right);
+  EXPECT_EQ(detector_.detectAll(picture).size(), 2U);
+  EXPECT_EQ(detector_.detectAll(picture, {.mostCharts = 1}).size(), 1U);
+  const auto one =
+      detector_.detectAll(picture, {.regionOfInterest = PatchRegion{690, 0, 710, 600}});
+  ASSERT_EQ(one.size(), 1U);
+  EXPECT_LT(worstDistance(one[0].placement.centres, trueCentres(right)), 1.0);
+  EXPECT_NEAR(one[0].placement.orientationDeg, 180.0, 0.1);
+  for (const DetectOptions& wrong :
+       {DetectOptions{.regionOfInterest = PatchRegion{2000, 0, 9, 9}},
+        DetectOptions{.smallestGate = 1.5}, DetectOptions{.mostCharts = 0}})
+    EXPECT_THROW(detector_.detectAll(picture, wrong), std::invalid_argument);
+}
+
+// Beside a dim chart stand two more patches in a line, whose greys fit better by chance.
+TEST_F(Detector, AStrayPatchDoesNotWinOverTheChart) {
+  ChartPose dim{.width = 1400, .x = 350};
+  auto picture = renderChart(dim);
+  for (auto& sample : picture.samples) sample = static_cast<std::uint16_t>(sample / 2);
+  for (const int left : {1000, 1150}) {
+    paint(picture, left, 250, left + 100, 350, 3);
+    paint(picture, left + 10, 260, left + 90, 340, 128);
+  }
+  const auto detection = detector_.detect(picture, kStated);
+  EXPECT_GT(detection.quads, 24);
+  EXPECT_GT(detection.quadsUsed, 20) << detection.reason;
 }
 
 TEST_F(Detector, RunDetectorKeepsItsContract) {
@@ -176,7 +247,7 @@ TEST_F(Detector, RunDetectorKeepsItsContract) {
 
   EXPECT_TRUE(detector_.runDetector(photo, regions));
   const auto read = readRegions(regions);
-  const auto detection = detector_.detectFile(photo);
+  const auto detection = detector_.detectFile(photo, kStated);
   EXPECT_EQ(formatRegions(read), formatRegions(detection.regions));
   EXPECT_EQ(read[0].width, std::nearbyint(1.5 * detection.size));
   const auto centres = trueCentres(pose);

@@ -15,6 +15,26 @@ namespace {
 
 using testing::HasSubstr;
 
+Picture chartPicture() {
+  setErrorChannel({});
+  ChartSimulator simulator;
+  simulator.m_settings.width = 640;
+  simulator.m_settings.height = 480;
+  simulator.m_settings.shotNoise = 0.01;
+  simulator.m_settings.rotationDeg = 10.0;
+  simulator.Simulate();
+  return simulator.m_picture;
+}
+
+// A refused search keeps its reason and what was seen.
+TEST(ChartJson, RefusedSearchesReadBack) {
+  const ChartSearch refused = searchChart(shrinkPicture(chartPicture(), 30));
+  ASSERT_FALSE(refused.chart.found());
+  EXPECT_THAT(toJson(refused), HasSubstr("\"found\": false"));
+  EXPECT_EQ(roundTrip(refused).chart.detection->reason, refused.chart.detection->reason);
+  EXPECT_THROW(roundTrip(refused).require(), NoChart);
+}
+
 TEST(ChartJson, WhatIsNotFiniteIsNullAndReadsBackAsNotANumber) {
   ChartEvaluation evaluation;
   evaluation.measuredRgb[2][1] = std::numeric_limits<double>::infinity();

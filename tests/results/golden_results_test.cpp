@@ -113,7 +113,9 @@ TEST_F(GoldenResults, OfCharts) {
   const SimulatedChart a = photograph(illum_A);
   expectResult("simulated.json", json(a));
   expectResult("search.json", json(searchChart(a.picture, {}, "a.tif")));
-  writeRegions(folder / "regions.txt", locateChart(a.picture).patches());
+  LocateOptions stated;
+  stated.method = SearchMethods::Stated;
+  writeRegions(folder / "regions.txt", locateChart(a.picture, stated).regions);
   ChartFitOptions options = otherOptions();
   options.locate.regions = folder / "regions.txt";
   const ChartFit fit = *fitChart(a.picture, options, "a.tif");

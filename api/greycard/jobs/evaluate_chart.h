@@ -25,8 +25,11 @@ struct ChartEvaluation {
   std::filesystem::path photo;
   Illum light = illum_D65;
   LocatedChart chart;
-  PatchTable measuredRgb{};    ///< linear, 0..1
-  PatchTable measuredNoise{};  ///< standard deviation of a pixel
+  PatchTable measuredRgb{};     ///< linear, 0..1
+  PatchTable measuredNoise{};   ///< standard deviation of a pixel
+  PatchTable measuredMedian{};  ///< of its pixels
+  PatchTable unevenness{};      ///< of the patch: see QuadSampling
+  SamplingReport sampling;
   PatchTable measuredLab{};
   PatchTable referenceLab{};
   ColourErrors errors;

@@ -61,8 +61,10 @@ struct GREYCARD_EXPORT ChartFit {
   ColorFitReport fit;      ///< the balanced chart, the reference, and how the search went
 
   LocatedChart chart;
-  PatchTable measuredRgb{};    ///< linear, 0..1
-  PatchTable measuredNoise{};  ///< standard deviation of a pixel
+  PatchTable measuredRgb{};     ///< linear, 0..1
+  PatchTable measuredNoise{};   ///< standard deviation of a pixel
+  PatchTable measuredMedian{};  ///< of its pixels
+  PatchTable unevenness{};      ///< of the patch: see QuadSampling
   SamplingReport sampling;
   PatchTable correctedLab{};
   ColourErrors before, after;         ///< of balanced and corrected colours to the reference

@@ -2,14 +2,17 @@
 /// \file
 /// \ingroup own
 
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "greycard/chart_location.h"
 #include "greycard/errors.h"
 #include "greycard/export.h"
 #include "greycard/mcc_detector.h"
+#include "greycard/patch_quads.h"
 #include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
 #include "greycard/types.h"
@@ -27,45 +30,76 @@ struct SampleMeaning {
 GREYCARD_EXPORT SampleLevels sampleLevels(const Picture& picture,
                                           const SampleMeaning& meaning = {});
 
+/// Where to take the chart from: it is looked for unless `regions` or `corners` say where it is.
 struct LocateOptions {
   SampleMeaning samples;
-  std::filesystem::path regions;  ///< a region file to take the patches from instead of searching
-  bool force = false;             ///< go on with a detection that is in doubt
+  std::filesystem::path regions;  ///< a region file, of either form
+  /// At patches 1, 6, 24 and 19, in pixels: see ChartCorners.
+  std::optional<std::array<Point2, 4>> corners;
+  CornerKind cornersOf = CornerKind::PatchField;
+  SearchMethods method = SearchMethods::Both;
+  /// Of each patch's side, the part in the middle that is sampled, above 0 and up to 1. Regions of
+  /// the first form are sampled whole.
+  double sampledShare = 0.5;
+  bool force = false;  ///< go on with a chart that is in doubt
 };
 
-/// The chart in a picture.
+/// The chart in a picture, found or given.
 struct GREYCARD_EXPORT LocatedChart {
-  PatchRegions regions{};                   ///< where the patches are to be sampled
-  std::optional<ChartDetection> detection;  ///< empty when the regions came from a file
+  PatchQuads patches{};       ///< corners of the patches; all zero when none was found
+  PatchRegions regions{};     ///< upright squares in them, or the rectangles of a file
+  bool upright = false;       ///< whether those rectangles are what is to be sampled, whole
+  double sampledShare = 0.5;  ///< else the part of each patch's side that is
+  std::optional<ChartDetection> detection;  ///< empty when the patches came from a file
+  std::optional<PatchCheck> check;          ///< of patches that came from a file
 
-  /// The detection's regions, or those of the file.
-  const PatchRegions& patches() const { return detection ? detection->regions : regions; }
-  /// The doubts about a forced detection, each a sentence for the user.
+  /// Whether there is a chart at all, be it in doubt.
+  bool found() const { return check || (detection && detection->found()); }
+  /// The corners of what is to be sampled. \throws as sampledMiddles
+  PatchQuads sampled() const;
+  /// Signs that the patches are not a chart's, each a sentence.
+  const std::vector<std::string>& doubts() const;
+  /// The doubts, each a sentence for the user of a chart that was forced.
   std::vector<std::string> warnings() const;
 };
 
-/// A chart was found, but in a place where it can't be; LocateOptions::force goes on all the same.
+/// There is no chart in the picture, as far as can be seen.
+class GREYCARD_EXPORT NoChart : public JobError {
+ public:
+  NoChart(const std::string& what, ChartRefusal why) : JobError(what), m_why(why) {}
+  ChartRefusal why() const { return m_why; }
+
+ private:
+  ChartRefusal m_why;
+};
+
+/// There is a chart, but in a place where it can't be; LocateOptions::force goes on all the same.
 class GREYCARD_EXPORT DoubtfulChart : public JobError {
  public:
   using JobError::JobError;
 };
 
-/// Reads the region file, or finds the chart. A chart that was found is to be sampled in the middle
-/// two thirds of its regions, which lie within the patches at any turn.
+/// Finds the chart, or takes it from where the options say.
 ///
 /// \param photo  names the picture in messages; may be empty
-/// \throws JobError when there is no chart; DoubtfulChart when the detection is in doubt and not
-///         forced; std::invalid_argument for levels without meaning; FileError for the region file
+/// \throws NoChart; DoubtfulChart, with all doubts, when the chart is in doubt and not forced;
+///         std::invalid_argument for levels without meaning, corners that are not a chart's (see
+///         placeChart), or both corners and regions; FileError for the region file
 GREYCARD_EXPORT LocatedChart locateChart(const Picture& picture, const LocateOptions& options = {},
                                          const std::filesystem::path& photo = {});
 
-/// A photograph and the chart that was found in it: what `greycard chart` tells.
-struct ChartSearch {
+/// A photograph and the chart in it, or what was seen instead: what `greycard chart` tells.
+struct GREYCARD_EXPORT ChartSearch {
   std::filesystem::path photo;
   int width = 0, height = 0;  ///< of the photograph, in pixels
   LocatedChart chart;
+  std::string refusal;  ///< what locateChart would throw; empty when the chart can be used
+
+  /// \throws NoChart or DoubtfulChart with the refusal, when there is one
+  void require() const;
 };
 
+/// Likewise, but a refusal is part of the result. \throws as locateChart otherwise
 GREYCARD_EXPORT ChartSearch searchChart(const Picture& picture, const LocateOptions& options = {},
                                         const std::filesystem::path& photo = {});
 

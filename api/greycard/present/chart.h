@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "greycard/jobs/evaluate_chart.h"
 #include "greycard/jobs/fit_chart.h"
@@ -42,6 +43,17 @@ GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, ChartEvaluation& ev
 /// \throws std::invalid_argument when the picture's size and samples disagree or it is empty.
 GREYCARD_PRESENT_EXPORT Picture annotateRegions(const Picture& picture,
                                                 const PatchRegions& regions);
+
+/// Likewise the outlines of patches given by their corners. \param outliers  numbers, 1..24, of
+/// patches to be crossed out in red
+GREYCARD_PRESENT_EXPORT Picture annotatePatches(const Picture& picture, const PatchQuads& patches,
+                                                const std::vector<int>& outliers = {});
+
+/// Likewise the outcome of a search. A chart that was found: its patches as annotatePatches draws
+/// them, those unlike the chart's crossed out. None: all places that look like a patch in yellow,
+/// and the grid that came nearest to a chart in red.
+GREYCARD_PRESENT_EXPORT Picture annotateDetection(const Picture& picture,
+                                                  const ChartDetection& detection);
 
 /// A self-contained page about a fit: no script, nothing fetched from anywhere.
 /// \param photograph  the picture that was fitted
