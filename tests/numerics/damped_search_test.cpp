@@ -9,17 +9,17 @@
 namespace greycard {
 namespace {
 
-using Point = std::vector<double>;
+using Unknowns = std::vector<double>;
 
 struct Residual {
   double value;
-  Point slope;
+  Unknowns slope;
 };
 
 /// Sum of squares of residuals of which each comes with its slopes.
 struct SquaresCost {
-  using State = Point;
-  std::vector<Residual> (*residuals)(const Point&);
+  using State = Unknowns;
+  std::vector<Residual> (*residuals)(const Unknowns&);
   std::size_t n = 2;
 
   std::size_t unknowns() const { return n; }
@@ -44,15 +44,15 @@ struct SquaresCost {
 
 // J. J. More, B. S. Garbow, K. E. Hillstrom, ACM TOMS 7 (1981) 17: problems 1, 2, 5 and 13 with
 // their standard starts and published minima.
-std::vector<Residual> rosenbrock(const Point& x) {
+std::vector<Residual> rosenbrockBySlopes(const Unknowns& x) {
   return {{10.0 * (x[1] - x[0] * x[0]), {-20.0 * x[0], 10.0}}, {1.0 - x[0], {-1.0, 0.0}}};
 }
-std::vector<Residual> freudensteinRoth(const Point& x) {
+std::vector<Residual> freudensteinRoth(const Unknowns& x) {
   const double y = x[1];
   return {{-13.0 + x[0] + ((5.0 - y) * y - 2.0) * y, {1.0, -3.0 * y * y + 10.0 * y - 2.0}},
           {-29.0 + x[0] + ((y + 1.0) * y - 14.0) * y, {1.0, 3.0 * y * y + 2.0 * y - 14.0}}};
 }
-std::vector<Residual> beale(const Point& x) {
+std::vector<Residual> beale(const Unknowns& x) {
   std::vector<Residual> all;
   const double aims[] = {1.5, 2.25, 2.625};
   for (int k = 1; k <= 3; ++k)
@@ -60,7 +60,7 @@ std::vector<Residual> beale(const Point& x) {
                    {-(1.0 - std::pow(x[1], k)), x[0] * k * std::pow(x[1], k - 1)}});
   return all;
 }
-std::vector<Residual> powellSingular(const Point& x) {
+std::vector<Residual> powellSingular(const Unknowns& x) {
   const double a = x[1] - 2.0 * x[2], b = x[0] - x[3];
   return {
       {x[0] + 10.0 * x[1], {1.0, 10.0, 0.0, 0.0}},
@@ -73,11 +73,11 @@ TEST(DampedSearch, FindsThePublishedMinima) {
   struct Problem {
     const char* name;
     SquaresCost cost;
-    Point start;
+    Unknowns start;
     double minimum;
   };
   const Problem problems[] = {
-      {"Rosenbrock", {rosenbrock}, {-1.2, 1.0}, 0.0},
+      {"Rosenbrock", {rosenbrockBySlopes}, {-1.2, 1.0}, 0.0},
       {"Freudenstein and Roth", {freudensteinRoth}, {0.5, -2.0}, 48.9842},
       {"Beale", {beale}, {1.0, 1.0}, 0.0},
       {"Powell singular", {powellSingular, 4}, {3.0, -1.0, 0.0, 1.0}, 0.0},
@@ -91,12 +91,12 @@ TEST(DampedSearch, FindsThePublishedMinima) {
 }
 
 TEST(DampedSearch, StopsWhereThereIsNoCostAndAtTheLimit) {
-  const auto nowhere = [](const Point&) {
+  const auto nowhere = [](const Unknowns&) {
     return std::vector<Residual>{{std::nan(""), {1.0, 1.0}}};
   };
   EXPECT_TRUE(std::isinf(dampedSearch(SquaresCost{nowhere}, {1.0, 2.0}).value));
   // A cost that falls for ever.
-  const auto endless = [](const Point& x) {
+  const auto endless = [](const Unknowns& x) {
     return std::vector<Residual>{{std::exp(-x[0]), {-std::exp(-x[0]), 0.0}}};
   };
   const auto found = dampedSearch(SquaresCost{endless}, {0.0, 0.0}, {.maxEvaluations = 7});
