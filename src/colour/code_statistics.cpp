@@ -68,7 +68,7 @@ void CodeSummary::sumCells(std::span<const std::uint16_t> codes, std::span<const
     double sum = 0.0;
     if (shift_ == 0) {
       Counts counts{};
-      countInto(counts, cell, [](std::uint16_t code) { return code & 0xFFU; });
+      countInto(counts, cell, [](std::uint16_t code) { return std::size_t{code} & 0xFFU; });
       for (std::size_t code = 0; code < counts.size(); ++code) {
         if (counts[code] == 0) continue;
         sum += counts[code] * linear(code);
@@ -81,7 +81,8 @@ void CodeSummary::sumCells(std::span<const std::uint16_t> codes, std::span<const
     total += sum;
     begin = end;
   }
-  if (shift_ != 0) countInto(counts_, codes, [](std::uint16_t code) { return code >> 8U; });
+  if (shift_ != 0)
+    countInto(counts_, codes, [](std::uint16_t code) { return std::size_t{code} >> 8U; });
   result.mean = total / static_cast<double>(codes.size());
   result.unevenness = spreadOf(means, cells);
 }

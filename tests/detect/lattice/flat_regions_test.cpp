@@ -24,7 +24,8 @@ TEST(RowRuns, AreThoseOfASlowLook) {
     for (const int threshold : {1, 12, 128}) {
       std::vector<std::uint8_t> values(static_cast<std::size_t>(length));
       for (auto& value : values)
-        value = static_cast<std::uint8_t>(random() % 3 ? threshold - 1 : random() % 256);
+        value = static_cast<std::uint8_t>(random() % 3 ? static_cast<unsigned>(threshold) - 1U
+                                                       : random() % 256U);
       std::vector<std::pair<int, int>> found, wanted;
       RowRuns runs;
       runs.find(values.data(), length, threshold);
