@@ -1,5 +1,5 @@
 # `cmake --install`: the libraries, the public headers, the command, a CMake package
-# (find_package(greycard), targets greycard::greycard and greycard::present) and a .pc file for
+# (find_package(greycard), targets greycard::greycard, greycard::present and greycard::exchange) and a .pc file for
 # everybody else.
 include(CMakePackageConfigHelpers)
 
@@ -33,7 +33,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/greycardConfigVersion.cma
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycardConfig.cmake.in
                ${PROJECT_BINARY_DIR}/greycardConfig.cmake @ONLY)
 if(NOT BUILD_SHARED_LIBS) # then a program links what the library uses
-  install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake DESTINATION ${package_dir})
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake
+                ${PROJECT_SOURCE_DIR}/cmake/FindLCMS2.cmake DESTINATION ${package_dir})
 endif()
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})

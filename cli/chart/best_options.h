@@ -18,6 +18,8 @@ struct BestOptions {
 
   void addTo(CLI::App& app);
   bool asked() const { return fit == "best"; }
+  /// Whether the photograph's own tone curve is to be undone.
+  bool undoesCurve() const { return !estimatedCurve.empty() || !curve.empty(); }
   /// \throws UsageError when an option of the best fit is given and the fit isn't asked for
   void check() const;
   void nameFiles(JobFiles& files) const;

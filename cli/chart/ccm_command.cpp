@@ -31,11 +31,13 @@ void runStated(const CcmOptions& options) {
     ProgressBar progress("fitting");
     return *fitChart(picture, fitOptions, options.source.photo, progress.callback());
   });
+  const std::vector<std::string> exported = options.writeExports(fit);
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, fitOptions.locate.samples); });
   if (!options.printsText()) return;
   std::cout << ccmText(fit);
   printWarnings(fit.warnings);
+  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Picture& picture) {
@@ -56,14 +58,16 @@ void runBest(const CcmOptions& options) {
     ProgressBar progress("fitting");
     return *fitChartBest(all, fitOptions, progress.callback());
   });
+  const std::vector<std::string> exported = options.writeExports(fit.shown(0));
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, 0, fitOptions.chart.locate.samples); });
   if (!options.printsText()) return;
   std::cout << bestText(fit);
   printWarnings(fit.warnings);
+  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
-void run(const CcmOptions& options) {
+void run(CcmOptions& options) {
   options.best.check();
   JobFiles files;
   options.source.nameFiles(files);
@@ -72,9 +76,8 @@ void run(const CcmOptions& options) {
   files.output("--report", options.report);
   files.pictureOutput("--corrected", options.corrected);
   files.textOutput("--json", options.json);
-
   options.best.nameFiles(files);
-
+  options.nameExports(files);
   if (options.best.asked())
     runBest(options);
   else

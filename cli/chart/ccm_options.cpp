@@ -1,7 +1,11 @@
 #include "ccm_options.h"
 
 #include <algorithm>
+#include <stdexcept>
 
+#include "greycard/errors.h"
+#include "greycard/files.h"
+#include "greycard/present/chart.h"
 #include "light_option.h"
 #include "option_checks.h"
 
@@ -83,6 +87,15 @@ void CcmOptions::addTo(CLI::App& app) {
   app.add_option("--report", report, "Report as one HTML file")->type_name("FILE");
   app.add_option("--corrected", corrected, "The photograph through gains, matrix and tone curve")
       ->type_name("FILE");
+  exports.addTo(app, exchange::MaterialKind::Fit);
+  app.add_option("--kelvin", kelvin,
+                 "Colour temperature of the light for exports, where its name tells none")
+      ->check(numbersFrom(1000.0, 25000.0))
+      ->type_name("K");
+  app.add_option("--other-light", otherLights,
+                 "The camera under another light, as ccm --json wrote it, for exports that hold "
+                 "several; may be given again")
+      ->type_name("FILE");
 }
 
 ChartFitOptions CcmOptions::fitOptions() const {
@@ -93,6 +106,34 @@ ChartFitOptions CcmOptions::fitOptions() const {
   std::ranges::copy(targetSaturation, options.targetSaturation.begin());
   std::ranges::copy(targetHue, options.targetHue.begin());
   return options;
+}
+
+void CcmOptions::nameExports(JobFiles& files) {
+  for (const auto& file : otherLights) files.input("--other-light", file);
+  exports.nameFiles(files);
+  if (!exports.any() && (kelvin || !otherLights.empty()))
+    throw UsageError("--kelvin and --other-light are for --export and --update");
+  if (exports.any() && best.undoesCurve())
+    throw UsageError(
+        "--export: these formats have no place for the photograph's own tone curve; leave out "
+        "--estimate-curve and --curve");
+  if (fit.transform != 0 && exports.asksFor({"icc", "icc2", "dcp"}))
+    throw UsageError("--export: a profile needs a matrix to sRGB primaries; leave out --transform");
+}
+
+std::vector<std::string> CcmOptions::writeExports(const ChartFit& chartFit) const {
+  if (!exports.any()) return {};
+  exchange::FittedCamera camera{{exchange::fittedLight(chartFit, kelvin)}};
+  for (const auto& file : otherLights) {
+    ChartFit other;
+    try {
+      present::fromJson(readWholeFile(file), other);
+    } catch (const std::invalid_argument& error) {
+      throw JobError(quoted(file) + ": " + error.what());
+    }
+    camera.lights.push_back(exchange::fittedLight(std::move(other)));
+  }
+  return exports.write(camera);
 }
 
 }  // namespace greycard::cli

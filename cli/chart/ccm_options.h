@@ -2,12 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "best_options.h"
 #include "chart_source.h"
 #include "command.h"
+#include "export_requests.h"
 #include "greycard/jobs/fit_chart.h"
 
 namespace greycard::cli {
@@ -20,10 +22,18 @@ struct CcmOptions : CommonOptions {
   std::vector<double> targetHue{0.0, 0.0, 0.0};              ///< R, G, B in degrees
   ChartFitOptions fit;
   std::filesystem::path report, corrected;
+  ExportRequests exports;
+  std::optional<double> kelvin;                    ///< of the light, for the exports
+  std::vector<std::filesystem::path> otherLights;  ///< fits in JSON, for the exports
 
   void addTo(CLI::App& app);
   /// The options as the library takes them. \throws UsageError for those that can't be
   ChartFitOptions fitOptions() const;
+  /// Names the files of the exports. \throws UsageError as ExportRequests::nameFiles, and for a
+  /// profile of a matrix that isn't one to sRGB primaries
+  void nameExports(JobFiles& files);
+  /// Writes the exports of the fit. \return a line for people for each
+  std::vector<std::string> writeExports(const ChartFit& chartFit) const;
 };
 
 }  // namespace greycard::cli

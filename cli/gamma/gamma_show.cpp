@@ -6,6 +6,7 @@
 
 #include "command.h"
 #include "curve_options.h"
+#include "export_requests.h"
 #include "gamma_commands.h"
 #include "greycard/names.h"
 #include "greycard/present/gamma.h"
@@ -20,6 +21,7 @@ struct ShowOptions : CommonOptions {
   CurveChoice choice;
   CurvePlotOptions plot;
   int points = 17;
+  ExportRequests exports;
 };
 
 void printTable(std::span<const std::int32_t> table) {
@@ -47,16 +49,21 @@ void printText(const ShowOptions& options, const ShownCurve& shown) {
   std::cout << text.text();
 }
 
-void run(const ShowOptions& options) {
+void run(ShowOptions& options) {
   JobFiles files;
   options.choice.nameFile(files);
   options.plot.nameFiles(files);
   files.textOutput("--json", options.json);
+  options.exports.nameFiles(files);
   const GammaCurvePtr curve = options.choice.curve();
   const ShownCurve shown = showCurve(*curve, {options.choice.curveChannel(), options.points});
   options.plot.write([&](const auto& against) { return present::curvePlot(shown, against); });
   if (!options.json.empty()) writeText(options.json, present::toJson(shown));
-  if (options.printsText()) printText(options, shown);
+  std::vector<std::string> exported;
+  if (options.exports.any()) exported = options.exports.write(curveTables(*curve));
+  if (!options.printsText()) return;
+  printText(options, shown);
+  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -72,6 +79,7 @@ void addGammaShow(CLI::App& gamma) {
       ->capture_default_str()
       ->check(wholeNumbersFrom(2, 256));
   options->plot.addTo(app);
+  options->exports.addTo(app, exchange::MaterialKind::Curve);
   app.callback([options] { run(*options); });
 }
 

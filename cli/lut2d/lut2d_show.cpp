@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "command.h"
+#include "export_requests.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
 #include "greycard/present/lut2d.h"
@@ -19,6 +20,7 @@ namespace {
 
 struct ShowOptions : CommonOptions {
   std::filesystem::path lut, plot;
+  ExportRequests exports;
 };
 
 using Changes = std::array<double, kLut2dNodes>;
@@ -37,16 +39,18 @@ void printChanges(const char* title, const Lut2DConfig& table, const Changes& ch
   std::cout << "\n" << title << "\n" << text.text();
 }
 
-void run(const ShowOptions& options) {
+void run(ShowOptions& options) {
   JobFiles files;
   files.input("LUT", options.lut);
   files.output("--plot", options.plot);
   files.textOutput("--json", options.json);
+  options.exports.nameFiles(files);
   const Lut2dSummary summary = summariseLut2d(present::readLut2d(options.lut));
   const Lut2DConfig& table = summary.table;
   if (!options.plot.empty())
     writeWholeFile(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
   if (!options.json.empty()) writeText(options.json, present::toJson(summary));
+  const std::vector<std::string> exported = options.exports.write(table);
   if (!options.printsText()) return;
   std::cout << quoted(options.lut) << ": " << summary.changedNodes << " of " << kLut2dNodes
             << " nodes change colour, by up to " << fixed(summary.largestHueChangeDeg, 1)
@@ -54,6 +58,7 @@ void run(const ShowOptions& options) {
   if (const CutChanges cut = cutChanges(table); !cut.warning.empty()) printWarnings({cut.warning});
   printChanges("Hue change in degrees", table, table.lut_2d_h, 1);
   printChanges("Saturation change", table, table.lut_2d_s, 3);
+  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -66,6 +71,7 @@ void addLut2dShow(CLI::App& lut2d) {
   app.add_option("--plot", options->plot,
                  "Wheel to write, as SVG: each node with an arrow to where it moves its colour")
       ->type_name("FILE");
+  options->exports.addTo(app, exchange::MaterialKind::Lut2d);
   app.callback([options] { run(*options); });
 }
 

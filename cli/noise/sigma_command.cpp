@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "command.h"
+#include "export_requests.h"
 #include "flat_field_source.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
@@ -21,15 +22,17 @@ namespace {
 struct SigmaOptions : CommonOptions {
   FlatFieldSource source;
   std::filesystem::path csv, plot, map;
+  ExportRequests exports;
 };
 
-void nameFiles(const SigmaOptions& options) {
+void nameFiles(SigmaOptions& options) {
   JobFiles files;
   files.input("FLATFIELD", options.source.file);
   files.output("--csv", options.csv);
   files.output("--plot", options.plot);
   files.pictureOutput("--map", options.map);
   files.textOutput("--json", options.json);
+  options.exports.nameFiles(files);
 }
 
 std::string percent(double share) {
@@ -54,7 +57,7 @@ std::string sigmaText(const SigmaEstimate& estimate) {
          table.text();
 }
 
-void run(const SigmaOptions& options) {
+void run(SigmaOptions& options) {
   nameFiles(options);
   const SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
 
@@ -62,11 +65,13 @@ void run(const SigmaOptions& options) {
   if (!options.plot.empty()) writeWholeFile(options.plot, present::sigmaPlot(estimate));
   if (!options.map.empty()) writePicture(options.map, present::sigmaMap(estimate));
   if (!options.json.empty()) writeText(options.json, present::toJson(estimate));
+  const std::vector<std::string> exported = options.exports.write(estimate);
   if (!options.printsText()) return;
   std::cout << quoted(estimate.file) << ", " << estimate.width << " x " << estimate.height
             << " pixels\n"
             << sigmaText(estimate);
   for (const std::string& sentence : estimate.advice) std::cout << "Advice: " << sentence << "\n";
+  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -86,6 +91,7 @@ void addSigma(CLI::App& parent) {
       ->type_name("FILE");
   app.add_option("--map", options->map, "Picture of the local sigma in code values (.png, ...)")
       ->type_name("FILE");
+  options->exports.addTo(app, exchange::MaterialKind::Noise);
   app.callback([options] { run(*options); });
 }
 

@@ -1,0 +1,71 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "run_command.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+
+using ExportOptionsOfCommands = CommandTest;
+
+// What the files hold is checked on the library; here, that each result gets there.
+TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
+  run({"simulate", "-o", "d65.png", "--size", "400x300"});
+  run({"simulate", "-o", "a.png", "--light", "A", "--size", "400x300"});
+  ASSERT_EQ(run({"ccm", "a.png", "--light", "A", "--json", "a.json"}).status, 0);
+  const Outcome fit = run({"ccm", "d65.png", "--other-light", "a.json", "--camera", "Cam",
+                           "--export", "dcp=cam.dcp", "--export", "rpi=cam.json"});
+  ASSERT_EQ(fit.status, 0) << fit.err;
+  EXPECT_THAT(fit.out, HasSubstr("Wrote \"cam.json\" (rpi): 33 points"));
+  EXPECT_TRUE(read("cam.dcp").starts_with("IIRC"));
+  const std::string both = read("cam.json");
+  EXPECT_THAT(both, HasSubstr("\"ct\": 2856"));
+
+  const Outcome curve =
+      run({"gamma", "show", "VOutdoor", "--update", "cam.json", "--export", "cube1d=curve.cube"});
+  ASSERT_EQ(curve.status, 0) << curve.err;
+  EXPECT_THAT(curve.out, HasSubstr("Updated \"cam.json\": replaced rpi.contrast"));
+  EXPECT_THAT(read("curve.cube"), HasSubstr("LUT_1D_SIZE 1024"));
+  const std::size_t curveAt = both.find("gamma_curve");
+  EXPECT_EQ(read("cam.json").substr(0, curveAt), both.substr(0, curveAt));
+  EXPECT_NE(read("cam.json"), both);
+
+  run({"lut2d", "new", "-o", "table.json"});
+  EXPECT_EQ(run({"lut2d", "show", "table.json", "--export", "cube17=table.cube"}).status, 0);
+  EXPECT_THAT(read("table.cube"), HasSubstr("LUT_3D_SIZE 17"));
+}
+
+TEST_F(ExportOptionsOfCommands, WhatCantBeWrittenLeavesNothing) {
+  run({"simulate", "-o", "chart.png", "--size", "400x300"});
+  std::ofstream(folder / "other.json") << "{}";
+  const struct {
+    std::vector<std::string> words;
+    int status;
+    const char* says;
+  } cases[] = {
+      {{"ccm", "chart.png", "--export", "cub33=x"}, 2, "did you mean \"cube33\"? Known: cube1d"},
+      {{"ccm", "chart.png", "--export", "cube33"}, 2, "wants FORMAT=FILE"},
+      {{"gamma", "show", "VNormal", "--export", "icc=x"}, 2, "can't be made of this"},
+      {{"ccm", "chart.png", "--transform", "1", "--export", "icc=x"}, 2, "sRGB primaries"},
+      {{"ccm", "chart.png", "--export", "csv=x", "--export", "rpi=x"}, 2, "the same file"},
+      {{"ccm", "chart.png", "--kelvin", "3000"}, 2, "are for --export"},
+      {{"ccm", "chart.png", "--light", "LED", "--export", "csv=x", "--export", "rpi=y"},
+       1,
+       "LED tells no colour temperature"},
+      {{"ccm", "chart.png", "--export", "csv=x", "--update", "other.json"}, 1, "no list"},
+      {{"ccm", "chart.png", "--export", "csv=x", "--other-light", "other.json"}, 1, "other.json"},
+  };
+  for (const auto& [words, status, says] : cases) {
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, status) << says;
+    EXPECT_THAT(outcome.err, HasSubstr(says));
+    EXPECT_FALSE(std::filesystem::exists(folder / "x")) << says;
+  }
+  EXPECT_EQ(read("other.json"), "{}");
+}
+
+}  // namespace
+}  // namespace greycard
