@@ -1,0 +1,116 @@
+// What the lattice search makes of rendered charts and of pictures without one, as a text beside
+// this file. Where there is a chart, the renderer's truth is the judge.
+
+#include <gtest/gtest.h>
+
+#include "corpus/corpus_case.h"
+#include "golden.h"
+#include "greycard/mcc_detector.h"
+#include "text.h"
+
+namespace greycard {
+namespace {
+
+const DetectOptions kLatticeAlone{.methods = SearchMethods::Lattice};
+
+std::string numbers(const char* name, std::initializer_list<double> values) {
+  std::string text = std::string("  ") + name;
+  for (const double value : values) text += " " + formatGeneral(value, 6);
+  return text + "\n";
+}
+
+std::string placed(const ChartPlacement& placement) {
+  std::string text = numbers("gate, pitch, direction",
+                             {placement.gate, placement.pitch, placement.orientationDeg}) +
+                     "  seen " + std::to_string(placement.supportingPatches) + ", outliers";
+  for (const int patch : placement.outliers) text += " " + std::to_string(patch);
+  text += "\n";
+  for (const std::size_t i : {0U, 5U, 14U, 23U}) {
+    text += numbers("centre", {placement.centres[i].x, placement.centres[i].y});
+    for (const Point2& corner : placement.patches[i])
+      text += numbers("corner", {corner.x, corner.y});
+  }
+  return text;
+}
+
+std::string told(const ChartDetection& detection) {
+  std::string text = std::string("  ") + chartStageName(detection.stage) + ", " +
+                     chartMethodName(detection.method) + ", " +
+                     chartRefusalName(detection.refusal) + "\n  " + detection.reason + "\n";
+  for (const std::string& doubt : detection.doubts) text += "  " + doubt + "\n";
+  if (detection.found()) {
+    text += placed(detection.placement);
+    const PatchRegion& last = detection.regions[23];
+    text += numbers("region", {last.left, last.top, last.width, last.height}) +
+            numbers("error", {detection.error, detection.size});
+  } else if (detection.candidate) {
+    text += "candidate\n" + placed(*detection.candidate);
+  }
+  text += "  candidates " + std::to_string(detection.candidateRegions.size()) + "\n";
+  for (std::size_t i = 0; i < detection.candidateRegions.size(); i += 7) {
+    const PatchRegion& seen = detection.candidateRegions[i];
+    text += numbers("candidate", {seen.left, seen.top, seen.width, seen.height});
+  }
+  return text;
+}
+
+Picture greyOf(const Picture& picture) {
+  Picture grey(picture.width, picture.height, 1, picture.bits);
+  for (std::size_t i = 0; i < grey.samples.size(); ++i)
+    grey.samples[i] = picture.samples[3 * i + 1];
+  return grey;
+}
+
+Picture linear16(const Picture& picture) {
+  Picture deep(picture.width, picture.height, picture.channels, 16);
+  for (std::size_t i = 0; i < deep.samples.size(); ++i) {
+    const double code = picture.samples[i] / 255.0;
+    deep.samples[i] = static_cast<std::uint16_t>(65535.0 * code * code);
+  }
+  return deep;
+}
+
+TEST(GoldenSearch, OfRenderedCharts) {
+  std::string text;
+  for (const int number : {2, 31, 75, 98, 121, 150, 190, 213}) {
+    const CorpusCase scene = renderedCase(number);
+    const ChartDetection detection = MCCDetector().detect(scene.picture, kLatticeAlone);
+    EXPECT_TRUE(detection.found()) << number << " " << detection.reason;
+    EXPECT_LT(worstError(scene, detection.placement.centres), 0.1) << number;
+    text += "rendered " + scene.name + "\n" + told(detection);
+    if (number > 100) continue;
+    text += " grey\n" + told(MCCDetector().detect(greyOf(scene.picture), kLatticeAlone));
+    text += " linear\n" + told(MCCDetector().detect(linear16(scene.picture), kLatticeAlone));
+  }
+  expectGolden("detect/golden/search_rendered.txt", text);
+}
+
+TEST(GoldenSearch, OfPicturesWithoutAChart) {
+  std::string text;
+  for (int number = 0; number < kChartlessCount; number += 9) {
+    const CorpusCase scene = chartlessCase(number);
+    const ChartDetection detection = MCCDetector().detect(scene.picture, kLatticeAlone);
+    EXPECT_FALSE(detection.found()) << number;
+    text += scene.group + " " + scene.name + "\n" + told(detection);
+  }
+  // A chart cut, one half covered, and in a mirror.
+  const CorpusCase whole = renderedCase(2);
+  const Picture& picture = whole.picture;
+  Picture cut = picture, covered = picture, mirrored = picture;
+  const auto row = static_cast<int>(whole.charts[0][9].y);
+  const auto column = static_cast<int>(whole.charts[0][9].x);
+  for (int y = 0; y < picture.height; ++y)
+    for (int x = 0; x < picture.width; ++x) {
+      if (y > row) std::fill_n(covered.pixel(x, y), 3, std::uint16_t{90});
+      std::copy_n(picture.pixel(picture.width - 1 - x, y), 3, mirrored.pixel(x, y));
+    }
+  cut = Picture(column, picture.height, 3, 8);
+  for (int y = 0; y < picture.height; ++y)
+    std::copy_n(picture.pixel(0, y), 3 * column, cut.pixel(0, y));
+  for (const Picture& spoilt : {cut, covered, mirrored})
+    text += "spoilt\n" + told(MCCDetector().detect(spoilt, kLatticeAlone));
+  expectGolden("detect/golden/search_chartless.txt", text);
+}
+
+}  // namespace
+}  // namespace greycard
