@@ -1,7 +1,8 @@
 // MatrixFit beside OpenCV's colour-correction model on the same samples: the tables of
-// docs/matrix_fit.md. Usage: matrix_compare [simulated photographs] [seed]; real photographs are
-// those of the folder that GREYCARD_PHOTOS names. Errors are CIEDE2000 over all patches that don't
-// clip, of fits to all of them and of six-fold fits that held the patch out.
+// docs/matrix_fit.md. Usage: matrix_compare [simulated photographs] [seed] [part of the rows'
+// names]; real photographs are those of the folder that GREYCARD_PHOTOS names. Errors are CIEDE2000
+// over all patches that don't clip, of fits to all of them and of six-fold fits that held the patch
+// out.
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include <numeric>
 #include <opencv2/mcc/ccm.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "colour_space.h"
@@ -28,6 +30,8 @@ using Mask = std::array<bool, kPatchCount>;
 
 constexpr std::size_t kFolds = 6;
 
+constexpr std::ptrdiff_t kFirstGrey = 18, kLeastGreys = 3;  // for a tone curve
+
 /// L*a*b* of all patches, by a fit to those that are in the mask.
 using Fitter = std::function<PatchTable(const ComparedChart&, const Mask&)>;
 
@@ -36,13 +40,18 @@ Vector3 labOfLinear(const Vector3& rgb) {
   return XYZ_to_CIELab(multiply(kToXyz, rgb), {95.05, 100.0, 108.9});
 }
 
+// Where too few greys are left for a tone curve, the linear fit counts.
 Fitter ours(const FitOptions& wanted) {
   FitOptions options = wanted;
   options.heldOut = options.uncertainty = options.compareStated = false;
-  return [options](const ComparedChart& chart, const Mask& used) {
+  FitOptions linear = options;
+  linear.toneCurve = FitToneCurve::none;
+  return [options, linear](const ComparedChart& chart, const Mask& used) {
     FitPhotograph photograph = chart.photograph;
     for (std::size_t i = 0; i < kPatchCount; ++i) photograph.clipped[i] = !used[i];
-    return MatrixFit(options).fit({{photograph}, chart.referenceLab})->photographs[0].lab;
+    const std::ptrdiff_t greys = std::count(used.begin() + kFirstGrey, used.end(), true);
+    const FitOptions& possible = greys < kLeastGreys ? linear : options;
+    return MatrixFit(possible).fit({{photograph}, chart.referenceLab})->photographs[0].lab;
   };
 }
 
@@ -87,7 +96,7 @@ PatchTable fitPeer(const PeerSetting& setting, const ComparedChart& chart, const
   return lab;
 }
 
-// Where too few greys are left for the curve that the peer is to find, its linear fit counts.
+// The same holds for the curve that the peer is to find.
 Fitter peer(const PeerSetting& setting) {
   return [setting](const ComparedChart& chart, const Mask& used) {
     try {
@@ -158,7 +167,55 @@ void print(const char* name, const Row& row, const Row* against) {
   std::fflush(stdout);
 }
 
-void table(const char* title, const std::vector<ComparedChart>& charts) {
+struct OurSetting {
+  const char* name;
+  FitOptions options;
+};
+
+std::vector<OurSetting> ourSettings() {
+  std::vector<OurSetting> settings;
+  const auto add = [&settings](const char* name, auto change) {
+    settings.push_back({name, {}});
+    change(settings.back().options);
+  };
+  const auto six = [](double norm) {
+    return [norm](FitOptions& options) {
+      options.entries = FitEntries::six;
+      options.exposure = FitExposure::free;
+      options.norm = norm;
+    };
+  };
+  const auto curve = [](FitToneCurve family, double norm = FitOptions::kRootMeanSquare) {
+    return [family, norm](FitOptions& options) {
+      options.toneCurve = family;
+      options.norm = norm;
+    };
+  };
+  add("nine entries", [](FitOptions&) {});
+  add("nine entries, norm 1 (mean)", curve(FitToneCurve::none, FitOptions::kMean));
+  add("nine entries, norm 3", curve(FitToneCurve::none, 3.0));
+  add("nine entries, norm 8 (soft maximum)", curve(FitToneCurve::none, FitOptions::kSoftMaximum));
+  add("nine entries, CAM16-UCS",
+      [](FitOptions& options) { options.difference = FitDifference::cam16Ucs; });
+  add("six entries, free exposure", six(FitOptions::kRootMeanSquare));
+  add("six entries, free exposure, norm 2.1", six(2.1));
+  add("nine entries, curve: power", curve(FitToneCurve::power));
+  add("nine entries, curve: power, norm 3", curve(FitToneCurve::power, 3.0));
+  add("nine entries, curve: power with offset", curve(FitToneCurve::powerOffset));
+  add("nine entries, curve: power with offset, norm 3", curve(FitToneCurve::powerOffset, 3.0));
+  add("nine entries, curve: black and white point", curve(FitToneCurve::blackWhite));
+  add("nine entries, curve: monotone", curve(FitToneCurve::monotone));
+  add("nine entries, curve: monotone, norm 3", curve(FitToneCurve::monotone, 3.0));
+  add("nine entries, curve: power, plane of light", [](FitOptions& options) {
+    options.toneCurve = FitToneCurve::power;
+    options.light = FitLight::plane;
+  });
+  return settings;
+}
+
+// Only the rows with `part` in their names.
+void table(const char* title, const std::vector<ComparedChart>& charts, std::string_view part) {
+  const auto wanted = [part](std::string_view name) { return name.find(part) != name.npos; };
   std::printf("\n%s: %zu photographs\n\n", title, charts.size());
   std::puts("| fit | mean | 95 % | held out: mean | 95 % | ms |\n|---|---|---|---|---|---|");
   using namespace cv::ccm;
@@ -179,6 +236,7 @@ void table(const char* title, const std::vector<ComparedChart>& charts) {
   };
   Row best;
   for (const PeerSetting& setting : settings) {
+    if (!wanted(setting.name)) continue;
     const Row row = measure(charts, peer(setting));
     print(setting.name, row, nullptr);
     if (setting.linear == LINEARIZATION_IDENTITY &&
@@ -186,33 +244,9 @@ void table(const char* title, const std::vector<ComparedChart>& charts) {
          row.errors[0] + row.errors[2] < best.errors[0] + best.errors[2]))
       best = row;
   }
-  FitOptions options;
-  print("nine entries", measure(charts, ours(options)), &best);
-  options.norm = FitOptions::kMean;
-  print("nine entries, norm 1 (mean)", measure(charts, ours(options)), &best);
-  options.norm = FitOptions::kSoftMaximum;
-  print("nine entries, norm 8 (soft maximum)", measure(charts, ours(options)), &best);
-  options.norm = FitOptions::kRootMeanSquare;
-  options.difference = FitDifference::cam16Ucs;
-  print("nine entries, CAM16-UCS", measure(charts, ours(options)), &best);
-  options.difference = FitDifference::ciede2000;
-  options.entries = FitEntries::six;
-  options.exposure = FitExposure::free;
-  print("six entries, free exposure", measure(charts, ours(options)), &best);
-  options.entries = FitEntries::nine;
-  options.exposure = FitExposure::balanced;
-  const std::pair<const char*, FitToneCurve> curves[] = {
-      {"nine entries, curve: power", FitToneCurve::power},
-      {"nine entries, curve: power with offset", FitToneCurve::powerOffset},
-      {"nine entries, curve: black and white point", FitToneCurve::blackWhite},
-      {"nine entries, curve: monotone", FitToneCurve::monotone}};
-  for (const auto& [name, curve] : curves) {
-    options.toneCurve = curve;
-    print(name, measure(charts, ours(options)), &best);
-  }
-  options.toneCurve = FitToneCurve::power;
-  options.light = FitLight::plane;
-  print("nine entries, curve: power, plane of light", measure(charts, ours(options)), &best);
+  for (const auto& [name, options] : ourSettings())
+    if (wanted(name))
+      print(name, measure(charts, ours(options)), best.milliseconds > 0.0 ? &best : nullptr);
 }
 
 }  // namespace
@@ -220,8 +254,9 @@ void table(const char* title, const std::vector<ComparedChart>& charts) {
 int main(int argc, char** argv) {
   const int count = argc > 1 ? std::max(1, std::atoi(argv[1])) : 216;
   const std::uint64_t seed = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1;
+  const char* part = argc > 3 ? argv[3] : "";
   if (const char* folder = std::getenv("GREYCARD_PHOTOS"); folder && *folder)
-    table("Real photographs", compare::photographs(folder));
-  table("Simulated photographs", compare::simulated(count, seed));
+    table("Real photographs", compare::photographs(folder), part);
+  table("Simulated photographs", compare::simulated(count, seed), part);
   return 0;
 }

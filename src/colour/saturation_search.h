@@ -16,8 +16,8 @@ inline constexpr PowellOptions kMatrixPowell{.tolerance = 1e-6,
                                              .maxIterations = 200,
                                              .initialStep = 0.2,
                                              .lineTolerance = 0.01,
-                                             .maxStepShrink = 0.5,
-                                             .smallestStep = 0.05};
+                                             .maxStepShrink = 0.7,
+                                             .smallestStep = 0.1};
 
 /// Where a search for a matrix ended and what it took.
 struct MatrixSearchResult {
