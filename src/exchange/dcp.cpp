@@ -178,7 +178,7 @@ Exported writeDcp(const FittedCamera& camera, const ExportOptions& options) {
                         colorMatrix(lights[i]->fit, source.white));
     directory.rationals(static_cast<std::uint16_t>(50964 + step), forwardMatrix(lights[i]->fit));
   }
-  const auto& curve = commonCurve(curveValues(camera), result.notes);
+  const std::vector<double> curve = commonCurve(curveValues(camera), result.notes);
   directory.floats(50940, linearToneCurve(curve));  // ProfileToneCurve
   directory.longValue(51110, 1);                    // DefaultBlackRender: none
   if (options.camera.empty())

@@ -24,7 +24,7 @@ double rootMeanSquare(const std::vector<double>& curve, double gamma) {
 
 // The power x^(1/gamma) nearest to the curve, to 0.01: every gamma that makes sense is tried.
 std::string bestGamma(const CurveValues& curves, std::vector<std::string>& notes) {
-  const std::vector<double>& curve = commonCurve(curves, notes);
+  const std::vector<double> curve = commonCurve(curves, notes);
   double best = 1.0, least = 2.0;
   for (int hundredths = 20; hundredths <= 600; ++hundredths)
     if (const double miss = rootMeanSquare(curve, hundredths / 100.0); miss < least) {

@@ -28,7 +28,7 @@ std::string ccmsText(const FittedCamera& camera) {
 
 // 33 points at squares of equal steps, so that they lie closer in the shadows.
 std::string gammaCurveText(const CurveValues& curves, std::vector<std::string>& notes) {
-  const std::vector<double>& curve = commonCurve(curves, notes);
+  const std::vector<double> curve = commonCurve(curves, notes);
   std::string text = "[ ";
   std::vector<double> xs, ys;
   for (int i = 0; i < kCurvePoints; ++i) {

@@ -21,7 +21,7 @@ CurveValues curveValues(const CurveTables& tables) {
   return curves;
 }
 
-const std::vector<double>& commonCurve(const CurveValues& curves, std::vector<std::string>& notes) {
+std::vector<double> commonCurve(const CurveValues& curves, std::vector<std::string>& notes) {
   if (curves[0] != curves[1] || curves[2] != curves[1])
     notes.push_back("this format has one tone curve for all channels: that of green was taken");
   return curves[1];

@@ -20,7 +20,7 @@ CurveValues curveValues(const FittedCamera& camera);
 CurveValues curveValues(const CurveTables& tables);
 
 /// The curve of a format that has one for all channels: green. Adds a note when they differ.
-const std::vector<double>& commonCurve(const CurveValues& curves, std::vector<std::string>& notes);
+std::vector<double> commonCurve(const CurveValues& curves, std::vector<std::string>& notes);
 
 /// The curve at x, clipped to 0..1, by straight lines.
 double curveAt(std::span<const double> curve, double x);
