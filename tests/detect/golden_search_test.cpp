@@ -5,6 +5,8 @@
 
 #include "corpus/corpus_case.h"
 #include "golden.h"
+#include "greycard/chart_location.h"
+#include "greycard/diagnostics.h"
 #include "greycard/mcc_detector.h"
 #include "text.h"
 
@@ -110,6 +112,45 @@ TEST(GoldenSearch, OfPicturesWithoutAChart) {
   for (const Picture& spoilt : {cut, covered, mirrored})
     text += "spoilt\n" + told(MCCDetector().detect(spoilt, kLatticeAlone));
   expectGolden("detect/golden/search_chartless.txt", text);
+}
+
+std::string told(const PatchCheck& check) {
+  std::string text = numbers("likeness", {check.likeness}) + "  outliers";
+  for (const int patch : check.outliers) text += " " + std::to_string(patch);
+  text += "\n";
+  for (const std::string& doubt : check.doubts) text += "  " + doubt + "\n";
+  return text;
+}
+
+// Centres that are a tenth of the pitch off, patches that are moved more and more, grey pictures.
+TEST(GoldenSearch, OfGivenCharts) {
+  setErrorChannel([](std::string_view) {});
+  std::string text;
+  for (const int number : {2, 31, 98, 121, 150}) {
+    const CorpusCase scene = renderedCase(number);
+    const Centres& truth = scene.charts[0];
+    ChartCorners corners;
+    corners.kind = CornerKind::PatchCentres;
+    for (std::size_t k = 0; k < 4; ++k) {
+      const Point2& centre = truth[std::array<std::size_t, 4>{0, 5, 23, 18}[k]];
+      corners.points[k] = {centre.x + 0.1 * scene.pitch, centre.y - 0.05 * scene.pitch};
+    }
+    for (const Picture& picture : {scene.picture, greyOf(scene.picture)}) {
+      const ChartDetection placed = placeChart(picture, corners);
+      EXPECT_LT(worstError(scene, placed.placement.centres), 0.25) << number;
+      text += "given " + scene.name + "\n" + told(placed);
+      PatchQuads patches = placed.placement.patches;
+      for (int step = 0; step < 4; ++step) {
+        text += told(checkPatches(picture, patches));
+        for (PatchQuad& patch : patches)
+          for (Point2& corner : patch) corner.x += 0.13 * scene.pitch;
+      }
+    }
+    text += "stated " + scene.name + "\n" +
+            told(MCCDetector().detect(scene.picture, {.methods = SearchMethods::Stated}));
+  }
+  setErrorChannel({});
+  expectGolden("detect/golden/search_given.txt", text);
 }
 
 }  // namespace
