@@ -1,5 +1,6 @@
 // greycard chart: finds the chart in a photograph and says where its patches are.
 
+#include <cmath>
 #include <iostream>
 #include <memory>
 #include <system_error>
@@ -50,13 +51,15 @@ void writeStages(const std::filesystem::path& folder, const Picture& picture,
 }
 
 void printPlacement(const ChartDetection& detection) {
+  constexpr double kHalfDigit = 0.05;  // what rounds to 360 is 0
   const ChartPlacement& placement = detection.placement;
   std::cout << "  method " << chartMethodName(detection.method) << ": "
             << placement.supportingPatches << " of 24 patches recognised";
   if (detection.method != ChartMethod::Corners) std::cout << ", gate " << fixed(placement.gate, 2);
   std::cout << "\n"
             << "  patches every " << fixed(placement.pitch, 1) << " pixels, first row at "
-            << fixed(placement.orientationDeg, 1) << " degrees\n"
+            << fixed(std::fmod(placement.orientationDeg + kHalfDigit, 360.0) - kHalfDigit, 1)
+            << " degrees\n"
             << "  colour distance to the nominal chart " << fixed(detection.error, 0) << "\n";
 }
 

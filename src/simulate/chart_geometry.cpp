@@ -6,16 +6,13 @@
 #include <numbers>
 
 #include "matrix3.h"
+#include "patch_grid.h"
 
 namespace greycard {
 namespace {
 
 constexpr double kCameraDistance = 18.0;  // pitches, three chart widths
 constexpr double kDegree = std::numbers::pi / 180.0;
-
-double distance(const Point2& a, const Point2& b) {
-  return std::hypot(a.x - b.x, a.y - b.y);
-}
 
 // The chart's plane through a pinhole camera, in units of the pitch, with the chart's centre at the
 // origin. With Rz(rotation) Rx(tilt) Ry(yaw) the chart's own axes become the first two columns.
@@ -46,16 +43,6 @@ Box frameBox(const Matrix3& homography) {
     }
   }
   return box;
-}
-
-double meanPitch(const std::array<Point2, kPatchCount>& centres) {
-  double sum = 0.0;
-  int count = 0;
-  for (std::size_t i = 0; i < kPatchCount; ++i) {
-    if (i % kChartColumns != 0) sum += distance(centres[i], centres[i - 1]), ++count;
-    if (i >= kChartColumns) sum += distance(centres[i], centres[i - kChartColumns]), ++count;
-  }
-  return sum / count;
 }
 
 }  // namespace

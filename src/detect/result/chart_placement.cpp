@@ -5,24 +5,11 @@
 #include <numbers>
 
 #include "colour_distance.h"
+#include "patch_grid.h"
 #include "result/chart_doubts.h"
 
 namespace greycard {
 namespace {
-
-double distance(const Point2& a, const Point2& b) {
-  return std::hypot(a.x - b.x, a.y - b.y);
-}
-
-double meanPitch(const std::array<Point2, kPatchCount>& centres) {
-  double sum = 0.0;
-  int count = 0;
-  for (std::size_t i = 0; i < kPatchCount; ++i) {
-    if (i % kChartColumns != 0) sum += distance(centres[i], centres[i - 1]), ++count;
-    if (i >= kChartColumns) sum += distance(centres[i], centres[i - kChartColumns]), ++count;
-  }
-  return sum / count;
-}
 
 // Against the chart's 8-bit sRGB colours, before the picture was brightened.
 double colourError(const ChartWindow& window) {
