@@ -83,6 +83,8 @@ TEST(RegionFile, TheSecondFormHoldsCorners) {
   EXPECT_FALSE(file.upright);
   EXPECT_EQ(file.quads[23], (PatchQuad{{{1, 2}, {11, 2.5}, {12, 14.25}, {0, 12}}}));
   EXPECT_EQ(parseRegionFile(formatQuads(file.quads), "again").quads, file.quads);
+  EXPECT_THAT([] { parseRegionFile(lines(23, "1,2,11,2,12,14,0,12\n") + "1,2,3,4\n", "mixed"); },
+              testing::ThrowsMessage<FileError>(HasSubstr("line 24")));
 
   const auto upright = parseRegionFile(lines(24), "rectangles");
   EXPECT_TRUE(upright.upright);

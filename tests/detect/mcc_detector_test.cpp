@@ -209,7 +209,8 @@ TEST_F(Detector, AllChartsAreFoundWithinTheRegionOfInterest) {
   EXPECT_NEAR(one[0].placement.orientationDeg, 180.0, 0.1);
   for (const DetectOptions& wrong :
        {DetectOptions{.regionOfInterest = PatchRegion{2000, 0, 9, 9}},
-        DetectOptions{.smallestGate = 1.5}, DetectOptions{.mostCharts = 0}})
+        DetectOptions{.smallestGate = 1.5}, DetectOptions{.mostCharts = 0},
+        DetectOptions{.finestPixels = 0}})
     EXPECT_THROW(detector_.detectAll(picture, wrong), std::invalid_argument);
 }
 
