@@ -13,7 +13,7 @@ run_preset() {
   local preset=$1
   shift
   echo "== $preset"
-  cmake --preset "$preset"
+  cmake --preset "$preset" -DCMAKE_UNITY_BUILD=ON
   cmake --build --preset "$preset" "${@/#/--target=}"
   ctest --preset "$preset"
 }
