@@ -147,24 +147,15 @@ ColorMatrixOpt chartOf(Random& random, bool tried, OptimMode mode) {
   return cm;
 }
 
+constexpr double kNoiseScale = 5.0;  // the colour error of a usual start
+
 /// The cost and the start of the optimiser's search.
 struct Problem {
   explicit Problem(const ColorMatrixOpt& cm)
       : set(illumOf(cm.m_light), cm.m_nTransformType),
         target(prepareTarget(set.targetLab(), cm.m_RefLab, cm.m_adjustment)),
         model(cm.m_balancedRGB, GammaStage(cm.normalisedGamma()), set.rgbToXyz(), set.whitePoint()),
-        cost(model,
-             {.targetLab = target,
-              .patchWeights = cm.m_patchWeights,
-              .noise = cm.m_Noise,
-              .gains = {cm.m_whiteBalance[0][0], cm.m_whiteBalance[1][1], cm.m_whiteBalance[2][2]},
-              .rgbToXyz = set.rgbToXyz(),
-              .white = set.whitePoint(),
-              .mode = cm.m_mode,
-              .kL = cm.m_kL,
-              .kC = cm.m_kC,
-              .noiseRate = cm.m_fNoiseRate,
-              .noiseScale = 5.0}) {
+        cost(model, costSetup(cm, set, target, kNoiseScale)) {
     const CDoubleMatrix rgb =
         mmABt(MatrixMultiply(toMatrix(set.targetXyz()), 0.01), toMatrix(set.xyzToRgb()));
     start = parametersFromMatrix(

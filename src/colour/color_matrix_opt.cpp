@@ -69,22 +69,6 @@ ForwardModel makeModel(const ColorMatrixOpt& cm, const ColorCalc& set) {
   return ForwardModel(cm.m_balancedRGB, std::move(gamma), set.rgbToXyz(), set.whitePoint());
 }
 
-CostSetup costSetup(const ColorMatrixOpt& cm, const ColorCalc& set, const PatchTable& target,
-                    double noiseScale) {
-  const Matrix3& wb = cm.m_whiteBalance;
-  return {.targetLab = target,
-          .patchWeights = cm.m_patchWeights,
-          .noise = cm.m_Noise,
-          .gains = {wb[0][0], wb[1][1], wb[2][2]},
-          .rgbToXyz = set.rgbToXyz(),
-          .white = set.whitePoint(),
-          .mode = cm.m_mode,
-          .kL = cm.m_kL,
-          .kC = cm.m_kC,
-          .noiseRate = cm.m_fNoiseRate,
-          .noiseScale = noiseScale};
-}
-
 // The part of the report that the search itself gives; `cost` at its neutral settings.
 ColorFitReport reportOf(const ColorMatrixOpt& cm, const MatrixSearchResult& found,
                         const MatrixCost& cost) {
@@ -103,6 +87,22 @@ ColorFitReport reportOf(const ColorMatrixOpt& cm, const MatrixSearchResult& foun
 }
 
 }  // namespace
+
+CostSetup costSetup(const ColorMatrixOpt& cm, const ColorCalc& set, const PatchTable& target,
+                    double noiseScale) {
+  const Matrix3& wb = cm.m_whiteBalance;
+  return {.targetLab = target,
+          .patchWeights = cm.m_patchWeights,
+          .noise = cm.m_Noise,
+          .gains = {wb[0][0], wb[1][1], wb[2][2]},
+          .rgbToXyz = set.rgbToXyz(),
+          .white = set.whitePoint(),
+          .mode = cm.m_mode,
+          .kL = cm.m_kL,
+          .kC = cm.m_kC,
+          .noiseRate = cm.m_fNoiseRate,
+          .noiseScale = noiseScale};
+}
 
 Illum illumOf(OptimLight light) {
   switch (light) {

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "color_calc.h"
 #include "gamma_stage.h"
 #include "greycard/color_fit_report.h"
 #include "greycard/illum.h"
@@ -73,6 +74,11 @@ class ColorMatrixOpt {
   double m_gain = 1.0;
   ColorFitReport m_fit;  ///< of the last finished optimisation
 };
+
+/// What the search's cost is made of, once exposure and white balance are set.
+/// \param noiseScale  what a noise of 1 counts beside the colour error
+CostSetup costSetup(const ColorMatrixOpt& cm, const ColorCalc& set, const PatchTable& target,
+                    double noiseScale);
 
 /// Runs the optimisation: least-squares start matrix, Powell search over six entries, saturation
 /// search when a target is set. Leaves the matrix and the report in the optimiser and L*, a*, b* of

@@ -147,19 +147,11 @@ CorpusCase chartlessCase(int number) {
       drawSixByFour(scene, dice, hues(dice));
       break;
     case 2:
-      drawSixByFour(scene, dice, permuted(dice, 0));
-      break;
     case 3:
-      drawSixByFour(scene, dice, permuted(dice, 1));
-      break;
     case 4:
-      drawSixByFour(scene, dice, permuted(dice, 2));
-      break;
     case 5:
-      drawSixByFour(scene, dice, permuted(dice, 3));
-      break;
     case 6:
-      drawSixByFour(scene, dice, permuted(dice, 4));
+      drawSixByFour(scene, dice, permuted(dice, number % static_cast<int>(kKinds.size()) - 2));
       break;
     case 7:
       drawSixByFour(scene, dice, {cv::Scalar::all(60 + dice.below(190))});
