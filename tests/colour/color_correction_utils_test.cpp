@@ -169,13 +169,6 @@ TEST_F(ColorCorrection, StepByStepGivesWhatOptimizeGives) {
   for (std::size_t i = 0; i < 72; ++i) EXPECT_EQ(lab[i], utils.m_macbethLab[i / 3][i % 3]);
 }
 
-TEST_F(ColorCorrection, OutOfTheBox) {
-  for (const Illum light : {illum_D65, illum_Lowlight, illum_LED})
-    EXPECT_EQ(S(3, light, 0).m_fSaturation, -1.0);
-  ASSERT_NE(utils.GetGammaCurveForID(0), nullptr);
-  EXPECT_EQ(utils.GetGammaCurveForID(0), utils.GetGammaCurveForID(77));
-}
-
 // Two objects in two threads give the bits that they give one after the other.
 TEST_F(ColorCorrection, TwoThreadsDoNotMeet) {
   std::array<S, 2> settings{seenBySensor(illum_D65), seenBySensor(illum_A)};

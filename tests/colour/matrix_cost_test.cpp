@@ -178,11 +178,5 @@ TEST_F(Cost, EvaluationDoesNotAllocate) {
   }
 }
 
-// The free entries of the blue row are its last two, unlike the others'.
-TEST(MatrixParameters, RowsSumToOne) {
-  EXPECT_EQ(matrixFromParameters(MatrixParameters{1, 2, 3, 4, 5, 6}),
-            (Matrix3{{{1, 2, -2}, {3, 4, -6}, {-10, 5, 6}}}));
-}
-
 }  // namespace
 }  // namespace greycard

@@ -44,13 +44,6 @@ TEST(Lights, NamesRoundTripAndUnknownOnesAreEmpty) {
   EXPECT_STREQ(illumName(illum_unknown), "unknown");
 }
 
-TEST(ReferenceSet, LightsWithoutASpectrumAreD65ToTheBit) {
-  const auto d65 = ColorCalc(illum_D65, 0).targetLab();
-  for (const int code : {-1, 3, 5, 6, 9, 10, 11, 12, 99})
-    EXPECT_EQ(ColorCalc(static_cast<Illum>(code), 0).targetLab(), d65) << code;
-  EXPECT_EQ(ColorCalc(illum_Lowlight, 0).targetLab(), ColorCalc(illum_TL84, 0).targetLab());
-}
-
 TEST(WhiteAdaptation, RefusesAWhiteWithoutResponse) {
   EXPECT_THROW(DeltaECWhiteAdapt({0, 0, 0}, {95, 100, 108}, 1.0), NumericError);
 }

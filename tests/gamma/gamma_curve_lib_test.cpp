@@ -44,21 +44,5 @@ TEST(GammaCurveLib, EntriesWithoutAValueAreZero) {
   EXPECT_EQ(GammaCurveLib(11, CurveType::HLG).get_curve()[0], 0);  // logarithm of a negative number
 }
 
-TEST(HdrCurves, TwoHundredFiftySevenCodesOfTenBits) {
-  GammaCurveModel model(false);
-  const auto full = model.GenerateHDRCurve(10000), thousand = model.GenerateHDRCurve(1000);
-  const auto hlg = model.GenerateHLGCurve();
-  EXPECT_EQ(full->Name(), "HDR10");
-  EXPECT_EQ(hlg->Name(), "HLG");
-  for (const auto& curve : {full, thousand, hlg}) {
-    EXPECT_EQ(curve->DataSize(), 257);
-    EXPECT_TRUE(curve->IsUnified() && !curve->IsDirty() && !curve->IsImmutable());
-    EXPECT_EQ((*curve->Data())[0], 0);
-  }
-  EXPECT_TRUE(model.GetNames().empty());
-  for (const int refused : {0, -1, 20000, -2147483647 - 1})
-    EXPECT_EQ(*model.GenerateHDRCurve(refused)->Data(), *full->Data()) << refused;
-}
-
 }  // namespace
 }  // namespace greycard

@@ -16,19 +16,6 @@ GammaTablePtr table(std::int32_t value) {
   return std::make_shared<GammaTable>(1024, value);
 }
 
-TEST(GammaCurveModel, StartsWithTheBuiltinCurvesOrNothing) {
-  const GammaCurveModel model(true);
-  EXPECT_EQ(model.GetNames(), (Names{"VNormal", "VLowlight", "VOutdoor", "VOutdoorHighContrast",
-                                     "VOutdoorDetail", "VBacklight", "VNormalMediumDetail",
-                                     "VOutdoorMediumDetail", "VGammaSRGB", "VNexus5", "VHDR"}));
-  const auto id = static_cast<std::int32_t>(GammaCurveID::ID_GAMMA_NEXUS5);
-  const GammaCurvePtr nexus = model.GetGammaCurveByIndex(id);
-  EXPECT_EQ((*nexus->Data())[1], 128 + (217 - 128) / 2);
-  EXPECT_EQ(nexus->Data()->back(), 16379);
-  EXPECT_EQ(model.GetGammaCurveByIndex(11), nullptr);
-  EXPECT_TRUE(GammaCurveModel(false).GetNames().empty());
-}
-
 TEST(GammaCurveModel, AddsOnceUnderAName) {
   GammaCurveModel model(true);
   const GammaCurvePtr power = model.AddGammaCurve("x", 2.2, 16383);

@@ -145,17 +145,6 @@ TEST_F(GammaCurveTest, DownsamplesWithAFixedLastPoint) {
   EXPECT_FALSE(curve->GetDataDownsampled(x, y));
 }
 
-// Of a straight table stay the first point and, by the reduction's early stop, the second.
-TEST_F(GammaCurveTest, GeneratesPointsThatReproduceALine) {
-  const GammaCurvePtr line = model.AddGammaCurve("line", 1.0, 16383);
-  EXPECT_FALSE(line->IsEditable());
-  line->GenerateControlPoints(Channel::All);
-  EXPECT_EQ(*line->ControlPoints(), (ControlPointList{{0, 0}, {8, 8}}));
-  EXPECT_TRUE(line->IsEditable());
-  line->CalculateCurve();
-  EXPECT_EQ(line->Data()->back(), 1023 * 16);
-}
-
 TEST_F(GammaCurveTest, DraggingAPointAllocatesNothing) {
   const GammaCurvePtr edited = model.AddGammaCurve("edited", 2.2, 16383);
   long before = 0;

@@ -48,12 +48,6 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
   }
 }
 
-TEST(MakeGammaTable, TakesTheDepthFromTheLastEntry) {
-  const std::pair<std::int32_t, std::int32_t> cases[] = {
-      {-1, 8}, {255, 8}, {256, 10}, {1023, 10}, {1024, 12}, {4095, 12}, {4096, 14}, {kHighest, 14}};
-  for (const auto& [last, bits] : cases) EXPECT_EQ(inferredDepth(last), bits) << last;
-}
-
 TEST(MakeGammaTable, RefusesAndWritesNothing) {
   Table source = ramp(256, 1), wrong(100), result(1024, 7), tooShort(512, 7);
   EXPECT_FALSE(makeGammaTable(14, wrong, result));
@@ -62,26 +56,6 @@ TEST(MakeGammaTable, RefusesAndWritesNothing) {
   EXPECT_FALSE(makeGammaTable(32, source, result));
   EXPECT_EQ(source, ramp(256, 1));
   EXPECT_EQ(result, Table(1024, 7));
-}
-
-TEST(ReferenceCurve, IsAPowerLawDefinedForEveryInput) {
-  struct Case {
-    double denominator;
-    std::int32_t maxY;
-    Table expected;  // at 0, 1/4, 1
-  };
-  for (const auto& [denominator, maxY, expected] : {Case{2.0, 10000, {0, 5000, 10000}},
-                                                    {1.0, -5, {0, -1, -5}},
-                                                    {0.0, 100, {0, 0, 100}},
-                                                    {std::nan(""), 100, {0, 0, 100}},
-                                                    {-1.0, 100, {kHighest, 400, 100}}}) {
-    Table curve(5);
-    fillReferenceCurve(denominator, curve, maxY);
-    EXPECT_EQ((Table{curve[0], curve[1], curve[4]}), expected) << denominator;
-  }
-  Table one(1, 7);
-  fillReferenceCurve(2.2, one, 100);
-  EXPECT_EQ(one, Table{0});
 }
 
 }  // namespace

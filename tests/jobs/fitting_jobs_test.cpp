@@ -50,46 +50,6 @@ ExposureImage quarters() {
   return image;
 }
 
-TEST_F(FittingJobs, ARuleIsEvaluatedOnPicturesAndHistograms) {
-  ExposureJob job;
-  job.images = {quarters(), quarters(), quarters()};
-  job.images[0].picture = file("dark.pgm", "P2 4 1 255\n10 20 30 60\n");
-  job.images[1].picture = file("deep.pgm", "P2 4 1 4095\n160 320 480 960\n");
-  job.images[1].whiteLevel = 4095;
-  for (const std::size_t i : {0U, 1U}) job.images[i].hist_CDF = job.images[i].hist_RGB = {};
-  job.images[1].name = "deep";
-  job.images[2].cur_target = 45.0;
-  const ExposureTrial trial = evaluateExposure(job);
-
-  EXPECT_EQ(trial.images[0].name, "dark.pgm");
-  EXPECT_EQ(trial.images[1].name, "deep");
-  EXPECT_EQ(trial.images[2].name, "image 3");
-  EXPECT_EQ(trial.images[2].cur_target, 45.0);
-  EXPECT_EQ(trial.manual.parameters, kGaReferenceParameters);
-  for (const std::size_t i : {0U, 1U, 2U}) {
-    EXPECT_NEAR(trial.images[i].curr_luma, 30.0, 1e-9);
-    // By hand: the brightest quarter of the pixels lies in bin 60, the darkest in bin 10.
-    EXPECT_NEAR(trial.manual.pushUp[i], 60.0, 1e-9);
-    EXPECT_NEAR(trial.manual.fourTargets[i][0], 250.0 / 60.0 * 30.0, 1e-9);
-    EXPECT_NEAR(trial.manual.dark[i], 10.0, 1e-9);
-  }
-
-  // Parameters that are not fitted keep their own value, whatever the start is.
-  job.parameters_enable[0] = 0.0;
-  job.initial_parameter = job.initialBound;
-  (*job.initial_parameter)[0] = 199.0;
-  SearchOptions search;
-  search.maxSeconds = 0.0;
-  search.maxEvaluations = 200;
-  const ExposureFit fit = fitExposure(job, search);
-  EXPECT_EQ(fit.evaluations, 200);
-  EXPECT_EQ(fit.start.parameters[0], 199.0);
-  EXPECT_EQ(fit.best.parameters[0], 199.0);
-  EXPECT_LE(fit.best.error, fit.start.error);
-  EXPECT_EQ(fit.best.error, fit.least);
-  EXPECT_TRUE(fit.returnsBest());
-}
-
 TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
   const struct {
     std::function<void(ExposureImage&)> spoil;
@@ -124,17 +84,6 @@ TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
                 testing::ThrowsMessage<std::invalid_argument>(HasSubstr(says)));
   }
   EXPECT_THROW(fitExposure({}), std::invalid_argument);  // no images
-}
-
-TEST_F(FittingJobs, AColourIsBroughtToTheLightnessOfAnother) {
-  LumaMatchOptions colours;
-  colours.test = {128.0, 128.0, 128.0};
-  colours.target = {64.0, 64.0, 64.0};
-  const LumaMatch half = matchLuma(colours);
-  EXPECT_NEAR(half.factor, 0.5, 1e-4);
-  EXPECT_TRUE(half.reached());
-  colours.test = {0.0, 0.0, 0.0};
-  EXPECT_FALSE(matchLuma(colours).reached());
 }
 
 TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
@@ -183,32 +132,6 @@ TEST_F(FittingJobs, SkinNeedsAMatrixAndTellsOfWrongCharts) {
   EXPECT_THAT(skin.warnings,
               ElementsAre("the chart under D65: fitted for light A but given as D65",
                           HasSubstr("the chart under A: patch 20 is not above black")));
-}
-
-TEST_F(FittingJobs, RangesOfSkinAreThoseOfTheAcceptedPoints) {
-  SkinCharts charts;
-  for (MeasuredChart& chart : charts)
-    for (std::size_t i = 0; i < kPatchCount; ++i)
-      chart.rgb[i] = {0.3 + 0.02 * static_cast<double>(i % 6), 0.2, 0.1};
-  SkinOptions options;
-  // Far to blue, so that every hue ratio that the upper set holds is below -1.
-  options.matrix = Matrix3{{{-1.0, 2.0, 0.0}, {0.0, 1.0, 0.0}, {3.0, -2.0, 1.0}}};
-  const SkinCalibration skin = calibrateSkin(charts, options);
-  for (const SkinSet* set : {&skin.upper, &skin.lower}) {
-    int accepted = 0;
-    double low = HUGE_VAL, high = -HUGE_VAL;
-    for (const auto& point : set->points) {
-      if (point == SkinColorHelper::DataPt()) continue;
-      ++accepted;
-      if (!std::isfinite(point.h)) continue;
-      low = std::min<double>(low, point.h);
-      high = std::max<double>(high, point.h);
-    }
-    EXPECT_EQ(set->accepted, accepted);
-    EXPECT_EQ(set->acceptedUnder[0] + set->acceptedUnder[1] + set->acceptedUnder[2], accepted);
-    ASSERT_TRUE(set->h);
-    EXPECT_THAT(*set->h, ElementsAre(low, high));
-  }
 }
 
 }  // namespace

@@ -94,18 +94,5 @@ TEST(InverseTable, OfAnUnevenTable) {
                text + std::to_string(helper.UncoveredNodes()) + " uncovered\n");
 }
 
-TEST(InverseTable, DegenerateTrianglesGiveTheHueTwice) {
-  TwoDLutHelper helper;
-  Lut2DConfig config = identityTable();
-  config.lut_1d_s.fill(0.5);  // all targets on a line
-  inverted(helper, config);
-  EXPECT_EQ(helper.record()->delta[5][3].h, 75.0F);
-  EXPECT_EQ(helper.record()->delta[5][3].s, 75.0F);
-  helper.SetConfig(config);
-  EXPECT_EQ(helper.UncoveredNodes(), 0);
-  inverted(helper, {});  // nothing but zeros
-  EXPECT_EQ(helper.record()->delta[5][3].h, 0.0F);
-}
-
 }  // namespace
 }  // namespace greycard

@@ -137,17 +137,6 @@ TEST_P(PicturePath, IsItsDefinition) {
 INSTANTIATE_TEST_SUITE_P(Tables, PicturePath, testing::ValuesIn(tables()),
                          [](const auto& p) { return std::string(p.param.name); });
 
-TEST(ProcessingRecord, TakesOverTheConfiguration) {
-  Lut2DConfig config = randomTable(2, 50.0, 0.5);
-  config.h_shift = 3.0F, config.s_shift = 1.0F, config.inverse_flag = -2.0F;
-  lut2d_cfg record{};
-  fillRecord(config, record);
-  EXPECT_EQ((std::array{record.l_boundary_start_a, record.l_boundary_start_b,
-                        record.l_boundary_end_a, record.l_boundary_end_b, record.y_blend_factor,
-                        record.h_shift, record.s_shift, record.inverse_flag}),
-            (std::array{0.1F, 0.3F, 0.8F, 0.95F, 0.5F, 3.0F, 1.0F, -2.0F}));
-}
-
 TEST(PicturePathExact, SeededTables) {
   for (std::uint32_t seed = 0; seed < 60; ++seed) {
     SCOPED_TRACE(seed);

@@ -19,19 +19,6 @@ std::size_t entry(int row, int column) {
   return static_cast<std::size_t>(row) * kLut2dSatColumns + static_cast<std::size_t>(column);
 }
 
-TEST(Lut2dTable, TheIdentityHasEvenStepsAndNoChange) {
-  const Lut2DConfig table = identityLut2d({{0.1F, 0.2F, 0.8F, 0.9F}, 0.5F, 1.0F, 3.0F});
-  EXPECT_EQ(table.lut_1d_h[7], 105.0);
-  EXPECT_EQ(table.lut_1d_h[24], 360.0);
-  EXPECT_EQ(table.lut_1d_s[15], 1.0);
-  EXPECT_EQ(table.l_boundary_start_b, 0.2F);
-  EXPECT_EQ(table.y_blend_factor, 0.5F);
-  EXPECT_EQ(table.s_shift, 3.0F);
-  const Lut2dSummary summary = summariseLut2d(table);
-  EXPECT_EQ(summary.changedNodes, 0);
-  EXPECT_EQ(summary.table, table);
-}
-
 TEST(Lut2dTable, TheNearestNodeRunsRoundTheCircle) {
   const struct {
     double hue, sat;
@@ -157,18 +144,6 @@ TEST(TenBitPlanes, SamplesAreScaledToTheNearestStepAndBack) {
   grey.samples.pop_back();
   EXPECT_THROW(TenBitPlanes(grey, 4095), std::invalid_argument);
   EXPECT_THROW(TenBitPlanes(picture, 0), std::invalid_argument);
-}
-
-TEST(TenBitPlanes, TwoPicturesStandSideBySideWithWhiteBetween) {
-  Picture left(2, 1, 3, 8), right(1, 1, 3, 8);
-  left.samples = {1, 2, 3, 4, 5, 6};
-  right.samples = {7, 8, 9};
-  const Picture both = sideBySide(left, right);
-  EXPECT_EQ(both.width, 2 + 4 + 1);
-  EXPECT_THAT(both.samples, testing::ElementsAre(1, 2, 3, 4, 5, 6, 255, 255, 255, 255, 255, 255,
-                                                 255, 255, 255, 255, 255, 255, 7, 8, 9));
-  EXPECT_THROW(sideBySide(left, Picture(1, 2, 3, 8)), std::invalid_argument);
-  EXPECT_THROW(sideBySide(left, Picture(1, 1, 1, 8)), std::invalid_argument);
 }
 
 }  // namespace

@@ -84,16 +84,5 @@ TEST(Interpolator, ASegmentWithoutWidthFailsWhereAnEvaluationLandsOnIt) {
   EXPECT_TRUE(interpolator.GenerateCurve(repeated, 6, 64, table)) << "1200 is not met";
 }
 
-TEST(Interpolator, ResamplesARampAndCopiesAFullTable) {
-  Table table(1024);
-  for (const std::size_t n : {64u, 256u, 512u, 1024u}) {
-    Table ramp(n);
-    for (std::size_t i = 0; i < n; ++i) ramp[i] = static_cast<std::int32_t>(i * 16384 / n);
-    ASSERT_TRUE(Interpolator(16350).InterpolateCurve(ramp, table));
-    EXPECT_EQ(table[3], 48);
-    EXPECT_EQ(table[1023], n == 1024 ? 16368 : 16350);
-  }
-}
-
 }  // namespace
 }  // namespace greycard

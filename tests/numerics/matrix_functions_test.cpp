@@ -159,25 +159,5 @@ TEST(MatrixInterpolation, EndsHaveTheSlopesOfTheirSegments) {
   EXPECT_EQ(endSlope(1, 5, 1, 7), (2 + 1e-14) / 1e-14);
 }
 
-TEST(MatrixInterpolation, OneCurvePerColumn) {
-  // Straight lines are reproduced whatever the spline does, extrapolated too.
-  const CDoubleMatrix x(0.0, 0.5, 2.0);
-  CDoubleMatrix y(5, 2);
-  for (std::int32_t i = 0; i < 5; ++i) {
-    y[i][0] = 3.0 * x[i][0] + 1.0;
-    y[i][1] = -x[i][0];
-  }
-  const CDoubleMatrix xi(-0.25, 0.75, 2.75);
-  const CDoubleMatrix up = submat_col(y, 0, 0), down = submat_col(y, 1, 1);
-  const CDoubleMatrix at(mones(2, 4));
-  const CDoubleMatrix rgb = interp1_gamma(x, up, down, up, at);
-  EXPECT_NEAR(rgb[1][0], 4.0, 1e-12);
-  EXPECT_NEAR(rgb[1][1], -1.0, 1e-12);
-  EXPECT_NEAR(rgb[1][3], 4.0, 1e-12);
-  EXPECT_NEAR(interp1_gamma(x, down, at)[1][2], -1.0, 1e-12);
-  EXPECT_EQ(messageOf<NumericError>([&] { interp1(mones(5, 1), y, xi); }),
-            "Bad xa input to routine splint");
-}
-
 }  // namespace
 }  // namespace greycard
