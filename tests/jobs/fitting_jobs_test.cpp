@@ -57,7 +57,7 @@ TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
   } cases[] = {
       {[](auto& image) { image.newTarget.reset(); },
        "images[1].newTarget is missing: the luma target wanted"},
-      {[](auto& image) { image.newTarget = 1e300; }, "images[1].newTarget is 1e+300; a luma"},
+      {[](auto& image) { image.newTarget = 255.5; }, "images[1].newTarget is 255.5; a luma"},
       {[](auto& image) { image.newTarget = NAN; }, "images[1].newTarget is nan; a luma"},
       {[](auto& image) { image.picture = "a.png"; },
        "images[1].picture and histograms exclude each other"},
@@ -83,6 +83,9 @@ TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
     EXPECT_THAT([&] { evaluateExposure(job); },
                 testing::ThrowsMessage<std::invalid_argument>(HasSubstr(says)));
   }
+  ExposureJob first;
+  first.images = {{}, quarters()};
+  EXPECT_THROW(first.check(), std::invalid_argument);
   EXPECT_THROW(fitExposure({}), std::invalid_argument);  // no images
 }
 

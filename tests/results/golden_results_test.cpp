@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <sstream>
@@ -13,6 +14,7 @@
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
+#include "greycard/present/best_fit.h"
 #include "greycard/present/chart.h"
 #include "greycard/present/fitting.h"
 #include "greycard/present/gamma.h"
@@ -130,10 +132,29 @@ TEST_F(GoldenResults, OfCharts) {
   odd.matrix[0][2] = NAN;
   writeWholeFile(folder / "fit.json", toJson(odd));
   EXPECT_THROW(readMeasuredChart(folder / "fit.json"), JobError);
+  BestFitOptions best;
+  best.chart = options;
+  best.best.light = FitLight::plane;
+  const ChartPhotograph photographs[] = {{a.picture, "a.tif", 1.0, {}},
+                                         {a.picture, "b.tif", 0.5, {}}};
+  std::vector<double> progress;
+  const BestChartFit bestFit = *fitChartBest(photographs, best, [&](double done) {
+    progress.push_back(done);
+    return true;
+  });
+  EXPECT_TRUE(std::ranges::is_sorted(progress));
+  EXPECT_EQ(progress.back(), 1.0);
+  expectResult("best.json", json(bestFit.best));
+  for (const char* numbers : {"1 2 3", "-1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1"}) {
+    writeWholeFile(folder / "weights.txt", numbers);
+    EXPECT_THROW(readPatchWeights(folder / "weights.txt"), JobError);
+  }
+
   EvaluationOptions judged;
   judged.locate = options.locate;
   judged.light = illum_TL84;
   judged.scale = 1.2;
+  judged.locate.samples.whiteLevel = 60000;
   expectResult("evaluation.json", json(evaluateChart(a.picture, judged, "a.tif")));
 
   // Clipped, without the black level, and searched for.
@@ -185,7 +206,8 @@ TEST_F(GoldenResults, OfCurves) {
                                          {LutKind::Norm, CurveChannel::Blue, {}},
                                          {LutKind::To12Bits, CurveChannel::Blue, {}}})
     luts += json(buildCurveLut(*three, options)).substr(0, 3000) + json(options);
-  expectResult("luts.json", luts);
+  expectResult("luts.json", luts + lutText(buildCurveLut(*three)) +
+                                lutText(buildCurveLut(*three, {LutKind::Norm, {}, {}})));
   const ControlPointReduction reduced = reduceToControlPoints(*three, CurveChannel::Green);
   const StandardCurve pq = standardCurve({StandardCurveKind::HDR10, 1000}),
                       hlg = standardCurve({StandardCurveKind::HLG});
