@@ -88,6 +88,20 @@ TEST_F(GammaJobs, AFileWithoutACurveIsRefusedWithItsNotes) {
   }
 }
 
+TEST_F(GammaJobs, ControlPointsComeWithTheirLargestDeviation) {
+  const GammaCurvePtr curve = threeChannels();
+  const ControlPointReduction reduction = reduceToControlPoints(*curve, CurveChannel::Green);
+  EXPECT_EQ(reduction.table, *curve->DataG());
+  std::int64_t worst = 0;
+  for (std::size_t i = 0; i < reduction.table.size(); ++i)
+    worst = std::max<std::int64_t>(worst,
+                                   std::abs(reduction.tableThroughPoints[i] - reduction.table[i]));
+  EXPECT_EQ(std::abs(reduction.largestDeviation), worst);
+  const std::size_t at = reduction.largestDeviationIndex;
+  EXPECT_EQ(reduction.largestDeviation,
+            reduction.tableThroughPoints.at(at) - reduction.table.at(at));
+}
+
 TEST_F(GammaJobs, OptionsAndCurvesThatCantBeAreRefused) {
   const GammaCurvePtr curve = threeChannels(), hlg = model.GenerateHLGCurve();
   const std::vector<std::function<void()>> options{

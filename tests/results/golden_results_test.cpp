@@ -1,7 +1,7 @@
 // What the jobs give, as the JSON, tables and plots that are written of it. Compiled into the tests
 // of the jobs and of what presents them: a fault of either shows in the texts beside this file.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -123,6 +123,16 @@ TEST_F(GoldenResults, OfCharts) {
   const ChartFit fit = *fitChart(a.picture, options, "a.tif");
   expectResult("fit.json", json(fit));
   expectResult("corrected.txt", trace(correctedPhotograph(a.picture, fit, options.locate.samples)));
+  // Regions in the wrong order are doubted in several ways, unless they are forced.
+  LocateOptions wrong = options.locate;
+  PatchRegions turned = fit.chart.regions;
+  std::ranges::reverse(turned);
+  wrong.regions = folder / "turned.txt";
+  writeRegions(wrong.regions, turned);
+  EXPECT_THAT([&] { locateChart(a.picture, wrong); },
+              testing::ThrowsMessage<DoubtfulChart>(testing::HasSubstr("; ")));
+  wrong.force = true;
+  EXPECT_GT(locateChart(a.picture, wrong).warnings().size(), 1U);
   writeWholeFile(folder / "fit.json", json(fit));
   const MeasuredChart measured = readMeasuredChart(folder / "fit.json");
   EXPECT_EQ(measured.matrix, fit.matrix);
