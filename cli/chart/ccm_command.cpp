@@ -27,6 +27,7 @@ void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct 
 
 void runStated(CcmOptions& options) {
   const ChartFitOptions fitOptions = options.fitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(ChartFitOptions{}));
   const Picture picture = options.source.read();
   const ChartFit fit = locating([&] {
     ProgressBar progress("fitting");
@@ -36,7 +37,7 @@ void runStated(CcmOptions& options) {
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, fitOptions.locate.samples); });
   if (!options.printsText()) return;
-  std::cout << ccmText(fit);
+  std::cout << ccmText(fit, options.wide);
   options.printWarnings(fit.warnings);
 }
 
@@ -51,7 +52,8 @@ std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Pictur
 }
 
 void runBest(CcmOptions& options) {
-  const BestFitOptions fitOptions{options.fitOptions(), options.best.fitOptions()};
+  const BestFitOptions fitOptions = options.bestFitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(BestFitOptions{}));
   const Picture picture = options.source.read();
   const std::vector<ChartPhotograph> all = photographs(options, picture);
   const BestChartFit fit = locating([&] {
@@ -62,7 +64,7 @@ void runBest(CcmOptions& options) {
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, 0, fitOptions.chart.locate.samples); });
   if (!options.printsText()) return;
-  std::cout << bestText(fit);
+  std::cout << bestText(fit, options.wide);
   options.printWarnings(fit.warnings);
 }
 

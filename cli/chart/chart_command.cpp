@@ -81,6 +81,7 @@ void run(ChartOptions& options) {
   options.files.output("--json", options.json);
 
   const LocateOptions locate = options.source.options();
+  options.tellOptions(present::toJson(locate), present::toJson(LocateOptions{}));
   const Picture picture = options.source.read();
   const ChartSearch search = searchChart(picture, locate, options.source.photo);
   const LocatedChart& chart = search.chart;
