@@ -41,7 +41,7 @@ void run(const ApplyOptions& options) {
   const AppliedLut2d result = applied(options);
   const Lut2dApplyReport& report = result.report;
   writePicture(options.output, result.picture());
-  if (!options.compare.empty()) writePicture(options.compare, result.comparison());
+  if (!options.compare.empty()) writePicture(options.compare, present::labelledComparison(result));
   if (!options.json.empty()) writeText(options.json, present::toJson(report));
   if (!options.printsText()) return;
   const double share =
