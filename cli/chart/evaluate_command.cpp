@@ -44,9 +44,8 @@ void run(const EvaluateOptions& options) {
   files.textOutput("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
-  const Picture picture = options.source.read();
-  const ChartEvaluation result =
-      locating([&] { return evaluateChart(picture, evaluation, options.source.photo); });
+  const Photograph photograph = options.source.read();
+  const ChartEvaluation result = locating([&] { return evaluateChart(photograph, evaluation); });
   if (!options.json.empty()) writeText(options.json, present::toJson(result));
   if (options.printsText()) print(result);
 }
