@@ -20,4 +20,11 @@ GREYCARD_EXPORT double deltaE94(const Vector3& referenceLab, const Vector3& samp
 /// (2005) 21, whose 33 unambiguous test pairs it meets to the four printed decimals.
 GREYCARD_EXPORT double deltaE2000(const Vector3& labA, const Vector3& labB);
 
+/// What CIEDE2000 is made of: dE^2 = lightness^2 + chroma^2 + hue^2 + rotation, the weighted
+/// differences b - a and the interaction of chroma and hue, which may be negative (blue colours).
+struct DeltaE2000Terms {
+  double lightness = 0.0, chroma = 0.0, hue = 0.0, rotation = 0.0;
+};
+GREYCARD_EXPORT DeltaE2000Terms deltaE2000Terms(const Vector3& labA, const Vector3& labB);
+
 }  // namespace greycard

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "greycard/diagnostics.h"
+#include "greycard/files.h"
 #include "greycard/jobs/fit_chart.h"
 #include "greycard/jobs/simulate.h"
 
@@ -26,7 +27,7 @@ struct Capture {
     settings.rotationDeg = 4.0;
     settings.shotNoise = 0.005;
     settings.blackLevel = 512.0;
-    writeSimulated(*simulateDng(settings, {BayerPattern::RGGB, bits}), file);
+    writeWholeFile(file, dngOf(*simulateDng(settings, {BayerPattern::RGGB, bits})));
   }
   ~Capture() { std::filesystem::remove(file); }
   Capture(const Capture&) = delete;

@@ -108,7 +108,7 @@ ChartFitOptions CcmOptions::fitOptions() const {
   return options;
 }
 
-void CcmOptions::nameExports(JobFiles& files) {
+void CcmOptions::nameExports() {
   for (const auto& file : otherLights) files.input("--other-light", file);
   exports.nameFiles(files);
   if (!exports.any() && (kelvin || !otherLights.empty()))
@@ -121,8 +121,8 @@ void CcmOptions::nameExports(JobFiles& files) {
     throw UsageError("--export: a profile needs a matrix to sRGB primaries; leave out --transform");
 }
 
-std::vector<std::string> CcmOptions::writeExports(const ChartFit& chartFit) const {
-  if (!exports.any()) return {};
+void CcmOptions::writeExports(const ChartFit& chartFit) {
+  if (!exports.any()) return;
   exchange::FittedCamera camera{{exchange::fittedLight(chartFit, kelvin)}};
   for (const auto& file : otherLights) {
     ChartFit other;
@@ -133,7 +133,7 @@ std::vector<std::string> CcmOptions::writeExports(const ChartFit& chartFit) cons
     }
     camera.lights.push_back(exchange::fittedLight(std::move(other)));
   }
-  return exports.write(camera);
+  exports.write(files, camera);
 }
 
 }  // namespace greycard::cli

@@ -31,9 +31,8 @@ struct CcmOptions : CommonOptions {
   ChartFitOptions fitOptions() const;
   /// Names the files of the exports. \throws UsageError as ExportRequests::nameFiles, and for a
   /// profile of a matrix that isn't one to sRGB primaries
-  void nameExports(JobFiles& files);
-  /// Writes the exports of the fit. \return a line for people for each
-  std::vector<std::string> writeExports(const ChartFit& chartFit) const;
+  void nameExports();
+  void writeExports(const ChartFit& chartFit);
 };
 
 }  // namespace greycard::cli

@@ -65,6 +65,7 @@ void ChartSource::addTo(CLI::App& app) {
   app.add_option("photo", photo,
                  "Photograph of a 24-patch chart (PNG, TIFF, JPEG, DNG and other raw files, ...)")
       ->required()
+      ->transform(inputFile())
       ->type_name("PHOTO");
   app.add_option("--regions", locate.regions,
                  "Take the patches from this region file instead of looking for the chart")

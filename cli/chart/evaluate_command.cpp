@@ -23,7 +23,7 @@ struct EvaluateOptions : CommonOptions {
   double scale = 1.0;
 };
 
-void print(const ChartEvaluation& evaluation) {
+void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
   const ColourErrors& errors = evaluation.errors;
   std::cout << "Chart in " << quoted(evaluation.photo)
             << " as linear sRGB, against the reference under " << illumName(evaluation.light)
@@ -35,19 +35,18 @@ void print(const ChartEvaluation& evaluation) {
             << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2)
             << "; worst dE76 " << fixed(errors.cie76.worst, 2) << " at patch "
             << errors.cie76.worstPatch + 1 << "\n";
-  printWarnings(evaluation.warnings);
+  options.printWarnings(evaluation.warnings);
 }
 
-void run(const EvaluateOptions& options) {
-  JobFiles files;
-  options.source.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(EvaluateOptions& options) {
+  options.source.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
   const Photograph photograph = options.source.read();
   const ChartEvaluation result = locating([&] { return evaluateChart(photograph, evaluation); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
-  if (options.printsText()) print(result);
+  options.writeJson(present::toJson(result));
+  if (options.printsText()) print(options, result);
 }
 
 }  // namespace
@@ -63,7 +62,7 @@ void addEvaluate(CLI::App& parent) {
       ->check(numbersFrom(1e-6, 1e6))
       ->capture_default_str()
       ->type_name("FACTOR");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "greycard/number_text.h"
+#include "job_files.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -33,6 +34,16 @@ CLI::Validator numbersFrom(double low, double high) {
         return value && *value >= low && *value <= high;
       },
       range);
+}
+
+CLI::Validator inputFile() {
+  CLI::Validator change;
+  change.operation([](std::string& word) {
+    if (word == "-") word = kStandardInput;
+    return std::string();
+  });
+  change.description("");
+  return change;
 }
 
 CLI::Validator anyFiniteNumber() {

@@ -9,6 +9,8 @@ namespace greycard::cli {
 
 CLI::Validator numbersFrom(double low, double high);
 CLI::Validator anyFiniteNumber();
+/// Not a check: "-" becomes standard input's name as a file (kStandardInput).
+CLI::Validator inputFile();
 CLI::Validator wholeNumbersFrom(std::int64_t low, std::int64_t high);
 
 }  // namespace greycard::cli

@@ -22,22 +22,22 @@ struct ExportOptions : CommonOptions {
   CurvePlotOptions plot;
 };
 
-void run(const ExportOptions& options) {
-  JobFiles files;
-  nameCurveFile(files, "the curve file", options.name);
-  files.output("--output", options.output);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(ExportOptions& options) {
+  nameCurveFile(options.files, "the curve file", options.name);
+  options.files.output("--output", options.output);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const GammaCurvePtr curve = curveFromOption(options.name);
-  const CurveExport exported = exportCurve(*curve, options.output, options.form);
-  options.plot.write(
-      [&](const auto& against) { return present::curvePlot(exported.curve, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(exported));
-  if (options.printsText())
-    std::cout << printable(curve->Name()) << ": "
-              << (exported.curve.unified ? "one table" : "three tables") << " of "
-              << options.form.values << " values of " << options.form.bits << " bits in "
-              << quoted(options.output) << '\n';
+  const CurveExport exported{curveTables(*curve), options.output, options.form};
+  options.files.write(options.output, curveFileText(*curve, options.form),
+                      ": " + printable(curve->Name()) +
+                          (exported.curve.unified ? ", one table of " : ", three tables of ") +
+                          std::to_string(options.form.values) + " values of " +
+                          std::to_string(options.form.bits) + " bits");
+  options.plot.write(options.files, [&](const auto& against) {
+    return present::curvePlot(exported.curve, against);
+  });
+  options.writeJson(present::toJson(exported));
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ void addGammaExport(CLI::App& gamma) {
       ->required()
       ->type_name("FILE");
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -10,6 +10,7 @@
 #include "gamma_commands.h"
 #include "greycard/names.h"
 #include "greycard/present/gamma.h"
+#include "option_checks.h"
 #include "text_output.h"
 #include "text_table.h"
 
@@ -23,14 +24,13 @@ struct ImportOptions : CommonOptions {
   CurvePlotOptions plot;
 };
 
-void nameFiles(const ImportOptions& options) {
+void nameFiles(ImportOptions& options) {
   if (!options.exports.empty() && options.exports.size() != options.inputs.size())
     throw UsageError("--export takes as many files as are imported");
-  JobFiles files;
-  for (const std::string& input : options.inputs) files.input("a curve file", input);
-  for (const auto& path : options.exports) files.output("--export", path);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+  for (const std::string& input : options.inputs) options.files.input("a curve file", input);
+  for (const auto& path : options.exports) options.files.output("--export", path);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
 }
 
 CurveImportReport importAll(GammaCurveModel& catalogue, const ImportOptions& options) try {
@@ -63,15 +63,17 @@ void printText(const CurveImportReport& report) {
       std::cout << "note: " << noteText(imported.file, note) << '\n';
 }
 
-void run(const ImportOptions& options) {
+void run(ImportOptions& options) {
   nameFiles(options);
   GammaCurveModel catalogue(true);
   const CurveImportReport report = importAll(catalogue, options);
-  for (std::size_t i = 0; i < options.exports.size(); ++i)
-    exportCurve(*catalogue.GetGammaCurveByName(report.curves[i].curve.name), options.exports[i],
-                options.form);
-  options.plot.write([&](const auto& against) { return present::curvePlot(report, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(report));
+  for (std::size_t i = 0; i < options.exports.size(); ++i) {
+    const auto& curve = *catalogue.GetGammaCurveByName(report.curves[i].curve.name);
+    options.files.write(options.exports[i], curveFileText(curve, options.form));
+  }
+  options.plot.write(options.files,
+                     [&](const auto& against) { return present::curvePlot(report, against); });
+  options.writeJson(present::toJson(report));
   if (options.printsText()) printText(report);
 }
 
@@ -84,13 +86,16 @@ void addGammaImport(CLI::App& gamma) {
       "What curve files hold, and what of it could not be used; also converts them.\n"
       "A plot of several files shows the red (or common) table of each.",
       "greycard gamma import outdoor.txt --export outdoor64.txt --size 64 --bits 8", *options);
-  app.add_option("file", options->inputs, "Curve files")->required()->type_name("FILE...");
+  app.add_option("file", options->inputs, "Curve files")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("FILE...");
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
       ->type_name("FILE...");
   addCurveFileForm(app, options->form);
   for (const char* shape : {"--size", "--bits"}) app.get_option(shape)->needs("--export");
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

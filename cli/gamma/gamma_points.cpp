@@ -32,16 +32,16 @@ void print(const ControlPointReduction& reduction) {
             << reduction.largestDeviationIndex << ".\n";
 }
 
-void run(const PointsOptions& options) {
-  JobFiles files;
-  options.choice.nameFile(files);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(PointsOptions& options) {
+  options.choice.nameFile(options.files);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const ControlPointReduction reduction =
       reduceToControlPoints(*curve, options.choice.curveChannel());
-  options.plot.write([&](const auto& against) { return present::curvePlot(reduction, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(reduction));
+  options.plot.write(options.files,
+                     [&](const auto& against) { return present::curvePlot(reduction, against); });
+  options.writeJson(present::toJson(reduction));
   if (options.printsText()) print(reduction);
 }
 
@@ -56,7 +56,7 @@ void addGammaPoints(CLI::App& gamma) {
       "greycard gamma points VOutdoor --plot points.svg", *options);
   options->choice.addTo(app);
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

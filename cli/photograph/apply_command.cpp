@@ -1,7 +1,6 @@
 // greycard apply: what a fit found, over other photographs of the same camera.
 
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <system_error>
 #include <vector>
@@ -11,11 +10,10 @@
 #include "greycard/picture.h"
 #include "greycard/present/lut2d.h"
 #include "greycard/present/photograph.h"
-#include "job_files.h"
+#include "option_checks.h"
 #include "progress_bar.h"
 #include "sample_options.h"
 #include "sub_commands.h"
-#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -48,14 +46,14 @@ void makeOutputFolder(const std::filesystem::path& folder) {
 }
 
 // One photograph; of several, what is wrong with one doesn't stop the others.
-AppliedFit applied(const ApplyFitCommand& options, const std::filesystem::path& photo,
+AppliedFit applied(ApplyFitCommand& options, const std::filesystem::path& photo,
                    const std::filesystem::path& output, const FittedPipeline& pipeline,
                    const ApplyFitOptions& with) {
   AppliedFit result{photo, output, {}, {}};
   try {
     const Photograph photograph = options.samples.read(photo);
     result.warnings = photograph.warnings;
-    writePicture(output, applyFit(photograph, pipeline, with));
+    options.files.write(output, applyFit(photograph, pipeline, with), " of " + quoted(photo));
   } catch (const UsageError&) {
     throw;
   } catch (const std::exception& error) {
@@ -66,8 +64,8 @@ AppliedFit applied(const ApplyFitCommand& options, const std::filesystem::path& 
   return result;
 }
 
-void report(const ApplyFitCommand& options, const std::vector<AppliedFit>& results) {
-  if (!options.json.empty()) writeText(options.json, present::toJson(results));
+void report(ApplyFitCommand& options, const std::vector<AppliedFit>& results) {
+  options.writeJson(present::toJson(results));
   std::string failures;
   int failed = 0;
   for (const AppliedFit& one : results) {
@@ -75,8 +73,7 @@ void report(const ApplyFitCommand& options, const std::vector<AppliedFit>& resul
       failures += (failures.empty() ? "" : "; ") + one.failure;
       ++failed;
     } else if (options.printsText()) {
-      std::cout << "Wrote " << quoted(one.output) << " of " << quoted(one.photo) << "\n";
-      printWarnings(one.warnings);
+      options.printWarnings(one.warnings);
     }
   }
   if (failed > 0)
@@ -84,15 +81,14 @@ void report(const ApplyFitCommand& options, const std::vector<AppliedFit>& resul
                    " photographs failed: " + failures);
 }
 
-void run(const ApplyFitCommand& options) {
+void run(ApplyFitCommand& options) {
   const auto outputs = outputsOf(options);
   if (options.several()) makeOutputFolder(options.output);
-  JobFiles files;
-  for (const auto& photo : options.photos) files.input("PHOTO", photo);
-  files.input("--fit", options.fit);
-  files.input("--lut2d", options.lut2d);
-  for (const auto& output : outputs) files.pictureOutput("--output", output);
-  files.textOutput("--json", options.json);
+  for (const auto& photo : options.photos) options.files.input("PHOTO", photo);
+  options.files.input("--fit", options.fit);
+  options.files.input("--lut2d", options.lut2d);
+  for (const auto& output : outputs) options.files.pictureOutput("--output", output);
+  options.files.output("--json", options.json);
 
   const FittedPipeline pipeline = present::readFittedPipeline(options.fit);
   ApplyFitOptions with;
@@ -122,6 +118,7 @@ void addApply(CLI::App& parent) {
       *options);
   app.add_option("photos", options->photos, "Photographs, raw or not")
       ->required()
+      ->transform(inputFile())
       ->type_name("PHOTO...");
   app.add_option("--fit", options->fit, "What greycard ccm --json wrote")
       ->required()
@@ -137,7 +134,7 @@ void addApply(CLI::App& parent) {
       ->required()
       ->type_name("OUT");
   options->samples.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

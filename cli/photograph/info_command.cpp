@@ -8,10 +8,9 @@
 #include "greycard/files.h"
 #include "greycard/number_text.h"
 #include "greycard/present/photograph.h"
-#include "job_files.h"
+#include "option_checks.h"
 #include "sample_options.h"
 #include "sub_commands.h"
-#include "text_output.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -37,15 +36,14 @@ std::string infoText(const PhotographInfo& info) {
   return table.text();
 }
 
-void run(const InfoOptions& options) {
-  JobFiles files;
-  files.input("PHOTO", options.photo);
-  files.textOutput("--json", options.json);
+void run(InfoOptions& options) {
+  options.files.input("PHOTO", options.photo);
+  options.files.output("--json", options.json);
   const PhotographInfo info = describePhotograph(options.samples.read(options.photo));
-  if (!options.json.empty()) writeText(options.json, present::toJson(info));
+  options.writeJson(present::toJson(info));
   if (!options.printsText()) return;
   std::cout << infoText(info);
-  printWarnings(info.warnings);
+  options.printWarnings(info.warnings);
 }
 
 }  // namespace
@@ -59,9 +57,12 @@ void addInfo(CLI::App& parent) {
       "greycard info capture.dng --json capture.json\n"
       "greycard info capture.raw --dump 4000x3000:12p:RGGB --black 256",
       *options);
-  app.add_option("photo", options->photo, "Photograph, raw or not")->required()->type_name("PHOTO");
+  app.add_option("photo", options->photo, "Photograph, raw or not")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("PHOTO");
   options->samples.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -104,18 +104,15 @@ auto render(Simulate simulate) try {
   throw UsageError(error.what());  // every setting came from the command line
 }
 
-// The truth about what was rendered, and what it shows for people.
+// The truth about what was rendered.
 template <typename Simulated>
-void writeTruth(const SimulateOptions& options, const Simulated& simulated,
-                const std::string& shows) {
+void writeTruth(SimulateOptions& options, const Simulated& simulated) {
   const std::string truth = present::toJson(simulated);
-  if (!options.truth.empty()) writeText(options.truth.string(), truth);
-  if (!options.json.empty()) writeText(options.json, truth);
-  if (options.printsText() && options.truth != "-")
-    std::cout << "Rendered " << quoted(options.picture) << ": " << shows << "\n";
+  options.files.write(options.truth, truth);
+  options.writeJson(truth);
 }
 
-void runFlat(const SimulateOptions& options) {
+void runFlat(SimulateOptions& options) {
   if (isJpegName(options.picture))
     throw UsageError("--output: JPEG's compression would change the noise; use .png, .tif or .pgm");
   FlatFieldSettings settings = options.flat.settings;
@@ -125,22 +122,21 @@ void runFlat(const SimulateOptions& options) {
   const SimulatedFlatField field = render([&](const ProgressCallback& progress) {
     return simulateFlatField(settings, options.picture, progress);
   });
-  writePicture(options.picture, field.picture);
-  writeTruth(options, field,
-             "a flat field of level " + fixed(settings.level, 1) + ", noise " +
-                 fixed(settings.centreSigma, 2) + " at the centre and " +
-                 fixed(settings.cornerGain, 2) + " times that in the corners");
+  options.files.write(options.picture, field.picture,
+                      ": a flat field of level " + fixed(settings.level, 1) + ", noise " +
+                          fixed(settings.centreSigma, 2) + " at the centre and " +
+                          fixed(settings.cornerGain, 2) + " times that in the corners");
+  writeTruth(options, field);
 }
 
-void run(const SimulateOptions& options) {
-  JobFiles files;
+void run(SimulateOptions& options) {
   const std::optional<DngForm> dng = options.flat.flat ? std::nullopt : dngForm(options);
   if (dng)
-    files.output("--output", options.picture);
+    options.files.output("--output", options.picture);
   else
-    files.pictureOutput("--output", options.picture);
-  files.textOutput("--truth", options.truth);
-  files.textOutput("--json", options.json);
+    options.files.pictureOutput("--output", options.picture);
+  options.files.output("--truth", options.truth);
+  options.files.output("--json", options.json);
   if (options.flat.flat) return runFlat(options);
 
   const SimulationSettings settings = settingsOf(options);
@@ -148,11 +144,14 @@ void run(const SimulateOptions& options) {
     return dng ? simulateDng(settings, *dng, options.picture, progress)
                : simulateChart(settings, options.picture, progress);
   });
-  writeSimulated(chart, options.picture);
-  writeTruth(options, chart,
-             std::string("the chart under ") + illumName(settings.light) + ", " +
-                 modelSensorName(settings.sensor) + " sensor, patch pitch " +
-                 fixed(chart.truth.pitch, 1) + " pixels");
+  const std::string shows = std::string(": the chart under ") + illumName(settings.light) + ", " +
+                            modelSensorName(settings.sensor) + " sensor, patch pitch " +
+                            fixed(chart.truth.pitch, 1) + " pixels";
+  if (dng)
+    options.files.write(options.picture, dngOf(chart), shows);
+  else
+    options.files.write(options.picture, chart.picture, shows);
+  writeTruth(options, chart);
 }
 
 void addSceneOptions(CLI::App& app, SimulateOptions& options) {
@@ -259,7 +258,7 @@ void addSimulate(CLI::App& parent) {
   addCameraOptions(app, *options);
   addPictureOptions(app, *options);
   options->flat.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -51,7 +51,7 @@ double deltaE94(const Vector3& referenceLab, const Vector3& sampleLab) {
 }
 
 // The numbers are those of the equations in the 2005 implementation notes.
-double deltaE2000(const Vector3& labA, const Vector3& labB) {
+DeltaE2000Terms deltaE2000Terms(const Vector3& labA, const Vector3& labB) {
   // (2)-(7): a' stretches the a* axis near grey; C' and h' follow from it.
   const double meanC = 0.5 * (std::hypot(labA[1], labA[2]) + std::hypot(labB[1], labB[2]));
   const double stretch = 1.0 + 0.5 * (1.0 - chromaWeight(meanC));
@@ -84,7 +84,12 @@ double deltaE2000(const Vector3& labA, const Vector3& labB) {
   const double rT = -2.0 * chromaWeight(meanCPrime) * std::sin(2.0 * dTheta * kDegree);
 
   const double l = dL / sL, c = dC / sC, h = dH / sH;
-  return std::sqrt(l * l + c * c + h * h + rT * c * h);
+  return {l, c, h, rT * c * h};
+}
+
+double deltaE2000(const Vector3& labA, const Vector3& labB) {
+  const auto [l, c, h, rotation] = deltaE2000Terms(labA, labB);
+  return std::sqrt(l * l + c * c + h * h + rotation);
 }
 
 }  // namespace greycard

@@ -41,6 +41,16 @@ CDoubleMatrix illuminantSpectrum(Illum light, const CDoubleMatrix& gridNm) {
   }
 }
 
+LightSpectrum lightSpectrum(Illum light) {
+  const CDoubleMatrix grid = wavelengthGrid(), power = illuminantSpectrum(light, grid);
+  LightSpectrum spectrum;
+  for (std::int32_t i = 0; i < grid.rows(); ++i) {
+    spectrum.wavelengthNm.push_back(grid[i][0]);
+    spectrum.power.push_back(power[i][0]);
+  }
+  return spectrum;
+}
+
 CDoubleMatrix observerFunctions(const CDoubleMatrix& gridNm) {
   return resample(kObserverTable, 0, kObserverTable.columns, gridNm);
 }

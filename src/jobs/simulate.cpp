@@ -67,8 +67,8 @@ std::optional<SimulatedChart> simulateDng(SimulationSettings settings, const Dng
   return chart;
 }
 
-void writeSimulated(const SimulatedChart& chart, const std::filesystem::path& path) {
-  if (!chart.dng) return writePicture(path, chart.picture);
+std::string dngOf(const SimulatedChart& chart) {
+  if (!chart.dng) throw std::invalid_argument("the photograph was not simulated for a DNG");
   DngDescription description;
   description.pattern = chart.dng->bayer;
   description.bits = chart.dng->bits;
@@ -76,8 +76,8 @@ void writeSimulated(const SimulatedChart& chart, const std::filesystem::path& pa
   description.whiteLevel = static_cast<int>(std::lround(chart.whiteLevel()));
   description.light = chart.settings.light;
   description.white = chart.truth.whiteRgb;
-  writeDng(path, chart.dng->bayer ? mosaicOf(chart.picture, *chart.dng->bayer) : chart.picture,
-           description);
+  return encodeDng(chart.dng->bayer ? mosaicOf(chart.picture, *chart.dng->bayer) : chart.picture,
+                   description);
 }
 
 std::array<double, kSigmaEntries> SimulatedFlatField::noiseGains() const {

@@ -172,8 +172,7 @@ Picture mosaicOf(const Picture& picture, BayerPattern pattern) {
   return mosaic;
 }
 
-void writeDng(const std::filesystem::path& path, const Picture& samples,
-              const DngDescription& description) {
+std::string encodeDng(const Picture& samples, const DngDescription& description) {
   check(samples, description);
   const std::string strip = packed(samples, description.bits);
   TiffDirectory ifd = allFields(samples, description);
@@ -196,7 +195,12 @@ void writeDng(const std::filesystem::path& path, const Picture& samples,
   appendLittleEndian(file, kHeader, 4);
   file += ifd.at(kHeader) + exif.at(exifAt);
   file += strip;
-  writeWholeFile(path, file);
+  return file;
+}
+
+void writeDng(const std::filesystem::path& path, const Picture& samples,
+              const DngDescription& description) {
+  writeWholeFile(path, encodeDng(samples, description));
 }
 
 }  // namespace greycard

@@ -5,6 +5,7 @@
 #include <array>
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "greycard/chart_simulator.h"
 #include "greycard/export.h"
@@ -52,9 +53,9 @@ GREYCARD_EXPORT std::optional<SimulatedChart> simulateDng(SimulationSettings set
                                                           const std::filesystem::path& file = {},
                                                           const ProgressCallback& progress = {});
 
-/// Writes the photograph, as a DNG or a picture file.
-/// \throws FileError
-GREYCARD_EXPORT void writeSimulated(const SimulatedChart& chart, const std::filesystem::path& path);
+/// The file of what simulateDng gave.
+/// \throws std::invalid_argument for a photograph that is not for a DNG
+GREYCARD_EXPORT std::string dngOf(const SimulatedChart& chart);
 
 /// A simulated flat field, whose settings are the truth about it.
 struct GREYCARD_EXPORT SimulatedFlatField {

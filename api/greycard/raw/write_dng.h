@@ -33,11 +33,14 @@ struct DngDescription {
 /// \throws std::invalid_argument unless the picture has three channels and even sides
 GREYCARD_EXPORT Picture mosaicOf(const Picture& picture, BayerPattern pattern);
 
-/// Writes samples as a minimal DNG 1.4: one uncompressed picture, packed to its bits, with a colour
+/// The bytes of a minimal DNG 1.4: one uncompressed picture, packed to its bits, with a colour
 /// matrix of sRGB primaries that brings the light's white to `white`.
 /// \param samples  grey with a pattern, three channels without; codes above what the bits hold
 ///                 become the largest
-/// \throws FileError; std::invalid_argument for samples and description that disagree
+/// \throws std::invalid_argument for samples and description that disagree
+GREYCARD_EXPORT std::string encodeDng(const Picture& samples, const DngDescription& description);
+
+/// Writes them to a file. \throws FileError; as encodeDng
 GREYCARD_EXPORT void writeDng(const std::filesystem::path& path, const Picture& samples,
                               const DngDescription& description);
 
