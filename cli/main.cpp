@@ -6,9 +6,11 @@ namespace {
 void addAll(CLI::App& program) {
   using namespace greycard::cli;
   addSimulate(program);
+  addInfo(program);
   addChart(program);
   addCcm(program);
   addEvaluate(program);
+  addApply(program);
   addGamma(program);
   addLut2d(program);
   addSigma(program);

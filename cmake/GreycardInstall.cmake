@@ -34,7 +34,8 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/greycardConfig.cmake.in
                ${PROJECT_BINARY_DIR}/greycardConfig.cmake @ONLY)
 if(NOT BUILD_SHARED_LIBS) # then a program links what the library uses
   install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake
-                ${PROJECT_SOURCE_DIR}/cmake/FindLCMS2.cmake DESTINATION ${package_dir})
+                ${PROJECT_SOURCE_DIR}/cmake/FindLCMS2.cmake
+                ${PROJECT_SOURCE_DIR}/cmake/FindLibRaw.cmake DESTINATION ${package_dir})
 endif()
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
@@ -42,6 +43,9 @@ file(RELATIVE_PATH includedir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_
 set(static_libs "")
 if(NOT BUILD_SHARED_LIBS)
   set(static_libs "Libs.private: -lopencv_imgcodecs -lopencv_imgproc -lopencv_core -lnlopt -lstdc++ -lm")
+  if(GREYCARD_WITH_RAW)
+    string(APPEND static_libs " -lraw_r")
+  endif()
 endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/greycard.pc.in ${PROJECT_BINARY_DIR}/greycard.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/greycardConfig.cmake

@@ -28,41 +28,44 @@ void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct 
 void runStated(CcmOptions& options) {
   const ChartFitOptions fitOptions = options.fitOptions();
   options.tellOptions(present::toJson(fitOptions), present::toJson(ChartFitOptions{}));
-  const Picture picture = options.source.read();
+  const Photograph photograph = options.source.read();
+  const Picture& picture = photograph.picture;
   const ChartFit fit = locating([&] {
     ProgressBar progress("fitting");
-    return *fitChart(picture, fitOptions, options.source.photo, progress.callback());
+    return *fitChart(photograph, fitOptions, progress.callback());
   });
   options.writeExports(fit);
   write(options, picture, fit,
-        [&] { return correctedPhotograph(picture, fit, fitOptions.locate.samples); });
+        [&] { return correctedPhotograph(picture, fit, photograph.samples); });
   if (!options.printsText()) return;
   std::cout << ccmText(fit, options.wide);
   options.printWarnings(fit.warnings);
 }
 
-std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Picture& picture) {
-  std::vector<ChartPhotograph> all = {
-      {picture, options.source.photo, options.best.weightOf(0), {}}};
+std::vector<ChartPhotograph> photographs(const CcmOptions& options) {
+  std::optional<Photograph> flatField;
+  if (const auto file = options.best.flatField(); !file.empty())
+    flatField = options.source.samples.read(file);
+  std::vector<ChartPhotograph> all;
+  all.push_back(chartPhotograph(options.source.read(), options.best.weightOf(0), flatField));
   for (const auto& file : options.best.also)
-    all.push_back({readPicture(file), file, options.best.weightOf(all.size()), {}});
-  if (const auto flatField = options.best.flatField(); !flatField.empty())
-    for (ChartPhotograph& photograph : all) photograph.flatField = readPicture(flatField);
+    all.push_back(chartPhotograph(options.source.samples.read(file),
+                                  options.best.weightOf(all.size()), flatField));
   return all;
 }
 
 void runBest(CcmOptions& options) {
   const BestFitOptions fitOptions = options.bestFitOptions();
   options.tellOptions(present::toJson(fitOptions), present::toJson(BestFitOptions{}));
-  const Picture picture = options.source.read();
-  const std::vector<ChartPhotograph> all = photographs(options, picture);
+  const std::vector<ChartPhotograph> all = photographs(options);
+  const Picture& picture = all.front().picture;
   const BestChartFit fit = locating([&] {
     ProgressBar progress("fitting");
     return *fitChartBest(all, fitOptions, progress.callback());
   });
   options.writeExports(fit.shown(0));
   write(options, picture, fit,
-        [&] { return correctedPhotograph(picture, fit, 0, fitOptions.chart.locate.samples); });
+        [&] { return correctedPhotograph(picture, fit, 0, *all.front().samples); });
   if (!options.printsText()) return;
   std::cout << bestText(fit, options.wide);
   options.printWarnings(fit.warnings);

@@ -82,8 +82,9 @@ void run(ChartOptions& options) {
 
   const LocateOptions locate = options.source.options();
   options.tellOptions(present::toJson(locate), present::toJson(LocateOptions{}));
-  const Picture picture = options.source.read();
-  const ChartSearch search = searchChart(picture, locate, options.source.photo);
+  const Photograph photograph = options.source.read();
+  const Picture& picture = photograph.picture;
+  const ChartSearch search = searchChart(photograph, locate);
   const LocatedChart& chart = search.chart;
 
   // Of use where the chart is refused too.
@@ -96,6 +97,7 @@ void run(ChartOptions& options) {
   options.files.write(options.regionFile, regions);
   if (!options.printsText()) return;
   printSummary(options, search);
+  options.printWarnings(photograph.warnings);
   if (options.regionFile.empty()) std::cout << regions;
 }
 

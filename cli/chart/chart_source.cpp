@@ -12,21 +12,6 @@ namespace {
 
 constexpr std::size_t kCorners = 4;
 
-void addSampleOptions(CLI::App& app, ChartSource& source) {
-  app.add_option("--encoding", source.encoding,
-                 "What samples mean: srgb (default for 8 bits) or linear (default for 16 bits)")
-      ->check(CLI::IsMember({"srgb", "linear"}))
-      ->type_name("NAME");
-  app.add_option("--black", source.locate.samples.blackLevel,
-                 "Sample value without light (default 0)")
-      ->check(anyFiniteNumber())
-      ->type_name("LEVEL");
-  app.add_option("--white", source.locate.samples.whiteLevel,
-                 "Sample value of full scale (default 255 or 65535; 4095 for 12 bits)")
-      ->check(anyFiniteNumber())
-      ->type_name("LEVEL");
-}
-
 void addPlaceOptions(CLI::App& app, ChartSource& source, int photos) {
   CLI::Option_group& place = *app.add_option_group("Place of the chart");
   CLI::Option* corners =
@@ -77,7 +62,8 @@ Point2 pointOf(const std::string& word) {
 }  // namespace
 
 void ChartSource::addTo(CLI::App& app) {
-  app.add_option("photo", photo, "Photograph of a 24-patch chart (PNG, TIFF, JPEG, ...)")
+  app.add_option("photo", photo,
+                 "Photograph of a 24-patch chart (PNG, TIFF, JPEG, DNG and other raw files, ...)")
       ->required()
       ->transform(inputFile())
       ->type_name("PHOTO");
@@ -88,7 +74,7 @@ void ChartSource::addTo(CLI::App& app) {
 }
 
 void ChartSource::addSharedOptions(CLI::App& app, int photos) {
-  addSampleOptions(app, *this);
+  samples.addTo(app);
   addPlaceOptions(app, *this, photos);
 }
 
@@ -99,8 +85,7 @@ void ChartSource::nameFiles(JobFiles& files) const {
 
 LocateOptions ChartSource::options(std::size_t photograph) const {
   LocateOptions options = locate;
-  if (encoding)
-    options.samples.encoding = *encoding == "srgb" ? SampleEncoding::sRGB : SampleEncoding::linear;
+  options.samples = samples.meaning();
   if (method != "both")
     options.method = method == "lattice" ? SearchMethods::Lattice : SearchMethods::Stated;
   options.cornersOf = cornersOf == "field" ? CornerKind::PatchField : CornerKind::PatchCentres;
@@ -114,16 +99,6 @@ LocateOptions ChartSource::options(std::size_t photograph) const {
   auto& points = options.corners.emplace();
   for (std::size_t i = 0; i < kCorners; ++i) points[i] = pointOf(corners[first + i]);
   return options;
-}
-
-Picture ChartSource::read() const {
-  Picture picture = readPicture(photo);
-  try {
-    sampleLevels(picture, locate.samples);
-  } catch (const std::invalid_argument&) {
-    throw UsageError("--white must be above --black");
-  }
-  return picture;
 }
 
 std::string nextStep(ChartRefusal refusal) {

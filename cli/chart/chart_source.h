@@ -7,20 +7,20 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "greycard/jobs/locate_chart.h"
 #include "job_files.h"
+#include "sample_options.h"
 
 namespace greycard::cli {
 
 /// Options of a photograph with a chart in it.
 struct ChartSource {
   std::filesystem::path photo;
-  std::optional<std::string> encoding;  ///< "srgb" or "linear"
-  std::vector<std::string> corners;     ///< "X,Y" each
+  SampleOptions samples;
+  std::vector<std::string> corners;  ///< "X,Y" each
   std::string cornersOf = "field", method = "both";
   LocateOptions locate;
 
@@ -32,8 +32,8 @@ struct ChartSource {
   /// The options as the library takes them, for one of the photographs. \throws UsageError for
   /// corners that are no numbers or too few
   LocateOptions options(std::size_t photograph = 0) const;
-  /// The photograph itself. \throws FileError; UsageError for levels that make no scale in it
-  Picture read() const;
+  /// The photograph itself. \throws as SampleOptions::read
+  Photograph read() const { return samples.read(photo); }
 };
 
 /// What a user can do about a chart that was not found; begins with a blank, or is empty.

@@ -46,9 +46,8 @@ void run(EvaluateOptions& options) {
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
   options.tellOptions(present::toJson(evaluation), present::toJson(EvaluationOptions{}));
-  const Picture picture = options.source.read();
-  const ChartEvaluation result =
-      locating([&] { return evaluateChart(picture, evaluation, options.source.photo); });
+  const Photograph photograph = options.source.read();
+  const ChartEvaluation result = locating([&] { return evaluateChart(photograph, evaluation); });
   options.writeJson(present::toJson(result));
   if (options.printsText()) print(options, result);
 }

@@ -52,7 +52,8 @@ void run(SkinCommandOptions& options) {
   SkinCharts charts;
   for (std::size_t light = 0; light < charts.size(); ++light)
     charts[light] = locating([&] {
-      return present::readMeasuredChart(options.charts[light], options.source.options(light));
+      return present::readMeasuredChart(options.charts[light], options.source.options(light),
+                                        options.source.samples.dump());
     });
   SkinOptions skin;
   skin.gamma = options.gamma;

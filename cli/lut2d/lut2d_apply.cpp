@@ -8,6 +8,7 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/photograph.h"
 #include "greycard/picture.h"
 #include "greycard/present/lut2d.h"
 #include "job_files.h"
@@ -26,7 +27,8 @@ struct ApplyOptions : CommonOptions {
 // With the advice in the command's words.
 AppliedLut2d applied(const ApplyOptions& options) try {
   const Lut2DConfig table = present::readLut2d(options.lut);
-  return applyLut2d(readPicture(options.photo), table, {options.bits}, options.photo, options.lut);
+  return applyLut2d(readPhotograph(options.photo).picture, table, {options.bits}, options.photo,
+                    options.lut);
 } catch (const WrongSampleBits& wrong) {
   throw JobError(wrong.fact() +
                  (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));

@@ -26,6 +26,8 @@ namespace {
 struct SimulateOptions : CommonOptions {
   std::filesystem::path picture, truth;
   std::string light = "D65", sensor = "ordinary", size = "1600x1200", encoding;
+  std::string bayer;
+  std::optional<int> bits;
   std::vector<double> offset, surround;
   SimulationSettings settings;
   FlatFieldOptions flat;
@@ -68,9 +70,29 @@ SimulationSettings settingsOf(const SimulateOptions& options) {
     throw UsageError("--surround takes one number for a grey or three for R,G,B, not two");
   for (std::size_t c = 0; !options.surround.empty() && c < 3; ++c)
     settings.surround[c] = options.surround[options.surround.size() == 3 ? c : 0];
+  if (options.bits) settings.bits = *options.bits;
   const bool linear = options.encoding.empty() ? settings.bits == 16 : options.encoding == "linear";
   settings.encoding = linear ? SampleEncoding::linear : SampleEncoding::sRGB;
   return settings;
+}
+
+bool isDng(const std::filesystem::path& path) {
+  const std::string ending = path.extension().string();
+  return equalIgnoringCase(ending, ".dng");
+}
+
+// Whether a DNG is asked for, and which. \throws UsageError for options that go with the other kind
+std::optional<DngForm> dngForm(const SimulateOptions& options) {
+  if (!isDng(options.picture)) {
+    if (!options.bayer.empty())
+      throw UsageError("--bayer is for a DNG; end the name of --output in .dng");
+    return std::nullopt;
+  }
+  if (options.encoding == "srgb") throw UsageError("--encoding: the samples of a DNG are linear");
+  DngForm form;
+  if (options.bits) form.bits = *options.bits;
+  if (!options.bayer.empty()) form.bayer = bayerPatternFromName(options.bayer);
+  return form;
 }
 
 // What `simulate` renders, with a progress bar.
@@ -82,13 +104,12 @@ auto render(Simulate simulate) try {
   throw UsageError(error.what());  // every setting came from the command line
 }
 
-// The picture, the truth about it, and what it shows for people.
+// The truth about what was rendered.
 template <typename Simulated>
-void write(SimulateOptions& options, const Simulated& simulated, const std::string& shows) {
+void writeTruth(SimulateOptions& options, const Simulated& simulated) {
   const std::string truth = present::toJson(simulated);
-  options.files.write(options.picture, simulated.picture, ": " + shows);
   options.files.write(options.truth, truth);
-  options.writeJson(present::toJson(simulated));
+  options.writeJson(truth);
 }
 
 void runFlat(SimulateOptions& options) {
@@ -97,30 +118,40 @@ void runFlat(SimulateOptions& options) {
   FlatFieldSettings settings = options.flat.settings;
   parseSize(options.size, settings);
   settings.seed = options.settings.seed;
-  settings.bits = options.settings.bits;
+  settings.bits = options.bits.value_or(settings.bits);
   const SimulatedFlatField field = render([&](const ProgressCallback& progress) {
     return simulateFlatField(settings, options.picture, progress);
   });
-  write(options, field,
-        "a flat field of level " + fixed(settings.level, 1) + ", noise " +
-            fixed(settings.centreSigma, 2) + " at the centre and " + fixed(settings.cornerGain, 2) +
-            " times that in the corners");
+  options.files.write(options.picture, field.picture,
+                      ": a flat field of level " + fixed(settings.level, 1) + ", noise " +
+                          fixed(settings.centreSigma, 2) + " at the centre and " +
+                          fixed(settings.cornerGain, 2) + " times that in the corners");
+  writeTruth(options, field);
 }
 
 void run(SimulateOptions& options) {
-  options.files.pictureOutput("--output", options.picture);
+  const std::optional<DngForm> dng = options.flat.flat ? std::nullopt : dngForm(options);
+  if (dng)
+    options.files.output("--output", options.picture);
+  else
+    options.files.pictureOutput("--output", options.picture);
   options.files.output("--truth", options.truth);
   options.files.output("--json", options.json);
   if (options.flat.flat) return runFlat(options);
 
   const SimulationSettings settings = settingsOf(options);
   const SimulatedChart chart = render([&](const ProgressCallback& progress) {
-    return simulateChart(settings, options.picture, progress);
+    return dng ? simulateDng(settings, *dng, options.picture, progress)
+               : simulateChart(settings, options.picture, progress);
   });
-  write(options, chart,
-        std::string("the chart under ") + illumName(settings.light) + ", " +
-            modelSensorName(settings.sensor) + " sensor, patch pitch " +
-            fixed(chart.truth.pitch, 1) + " pixels");
+  const std::string shows = std::string(": the chart under ") + illumName(settings.light) + ", " +
+                            modelSensorName(settings.sensor) + " sensor, patch pitch " +
+                            fixed(chart.truth.pitch, 1) + " pixels";
+  if (dng)
+    options.files.write(options.picture, dngOf(chart), shows);
+  else
+    options.files.write(options.picture, chart.picture, shows);
+  writeTruth(options, chart);
 }
 
 void addSceneOptions(CLI::App& app, SimulateOptions& options) {
@@ -179,7 +210,13 @@ void addPictureOptions(CLI::App& app, SimulateOptions& options) {
   picture.add_option("--size", options.size, "Pixels")
       ->capture_default_str()
       ->type_name("WIDTHxHEIGHT");
-  picture.add_option("--bits", s.bits, "8 or 16")->capture_default_str();
+  picture.add_option("--bits", options.bits,
+                     "8 (default) or 16; of a DNG 10, 12, 14 (default) or 16");
+  picture
+      .add_option("--bayer", options.bayer,
+                  "A DNG holds one colour a pixel, in this 2x2 pattern (default: all three)")
+      ->check(CLI::IsMember({"RGGB", "BGGR", "GRBG", "GBRG"}, CLI::ignore_case))
+      ->type_name("PATTERN");
   CLI::Option* const encoding =
       picture
           .add_option("--encoding", options.encoding,
@@ -206,10 +243,12 @@ void addSimulate(CLI::App& parent) {
       "or\n"
       "a flat field with known noise",
       "greycard simulate -o chart.png --truth chart.json --light A --rotate 12 --noise 0.01\n"
+      "greycard simulate -o raw.dng --bayer RGGB --bits 14 --black 512\n"
       "greycard simulate -o raw.tif --bits 16 --white 4095 --black 64 --sensor colorimetric\n"
       "greycard simulate --flat -o flat.png --size 2000x1500 --sigma 3 --gain 2 --fall-off 0.3",
       *options);
-  app.add_option("-o,--output", options->picture, "Picture to write (.png, .tif, ...)")
+  app.add_option("-o,--output", options->picture,
+                 "Picture to write (.png, .tif, ..., or .dng for a raw file)")
       ->required()
       ->type_name("FILE");
   app.add_option("--truth", options->truth,

@@ -38,4 +38,13 @@ ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& o
   return result;
 }
 
+ChartEvaluation evaluateChart(const Photograph& photograph, EvaluationOptions options) {
+  options.locate.samples = photograph.samples;
+  ChartEvaluation result = evaluateChart(photograph.picture, options, photograph.file);
+  result.capture = photograph.capture;
+  result.warnings.insert(result.warnings.begin(), photograph.warnings.begin(),
+                         photograph.warnings.end());
+  return result;
+}
+
 }  // namespace greycard

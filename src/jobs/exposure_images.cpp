@@ -6,7 +6,7 @@
 
 #include "greycard/luma.h"
 #include "greycard/number_text.h"
-#include "greycard/picture.h"
+#include "greycard/photograph.h"
 
 namespace greycard {
 namespace {
@@ -47,7 +47,7 @@ void checkImage(const std::string& prefix, const ExposureImage& image) {
 
 ExposureHistograms histogramsOf(const ExposureImage& image) {
   if (image.picture) {
-    const Picture picture = readPicture(*image.picture);
+    const Picture picture = readPhotograph(*image.picture).picture;
     return exposureHistograms(picture, image.whiteLevel.value_or(picture.ceiling()));
   }
   const ChannelHistograms& mean = *image.hist_RGB;

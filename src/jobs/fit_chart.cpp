@@ -188,6 +188,17 @@ std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& 
   return result;
 }
 
+std::optional<ChartFit> fitChart(const Photograph& photograph, ChartFitOptions options,
+                                 const ProgressCallback& progress) {
+  options.locate.samples = photograph.samples;
+  auto fit = fitChart(photograph.picture, options, photograph.file, progress);
+  if (!fit) return fit;
+  fit->capture = photograph.capture;
+  fit->warnings.insert(fit->warnings.begin(), photograph.warnings.begin(),
+                       photograph.warnings.end());
+  return fit;
+}
+
 Picture correctedPhotograph(const Picture& picture, const ChartFit& fit,
                             const SampleMeaning& samples) {
   const ColorPipeline pipeline = fit.pipeline();

@@ -27,7 +27,9 @@ PatchTable flatFieldAt(const ChartPhotograph& photograph, const LocatedChart& lo
                    "; take both with the same camera, unmoved");
   MacbethChartData chart;
   const SamplingReport report =
-      sampleChart(chart, flat, located, sampleLevels(flat, samples)).report;
+      sampleChart(chart, flat, located,
+                  sampleLevels(flat, photograph.flatFieldSamples.value_or(samples)))
+          .report;
   if (const auto clipped = report.clippedPatches(); !clipped.empty())
     throw JobError("the flat field clips at patches " + patchList(clipped) + "; expose it less");
   return chart.m_RGB;
@@ -45,8 +47,11 @@ FitPhotograph samplesOf(const ChartFit& stated, const ChartPhotograph& photograp
 }
 
 // Of where the charts were found, and of the fit.
-std::vector<std::string> bestWarnings(const BestChartFit& fit) {
+std::vector<std::string> bestWarnings(const BestChartFit& fit,
+                                      std::span<const ChartPhotograph> photographs) {
   std::vector<std::string> warnings;
+  for (const ChartPhotograph& photograph : photographs)
+    warnings.insert(warnings.end(), photograph.warnings.begin(), photograph.warnings.end());
   for (const ChartFit& stated : fit.stated)
     for (const std::string& warning : stated.chart.warnings())
       warnings.push_back(fit.stated.size() > 1 ? quoted(stated.photo) + ": " + warning : warning);
@@ -55,6 +60,20 @@ std::vector<std::string> bestWarnings(const BestChartFit& fit) {
 }
 
 }  // namespace
+
+ChartPhotograph chartPhotograph(Photograph photograph, double weight,
+                                const std::optional<Photograph>& flatField) {
+  ChartPhotograph result{std::move(photograph.picture), std::move(photograph.file), weight};
+  result.samples = photograph.samples;
+  result.capture = std::move(photograph.capture);
+  result.warnings = std::move(photograph.warnings);
+  if (!flatField) return result;
+  result.flatField = flatField->picture;
+  result.flatFieldSamples = flatField->samples;
+  result.warnings.insert(result.warnings.end(), flatField->warnings.begin(),
+                         flatField->warnings.end());
+  return result;
+}
 
 ChartFit BestChartFit::shown(std::size_t photograph) const {
   const FittedPhotograph& fitted = best.photographs.at(photograph);
@@ -92,9 +111,13 @@ std::optional<BestChartFit> fitChartBest(std::span<const ChartPhotograph> photog
     const ProgressCallback part = [&](double done) {
       return !progress || progress(kStatedShare * (static_cast<double>(k) + done) / count);
     };
-    auto stated = fitChart(photographs[k].picture, options.chart, photographs[k].photo, part);
+    const ChartPhotograph& photograph = photographs[k];
+    ChartFitOptions chart = options.chart;
+    chart.locate.samples = photograph.samples.value_or(chart.locate.samples);
+    auto stated = fitChart(photograph.picture, chart, photograph.photo, part);
     if (!stated) return std::nullopt;
-    samples.photographs.push_back(samplesOf(*stated, photographs[k], options.chart.locate.samples));
+    stated->capture = photograph.capture;
+    samples.photographs.push_back(samplesOf(*stated, photograph, options.chart.locate.samples));
     result.stated.push_back(std::move(*stated));
   }
   samples.referenceLab = result.stated.front().fit.m_targetLab;
@@ -103,7 +126,7 @@ std::optional<BestChartFit> fitChartBest(std::span<const ChartPhotograph> photog
   });
   if (!best) return std::nullopt;
   result.best = std::move(*best);
-  result.warnings = bestWarnings(result);
+  result.warnings = bestWarnings(result, photographs);
   return result;
 }
 

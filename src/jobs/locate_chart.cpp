@@ -109,6 +109,13 @@ ChartSearch searchChart(const Picture& picture, const LocateOptions& options,
   return search;
 }
 
+ChartSearch searchChart(const Photograph& photograph, LocateOptions options) {
+  options.samples = photograph.samples;
+  ChartSearch search = searchChart(photograph.picture, options, photograph.file);
+  search.capture = photograph.capture;
+  return search;
+}
+
 LocatedChart locateChart(const Picture& picture, const LocateOptions& options,
                          const std::filesystem::path& photo) {
   ChartSearch search = searchChart(picture, options, photo);

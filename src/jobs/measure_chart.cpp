@@ -17,4 +17,12 @@ MeasuredChart measureChart(const Picture& picture, const LocateOptions& options,
   return chart;
 }
 
+MeasuredChart measureChart(const Photograph& photograph, LocateOptions options) {
+  options.samples = photograph.samples;
+  MeasuredChart chart = measureChart(photograph.picture, options, photograph.file);
+  chart.warnings.insert(chart.warnings.begin(), photograph.warnings.begin(),
+                        photograph.warnings.end());
+  return chart;
+}
+
 }  // namespace greycard

@@ -6,6 +6,7 @@
 
 #include "greycard/files.h"
 #include "greycard/luma.h"
+#include "greycard/photograph.h"
 
 namespace greycard {
 namespace {
@@ -68,7 +69,7 @@ FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma,
 
 FlatField readFlatField(const std::filesystem::path& file, const FlatFieldOptions& options) {
   if (options.raw) return readBareSamples(file, *options.raw);
-  return flatField(readPicture(file), options.luma, file);
+  return flatField(readPhotograph(file).picture, options.luma, file);
 }
 
 }  // namespace greycard

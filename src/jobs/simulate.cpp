@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 #include <utility>
+
+#include "greycard/raw/write_dng.h"
 
 namespace greycard {
 namespace {
@@ -39,7 +43,41 @@ std::optional<SimulatedChart> simulateChart(const SimulationSettings& settings,
   simulator.m_settings = settings;
   if (!simulator.Simulate(progress)) return std::nullopt;
   return SimulatedChart{file.filename(), settings, simulator.m_truth,
-                        std::move(simulator.m_picture)};
+                        std::move(simulator.m_picture), std::nullopt};
+}
+
+std::optional<SimulatedChart> simulateDng(SimulationSettings settings, const DngForm& form,
+                                          const std::filesystem::path& file,
+                                          const ProgressCallback& progress) {
+  if (form.bits != 10 && form.bits != 12 && form.bits != 14 && form.bits != 16)
+    throw std::invalid_argument("a DNG has 10, 12, 14 or 16 bits, not " +
+                                std::to_string(form.bits));
+  if (form.bayer && (settings.width % 2 != 0 || settings.height % 2 != 0))
+    throw std::invalid_argument("a mosaic of 2x2 cells needs an even width and height");
+  const double most = (1 << form.bits) - 1;
+  if (settings.whiteLevel == 0.0) settings.whiteLevel = most;
+  if (settings.whiteLevel > most)
+    throw std::invalid_argument("the white level must be at most " +
+                                std::to_string((1 << form.bits) - 1) + " in " +
+                                std::to_string(form.bits) + " bits");
+  settings.bits = 16;
+  settings.encoding = SampleEncoding::linear;
+  auto chart = simulateChart(settings, file, progress);
+  if (chart) chart->dng = form;
+  return chart;
+}
+
+std::string dngOf(const SimulatedChart& chart) {
+  if (!chart.dng) throw std::invalid_argument("the photograph was not simulated for a DNG");
+  DngDescription description;
+  description.pattern = chart.dng->bayer;
+  description.bits = chart.dng->bits;
+  description.blackLevels.fill(static_cast<int>(std::lround(chart.settings.blackLevel)));
+  description.whiteLevel = static_cast<int>(std::lround(chart.whiteLevel()));
+  description.light = chart.settings.light;
+  description.white = chart.truth.whiteRgb;
+  return encodeDng(chart.dng->bayer ? mosaicOf(chart.picture, *chart.dng->bayer) : chart.picture,
+                   description);
 }
 
 std::array<double, kSigmaEntries> SimulatedFlatField::noiseGains() const {

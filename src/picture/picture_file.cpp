@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "decode_picture.h"
+#include "file_structure.h"
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
@@ -120,6 +121,12 @@ Picture decodePicture(std::string_view bytes, const std::string& name) {
   if (bytes.empty()) refuseToRead(name, "the file is empty; copy or export it again");
   if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     refuseToRead(name, "it is larger than 2 GiB; make it smaller");
+  const FileStructure structure = fileStructure(FileBytes(bytes));
+  if (structure.raw)
+    refuseToRead(name, std::string("it is ") + (structure.dng ? "a DNG" : "a raw file") +
+                           ", of which this could only read a preview; develop it first");
+  if (structure.previewFirst)
+    refuseToRead(name, "its first picture is a preview of another one; save that one alone");
   const auto format = imageFormat(bytes);
   if (!format)
     refuseToRead(name, std::string("it is not a picture in a known format; give a ") +

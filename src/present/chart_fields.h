@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "capture_fields.h"
 #include "describe.h"
 #include "greycard/jobs/evaluate_chart.h"
 #include "greycard/jobs/fit_chart.h"
@@ -164,6 +165,7 @@ void describe(auto& fields, Like<ChartSearch> auto& search) {
   fields("width", search.width);
   fields("height", search.height);
   fields("refused_because", search.refusal);
+  fields.optional("capture", search.capture);
   describe(fields, search.chart);
 }
 
@@ -273,6 +275,7 @@ void describe(auto& fields, Like<ChartFit> auto& fit) {
   fields("fit", fit.fit);
   fields("chart", fit.chart);
   fields("warnings", fit.warnings);
+  fields.optional("capture", fit.capture);
   fields("tone_curve", fit.gamma);
   fields.rows("patches", kPatchCount, [&](auto& row, std::size_t i) {
     row.derived("patch", i + 1);
@@ -316,6 +319,7 @@ void describe(auto& fields, Like<ChartEvaluation> auto& evaluation) {
   fields.derived("mean_levelled_ciede2000", errors.levelled2000.mean);
   fields("chart", evaluation.chart);
   fields("warnings", evaluation.warnings);
+  fields.optional("capture", evaluation.capture);
   fields.rows("patches", kPatchCount, [&](auto& row, std::size_t i) {
     row.derived("patch", i + 1);
     row.derived("name", patchName(static_cast<int>(i)));

@@ -54,9 +54,11 @@ MeasuredChart chartFrom(const Json& json) {
 
 }  // namespace
 
-MeasuredChart readMeasuredChart(const std::filesystem::path& file, const LocateOptions& options) {
+MeasuredChart readMeasuredChart(const std::filesystem::path& file, const LocateOptions& options,
+                                const std::optional<DumpLayout>& dump) {
   const std::string text = readWholeFile(file);
-  if (!looksLikeJson(text)) return measureChart(readPicture(file), options, file);
+  if (!looksLikeJson(text))
+    return measureChart(readPhotograph(file, {options.samples, dump}), options);
   try {
     return chartFrom(parsedJson(text));
   } catch (const std::invalid_argument& error) {

@@ -19,6 +19,18 @@ struct EnumNames<ModelSensor> {
       std::pair{ModelSensor::Broad, "broad"}, std::pair{ModelSensor::Colorimetric, "colorimetric"}};
 };
 
+template <>
+struct EnumNames<BayerPattern> {
+  static constexpr const char* kKind = "mosaic";
+  static constexpr auto kNames =
+      namesInOrder<BayerPattern>(std::array{"RGGB", "BGGR", "GRBG", "GBRG"});
+};
+
+void describe(auto& fields, Like<DngForm> auto& form) {
+  fields.optional("bayer", form.bayer);
+  fields("bits", form.bits);
+}
+
 void describe(auto& fields, Like<SimulationSettings> auto& s) {
   fields("light", s.light);
   fields("sensor", s.sensor);
@@ -60,6 +72,7 @@ void describe(auto& fields, Like<SimulatedChart> auto& chart) {
   fields("light", s.light);
   fields("sensor", s.sensor);
   fields("bits", s.bits);
+  fields.optional("dng", chart.dng);
   fields("encoding", s.encoding);
   fields("black_level", s.blackLevel);
   double whiteLevel = chart.whiteLevel();

@@ -20,6 +20,8 @@ TEST_F(CommandTest, HelpHasAnExampleEverywhere) {
                                                        {"chart"},
                                                        {"ccm"},
                                                        {"evaluate"},
+                                                       {"info"},
+                                                       {"apply"},
                                                        {"gamma"},
                                                        {"gamma", "list"},
                                                        {"gamma", "show"},

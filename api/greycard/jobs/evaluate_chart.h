@@ -34,7 +34,8 @@ struct ChartEvaluation {
   PatchTable measuredLab{};
   PatchTable referenceLab{};
   ColourErrors errors;
-  std::vector<std::string> warnings;  ///< a sentence each
+  std::vector<std::string> warnings;   ///< a sentence each
+  std::optional<CaptureInfo> capture;  ///< of a raw photograph
 };
 
 /// Judges the camera as it is, before any correction is fitted.
@@ -44,5 +45,9 @@ struct ChartEvaluation {
 GREYCARD_EXPORT ChartEvaluation evaluateChart(const Picture& picture,
                                               const EvaluationOptions& options = {},
                                               const std::filesystem::path& photo = {});
+
+/// Likewise; the photograph tells what its samples mean.
+GREYCARD_EXPORT ChartEvaluation evaluateChart(const Photograph& photograph,
+                                              EvaluationOptions options = {});
 
 }  // namespace greycard

@@ -74,8 +74,9 @@ struct GREYCARD_EXPORT ChartFit {
   PatchTable unevenness{};             ///< of the patch: see QuadSampling
   SamplingReport sampling;
   PatchTable correctedLab{};
-  ColourErrors before, after;         ///< of balanced and corrected colours to the reference
-  std::vector<std::string> warnings;  ///< a sentence each
+  ColourErrors before, after;          ///< of balanced and corrected colours to the reference
+  std::vector<std::string> warnings;   ///< a sentence each
+  std::optional<CaptureInfo> capture;  ///< of a raw photograph
 
   /// Gains, matrix and tone curve, for correctPicture.
   ColorPipeline pipeline() const;
@@ -90,6 +91,11 @@ struct GREYCARD_EXPORT ChartFit {
 GREYCARD_EXPORT std::optional<ChartFit> fitChart(const Picture& picture,
                                                  const ChartFitOptions& options = {},
                                                  const std::filesystem::path& photo = {},
+                                                 const ProgressCallback& progress = {});
+
+/// Likewise; the photograph tells what its samples mean.
+GREYCARD_EXPORT std::optional<ChartFit> fitChart(const Photograph& photograph,
+                                                 ChartFitOptions options = {},
                                                  const ProgressCallback& progress = {});
 
 /// The photograph through the fitted gains, matrix and tone curve.

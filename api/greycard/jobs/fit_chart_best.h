@@ -17,10 +17,18 @@ namespace greycard {
 /// A photograph of the chart for the best fit, which takes several under one light.
 struct ChartPhotograph {
   Picture picture;
-  std::filesystem::path photo;       ///< names it in messages and in the result; may be empty
-  double weight = 1.0;               ///< above 0
-  std::optional<Picture> flatField;  ///< of the same size: an even surface in the same light
+  std::filesystem::path photo;         ///< names it in messages and in the result; may be empty
+  double weight = 1.0;                 ///< above 0
+  std::optional<Picture> flatField{};  ///< of the same size: an even surface in the same light
+  /// What the samples mean, where this isn't what the options say for all.
+  std::optional<SampleMeaning> samples{}, flatFieldSamples{};
+  std::optional<CaptureInfo> capture{};  ///< of a raw photograph
+  std::vector<std::string> warnings{};   ///< of the file
 };
+
+/// The photograph as the fit takes it. \param flatField  empty where there is none
+GREYCARD_EXPORT ChartPhotograph chartPhotograph(Photograph photograph, double weight = 1.0,
+                                                const std::optional<Photograph>& flatField = {});
 
 struct BestFitOptions {
   /// Of the stated fit, which is made beside the best one. Light, tone curve, space, target and

@@ -8,27 +8,19 @@
 #include <string>
 #include <vector>
 
+#include "greycard/capture_info.h"
 #include "greycard/chart_location.h"
 #include "greycard/errors.h"
 #include "greycard/export.h"
 #include "greycard/mcc_detector.h"
 #include "greycard/patch_quads.h"
 #include "greycard/patch_sampler.h"
+#include "greycard/photograph.h"
 #include "greycard/picture.h"
+#include "greycard/sample_meaning.h"
 #include "greycard/types.h"
 
 namespace greycard {
-
-/// What a photograph's samples mean, as far as somebody says so; the rest follows from its bits.
-struct SampleMeaning {
-  std::optional<SampleEncoding> encoding;  ///< else sRGB for 8 bits and linear for 16
-  std::optional<double> blackLevel;        ///< else 0
-  std::optional<double> whiteLevel;        ///< else 255 or 65535
-};
-
-/// \throws std::invalid_argument unless the white level is above the black level
-GREYCARD_EXPORT SampleLevels sampleLevels(const Picture& picture,
-                                          const SampleMeaning& meaning = {});
 
 /// Where to take the chart from: it is looked for unless `regions` or `corners` say where it is.
 struct LocateOptions {
@@ -94,6 +86,7 @@ struct GREYCARD_EXPORT ChartSearch {
   int width = 0, height = 0;  ///< of the photograph, in pixels
   LocatedChart chart;
   std::string refusal;  ///< what locateChart would throw; empty when the chart can be used
+  std::optional<CaptureInfo> capture{};  ///< of a raw photograph
 
   /// \throws NoChart or DoubtfulChart with the refusal, when there is one
   void require() const;
@@ -102,6 +95,9 @@ struct GREYCARD_EXPORT ChartSearch {
 /// Likewise, but a refusal is part of the result. \throws as locateChart otherwise
 GREYCARD_EXPORT ChartSearch searchChart(const Picture& picture, const LocateOptions& options = {},
                                         const std::filesystem::path& photo = {});
+
+/// Likewise; the photograph tells what its samples mean.
+GREYCARD_EXPORT ChartSearch searchChart(const Photograph& photograph, LocateOptions options = {});
 
 /// As in "19 (white 9 5), 20 (neutral 8)". \param patches  0-based
 GREYCARD_EXPORT std::string patchList(const std::vector<int>& patches);

@@ -29,4 +29,8 @@ GREYCARD_EXPORT MeasuredChart measureChart(const Picture& picture,
                                            const LocateOptions& options = {},
                                            const std::filesystem::path& photo = {});
 
+/// Likewise; the photograph tells what its samples mean.
+GREYCARD_EXPORT MeasuredChart measureChart(const Photograph& photograph,
+                                           LocateOptions options = {});
+
 }  // namespace greycard

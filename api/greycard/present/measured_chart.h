@@ -3,6 +3,7 @@
 /// \ingroup own
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 #include "greycard/jobs/measure_chart.h"
@@ -13,9 +14,12 @@ namespace greycard::present {
 
 /// The chart that a file tells of: a photograph, in which it is found and sampled, or what toJson
 /// wrote of a ChartFit or a ChartEvaluation.
-/// \throws JobError or FileError that names the file and what is wrong with it; as measureChart
+/// \param dump  how a photograph's samples lie where the file has no header
+/// \throws JobError or FileError that names the file and what is wrong with it; as readPhotograph
+///         and measureChart
 GREYCARD_PRESENT_EXPORT MeasuredChart readMeasuredChart(const std::filesystem::path& file,
-                                                        const LocateOptions& options = {});
+                                                        const LocateOptions& options = {},
+                                                        const std::optional<DumpLayout>& dump = {});
 
 /// A colour-correction matrix from nine numbers, row by row, with blanks, commas or line ends
 /// between them.

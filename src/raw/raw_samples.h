@@ -1,0 +1,48 @@
+#pragma once
+
+// From the codes of a sensor to a picture of 16-bit linear samples.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "greycard/picture.h"
+#include "greycard/types.h"
+
+namespace greycard {
+
+/// Codes without light, which may repeat over the picture, and codes of full scale.
+struct RawLevels {
+  std::size_t rows = 1, columns = 1;         ///< of the part that repeats
+  std::vector<double> pattern{0.0};          ///< rows * columns, added to `black`
+  std::array<double, 4> black{};             ///< at a 2x2 cell's places, or of the channels
+  Vector3 white{65535.0, 65535.0, 65535.0};  ///< of the channels
+
+  /// Code without light at a sensor's place, `base` being the one of `black` that holds there.
+  double at(std::size_t row, std::size_t column, std::size_t base) const {
+    return black[base] + pattern[row % rows * columns + column % columns];
+  }
+};
+
+/// Codes of a sensor; rows may be longer than what is seen of them.
+struct RawSamples {
+  const std::uint16_t* first = nullptr;
+  std::size_t stride = 0;  ///< samples from row to row
+  int width = 0, height = 0;
+};
+
+/// A pixel for each 2x2 cell. \param channels  at the cell's places, row by row, each at least once
+Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
+                  const RawLevels& levels);
+
+/// The samples pixel by pixel. \param channels  1 or 3
+/// \param perPixel  samples of a pixel, of which the first `channels` are taken
+Picture scaledSamples(const RawSamples& samples, int channels, int perPixel,
+                      const RawLevels& levels);
+
+/// The picture as the mark wants it seen. \param orientation  EXIF's; anything but 2 to 8 is as it
+/// is
+Picture oriented(Picture picture, int orientation);
+
+}  // namespace greycard
