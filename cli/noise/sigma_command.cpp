@@ -21,7 +21,7 @@ namespace {
 
 struct SigmaOptions : CommonOptions {
   FlatFieldSource source;
-  std::filesystem::path csv, plot, map;
+  std::filesystem::path csv, plot, map, report;
   ExportRequests exports;
 };
 
@@ -29,6 +29,7 @@ void nameFiles(SigmaOptions& options) {
   options.files.input("FLATFIELD", options.source.file);
   options.files.output("--csv", options.csv);
   options.files.output("--plot", options.plot);
+  options.files.output("--report", options.report);
   options.files.pictureOutput("--map", options.map);
   options.files.output("--json", options.json);
   options.exports.nameFiles(options.files);
@@ -58,11 +59,14 @@ std::string sigmaText(const SigmaEstimate& estimate) {
 
 void run(SigmaOptions& options) {
   nameFiles(options);
-  const SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
+  const bool showsPixels = !options.map.empty() || !options.report.empty();
+  const SigmaEstimate estimate = estimateSigma(options.source.read(), showsPixels);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::sigmaCsv(estimate));
   if (!options.plot.empty()) options.files.write(options.plot, present::sigmaPlot(estimate));
   if (!options.map.empty()) options.files.write(options.map, present::sigmaMap(estimate));
+  if (!options.report.empty())
+    options.files.write(options.report, present::sigmaReport(estimate, options.provenance));
   options.writeJson(present::toJson(estimate));
   options.exports.write(options.files, estimate);
   if (!options.printsText()) return;
@@ -89,6 +93,7 @@ void addSigma(CLI::App& parent) {
       ->type_name("FILE");
   app.add_option("--map", options->map, "Picture of the local sigma in code values (.png, ...)")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   options->exports.addTo(app, exchange::MaterialKind::Noise);
   setJob(app, options, run);
 }
