@@ -32,6 +32,11 @@ FlatField readBareSamples(const std::filesystem::path& file, const BareSamples& 
   return field;
 }
 
+// 65535 is 257 times 255.
+std::uint16_t eightBits(std::uint16_t sample) {
+  return static_cast<std::uint16_t>((sample + 128) / 257);
+}
+
 void check(const Picture& picture) {
   const bool agrees = picture.width > 0 && picture.height > 0 &&
                       (picture.channels == 1 || picture.channels == 3) &&
@@ -69,7 +74,12 @@ FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma,
 
 FlatField readFlatField(const std::filesystem::path& file, const FlatFieldOptions& options) {
   if (options.raw) return readBareSamples(file, *options.raw);
-  return flatField(readPhotograph(file).picture, options.luma, file);
+  Photograph photograph = readPhotograph(file);
+  if (photograph.capture)
+    for (std::uint16_t& sample : photograph.picture.samples) sample = eightBits(sample);
+  FlatField field = flatField(std::move(photograph.picture), options.luma, file);
+  field.warnings = std::move(photograph.warnings);
+  return field;
 }
 
 }  // namespace greycard

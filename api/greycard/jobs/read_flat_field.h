@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "greycard/errors.h"
@@ -34,8 +35,9 @@ struct FlatFieldOptions {
 struct FlatField {
   std::filesystem::path file;
   std::uint64_t width = 0, height = 0;
-  std::vector<std::uint16_t> samples;  ///< width * height, as they stand in the file
-  bool isJpeg = false;                 ///< as its file's name tells
+  std::vector<std::uint16_t> samples;   ///< width * height, as they stand in the file
+  bool isJpeg = false;                  ///< as its file's name tells
+  std::vector<std::string> warnings{};  ///< of the file, a sentence each
 };
 
 /// A colour picture where nobody says how it becomes luma.
@@ -50,7 +52,8 @@ class GREYCARD_EXPORT ColourFlatField : public JobError {
 GREYCARD_EXPORT FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma = {},
                                     const std::filesystem::path& file = {});
 
-/// Reads a picture file, or bare samples.
+/// Reads a picture file, or bare samples. Linear samples of a raw file are brought to 8 bits, in
+/// which noise tables are stated: 255 is its white level.
 /// \throws FileError; ColourFlatField; JobError when the file doesn't hold as many samples as
 ///         `raw` tells; std::invalid_argument for other than 8 or 16 bits
 GREYCARD_EXPORT FlatField readFlatField(const std::filesystem::path& file,
