@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "greycard/export.h"
@@ -44,6 +45,15 @@ GREYCARD_EXPORT std::optional<Illum> illumFromName(TextView name);
 /// \ingroup own
 /// The name above; "unknown" for any value without one.
 GREYCARD_EXPORT const char* illumName(Illum light);
+
+/// \ingroup own
+/// The light whose spectrum and reference colours stand for this one: itself, or as said above.
+GREYCARD_EXPORT Illum referenceLight(Illum light);
+
+/// \ingroup own
+/// The light's name, and which light stands for it where that is another: "LED (reference colours
+/// of D65)".
+GREYCARD_EXPORT std::string illumTitle(Illum light);
 
 /// \ingroup own
 /// XYZ of a perfect reflector under the light, Y = 100: CIE 1931 2 degree observer, sums of

@@ -27,6 +27,7 @@ void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct 
 
 void runStated(CcmOptions& options) {
   const ChartFitOptions fitOptions = options.fitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(ChartFitOptions{}));
   const Photograph photograph = options.source.read();
   const Picture& picture = photograph.picture;
   const ChartFit fit = locating([&] {
@@ -37,7 +38,7 @@ void runStated(CcmOptions& options) {
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, photograph.samples); });
   if (!options.printsText()) return;
-  std::cout << ccmText(fit);
+  std::cout << ccmText(fit, options.wide);
   options.printWarnings(fit.warnings);
 }
 
@@ -54,7 +55,8 @@ std::vector<ChartPhotograph> photographs(const CcmOptions& options) {
 }
 
 void runBest(CcmOptions& options) {
-  const BestFitOptions fitOptions{options.fitOptions(), options.best.fitOptions()};
+  const BestFitOptions fitOptions = options.bestFitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(BestFitOptions{}));
   const std::vector<ChartPhotograph> all = photographs(options);
   const Picture& picture = all.front().picture;
   const BestChartFit fit = locating([&] {
@@ -65,7 +67,7 @@ void runBest(CcmOptions& options) {
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, 0, *all.front().samples); });
   if (!options.printsText()) return;
-  std::cout << bestText(fit);
+  std::cout << bestText(fit, options.wide);
   options.printWarnings(fit.warnings);
 }
 

@@ -81,6 +81,7 @@ void run(ChartOptions& options) {
   options.files.output("--json", options.json);
 
   const LocateOptions locate = options.source.options();
+  options.tellOptions(present::toJson(locate), present::toJson(LocateOptions{}));
   const Photograph photograph = options.source.read();
   const Picture& picture = photograph.picture;
   const ChartSearch search = searchChart(photograph, locate);

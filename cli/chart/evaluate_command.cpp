@@ -26,15 +26,17 @@ struct EvaluateOptions : CommonOptions {
 void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
   const ColourErrors& errors = evaluation.errors;
   std::cout << "Chart in " << quoted(evaluation.photo)
-            << " as linear sRGB, against the reference under " << illumName(evaluation.light)
-            << "\n\n"
+            << " as linear sRGB, against the reference under " << illumTitle(evaluation.light)
+            << ",\n"
+            << samplesText(*evaluation.levels) << "\n\n"
             << patchTableText(
                    {{"measured", evaluation.measuredLab}, {"reference", evaluation.referenceLab}},
-                   {{"", errors}})
-            << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
-            << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2)
-            << "; worst dE76 " << fixed(errors.cie76.worst, 2) << " at patch "
-            << errors.cie76.worstPatch + 1 << "\n";
+                   {{"", errors}}, options.wide)
+            << kSplitNote << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
+            << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2) << " ("
+            << fixed(errors.levelled2000.mean, 2)
+            << " without the common difference of L*);\nworst dE76 " << fixed(errors.cie76.worst, 2)
+            << " at patch " << errors.cie76.worstPatch + 1 << "\n";
   options.printWarnings(evaluation.warnings);
 }
 
@@ -43,6 +45,7 @@ void run(EvaluateOptions& options) {
   options.files.output("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
+  options.tellOptions(present::toJson(evaluation), present::toJson(EvaluationOptions{}));
   const Photograph photograph = options.source.read();
   const ChartEvaluation result = locating([&] { return evaluateChart(photograph, evaluation); });
   options.writeJson(present::toJson(result));

@@ -12,6 +12,7 @@
 #include "greycard/present/fitting.h"
 #include "greycard/present/measured_chart.h"
 #include "job_files.h"
+#include "matrix_option.h"
 #include "option_checks.h"
 #include "skin_text.h"
 #include "sub_commands.h"
@@ -29,16 +30,9 @@ struct SkinCommandOptions : CommonOptions {
 
 // The matrix of --ccm, or that of the last chart.
 void takeMatrix(const SkinCommandOptions& options, const MeasuredChart& last, SkinOptions& skin) {
-  if (namesFile(options.ccm)) {
-    skin.matrix = present::readMatrix(options.ccm);
-    skin.matrixFrom = options.ccm;
-  } else if (!options.ccm.empty()) {
-    try {
-      skin.matrix = present::matrixFromNumbers(options.ccm);
-      skin.matrixFrom = "--ccm";
-    } catch (const std::invalid_argument& error) {
-      throw UsageError("--ccm " + options.ccm + " is neither a file nor a matrix: " + error.what());
-    }
+  if (!options.ccm.empty()) {
+    skin.matrix = matrixFromOption("--ccm", options.ccm);
+    skin.matrixFrom = namesFile(options.ccm) ? options.ccm : "--ccm";
   } else if (!last.matrix) {
     throw UsageError(
         "a colour-correction matrix is needed: give --ccm, or as CHART_T84 what greycard ccm "

@@ -1,5 +1,6 @@
 #include "option_checks.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <string>
@@ -52,6 +53,20 @@ CLI::Validator anyFiniteNumber() {
       [](const std::string& word) {
         const auto value = numberOf<double>(word);
         return value && std::isfinite(*value);
+      },
+      "");
+}
+
+CLI::Validator namesOrNumbers(std::vector<std::string> names, double low, double high) {
+  const auto isName = [names](const std::string& text) {
+    return std::ranges::find(names, text) != names.end();
+  };
+  return CLI::Validator(
+      [isName, check = numbersFrom(low, high), names](std::string& text) -> std::string {
+        if (isName(text) || check(text).empty()) return {};
+        std::string list;
+        for (const std::string& name : names) list += name + ", ";
+        return "\"" + text + "\" is neither one of " + list + "nor a number within the range";
       },
       "");
 }

@@ -48,7 +48,8 @@ void run(ApplyOptions& options) {
   options.files.write(
       options.output, result.picture(),
       ": " + std::to_string(std::lround(100.0 * share)) + " % of the pixels moved by the table");
-  if (!options.compare.empty()) options.files.write(options.compare, result.comparison());
+  if (!options.compare.empty())
+    options.files.write(options.compare, present::labelledComparison(result));
   options.writeJson(present::toJson(report));
   if (options.printsText()) options.printWarnings(photograph.warnings);
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -35,6 +36,16 @@ double gaussian(double x) {
 double deltaE76(const Vector3& labA, const Vector3& labB) {
   const double dL = labA[0] - labB[0], da = labA[1] - labB[1], db = labA[2] - labB[2];
   return std::sqrt(dL * dL + da * da + db * db);
+}
+
+Vector3 differenceSplit(const Vector3& referenceLab, const Vector3& lab) {
+  const double chroma = std::hypot(lab[1], lab[2]);
+  const double referenceChroma = std::hypot(referenceLab[1], referenceLab[2]);
+  const double da = lab[1] - referenceLab[1], db = lab[2] - referenceLab[2];
+  const double dC = chroma - referenceChroma;
+  const double dH = std::sqrt(std::max(0.0, da * da + db * db - dC * dC));
+  const double turn = referenceLab[1] * lab[2] - referenceLab[2] * lab[1];
+  return {lab[0] - referenceLab[0], dC, std::copysign(dH, turn)};
 }
 
 double deltaE94(const Vector3& referenceLab, const Vector3& sampleLab) {

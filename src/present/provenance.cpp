@@ -52,9 +52,9 @@ Provenance provenanceNow(std::string commandLine) {
 
 std::vector<std::pair<std::string, std::string>> changedOptions(std::string_view options,
                                                                 std::string_view defaults) {
-  const Json usual = objectOf(defaults);
+  const Json usual = objectOf(defaults), chosen = objectOf(options);
   std::vector<std::pair<std::string, std::string>> changed;
-  for (const auto& [name, value] : objectOf(options).items())
+  for (const auto& [name, value] : chosen.items())
     if (!usual.contains(name) || usual[name] != value) changed.emplace_back(name, compact(value));
   return changed;
 }
