@@ -18,7 +18,7 @@ std::string percent(double share, int decimals) {
 
 std::vector<std::string> adviceOn(const SigmaLUT& sigma, const FlatField& field) {
   const SigmaReport& report = sigma.report;
-  std::vector<std::string> advice;
+  std::vector<std::string> advice = field.warnings;
   if (!sigma.msg.empty()) advice.push_back(sigma.msg);
   if (field.isJpeg)
     advice.push_back(

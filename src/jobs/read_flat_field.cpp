@@ -93,6 +93,7 @@ FlatField readFlatField(const std::filesystem::path& file, const FlatFieldOption
     Photograph photograph = readPhotograph(file, {{{}, black, white}, {}});
     if (photograph.capture) black = 0.0, white = photograph.picture.ceiling();
     field = flatField(std::move(photograph.picture), options.luma, file);
+    field.warnings = std::move(photograph.warnings);
   }
   if (black || white) scale(field, black.value_or(0.0), white.value_or(255.0));
   return field;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "greycard/errors.h"
@@ -39,9 +40,10 @@ struct FlatFieldOptions {
 struct FlatField {
   std::filesystem::path file;
   std::uint64_t width = 0, height = 0;
-  std::vector<std::uint16_t> samples;  ///< width * height, in code values of 8 bits
-  bool isJpeg = false;                 ///< as its file's name tells
-  double fileCodes = 1.0;              ///< code values of the file in one of 8 bits
+  std::vector<std::uint16_t> samples;   ///< width * height, in code values of 8 bits
+  bool isJpeg = false;                  ///< as its file's name tells
+  double fileCodes = 1.0;               ///< code values of the file in one of 8 bits
+  std::vector<std::string> warnings{};  ///< of the file, a sentence each
 };
 
 /// A colour picture where nobody says how it becomes luma.
@@ -56,7 +58,8 @@ class GREYCARD_EXPORT ColourFlatField : public JobError {
 GREYCARD_EXPORT FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma = {},
                                     const std::filesystem::path& file = {});
 
-/// Reads a picture file, or bare samples.
+/// Reads a picture file, or bare samples. Linear samples of a raw file are brought to 8 bits, in
+/// which noise tables are stated: 255 is its white level.
 /// \throws FileError; ColourFlatField; JobError when the file doesn't hold as many samples as
 ///         `raw` tells; std::invalid_argument for bits or levels that can't be
 GREYCARD_EXPORT FlatField readFlatField(const std::filesystem::path& file,
