@@ -26,6 +26,10 @@ struct SigmaReport {
   std::uint64_t highByteDropped = 0;  ///< samples above 255, of which only the low byte was taken
   double centreMean = 0.0;            ///< over a square of a tenth of the shorter side
   double cornerMean = 0.0;            ///< over four such squares in the corners
+  bool allEqual = false;              ///< every sample the same: no noise at all
+  /// What a 12 x 9 grid of block means leaves over the best radial fall-off a + b r^2 + c r^4, root
+  /// mean square, as a share of their mean; empty where the picture is too small or black.
+  std::optional<double> unflatness;
   bool centreWindowEmpty = false;  ///< narrower or lower than 600 pixels: center_noise_sigma is 0
 
   /// Largest local sigma of ring 0, in code values: the centre's noise, whatever the picture's size

@@ -51,7 +51,7 @@ void CurveChoice::addTo(CLI::App& app) {
   app.add_option("--channel", channel, "Of the curve; all is the same as red")
       ->capture_default_str()
       ->type_name("NAME")
-      ->check(CLI::IsMember({"all", "red", "green", "blue"}));
+      ->check(oneOf({"all", "red", "green", "blue"}));
 }
 
 void CurveChoice::nameFile(JobFiles& files) const {

@@ -25,10 +25,9 @@ struct ApplyOptions : CommonOptions {
 };
 
 // With the advice in the command's words.
-AppliedLut2d applied(const ApplyOptions& options) try {
-  const Lut2DConfig table = present::readLut2d(options.lut);
-  return applyLut2d(readPhotograph(options.photo).picture, table, {options.bits}, options.photo,
-                    options.lut);
+AppliedLut2d applied(const ApplyOptions& options, const Picture& picture,
+                     const Lut2DConfig& table) try {
+  return applyLut2d(picture, table, {options.bits}, options.photo, options.lut);
 } catch (const WrongSampleBits& wrong) {
   throw JobError(wrong.fact() +
                  (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));
@@ -40,7 +39,9 @@ void run(ApplyOptions& options) {
   options.files.pictureOutput("--output", options.output);
   options.files.pictureOutput("--compare", options.compare);
   options.files.output("--json", options.json);
-  const AppliedLut2d result = applied(options);
+  const Lut2DConfig table = present::readLut2d(options.lut);
+  const Photograph photograph = readPhotograph(options.photo);
+  const AppliedLut2d result = applied(options, photograph.picture, table);
   const Lut2dApplyReport& report = result.report;
   const double share =
       static_cast<double>(report.changedPixels) / static_cast<double>(report.pixels);
@@ -50,6 +51,7 @@ void run(ApplyOptions& options) {
   if (!options.compare.empty())
     options.files.write(options.compare, present::labelledComparison(result));
   options.writeJson(present::toJson(report));
+  if (options.printsText()) options.printWarnings(photograph.warnings);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <stdexcept>
 
 #include "command.h"
 #include "greycard/files.h"
@@ -22,7 +23,7 @@ int wholeNumber(const std::string& text) {
   return static_cast<int>(value);
 }
 
-FlatField readRaw(const FlatFieldSource& source) {
+BareSamples bareSamples(const FlatFieldSource& source) {
   if (!source.luma.empty()) throw UsageError("--luma means nothing for --raw samples");
   BareSamples raw;
   raw.width = static_cast<std::uint64_t>(wholeNumber(source.raw[0]));
@@ -30,24 +31,7 @@ FlatField readRaw(const FlatFieldSource& source) {
   raw.bits = wholeNumber(source.raw[2]);
   if (raw.bits != 8 && raw.bits != 16)
     throw UsageError("--raw: samples have 8 or 16 bits, not " + source.raw[2]);
-  try {
-    return readFlatField(source.file, {{}, raw});
-  } catch (const JobError& error) {
-    throw JobError(std::string(error.what()) + "; check --raw");
-  }
-}
-
-FlatField readPicture(const FlatFieldSource& source) {
-  FlatFieldOptions options;
-  if (!source.luma.empty())
-    options.luma = source.luma == "green" ? LumaChoice::Green : LumaChoice::Rec601;
-  try {
-    return readFlatField(source.file, options);
-  } catch (const ColourFlatField&) {
-    throw JobError(quoted(source.file) +
-                   " is a colour picture; say with --luma how it becomes luma: rec601 (a weighted "
-                   "sum) or green (that channel alone)");
-  }
+  return raw;
 }
 
 }  // namespace
@@ -58,16 +42,44 @@ void FlatFieldSource::addTo(CLI::App& app) {
       ->transform(inputFile())
       ->type_name("FLATFIELD");
   app.add_option("--luma", luma, "What to take of a colour picture: rec601 or green")
-      ->check(CLI::IsMember({"rec601", "green"}))
+      ->check(oneOf({"rec601", "green"}))
       ->type_name("NAME");
   app.add_option("--raw", raw, "The file holds bare samples of 8 or 16 bits, low byte first")
       ->expected(3)
       ->delimiter(',')
       ->type_name("WIDTH,HEIGHT,BITS");
+  app.add_option("--black", levels.black, "Sample value without light, which becomes 0")
+      ->check(anyFiniteNumber())
+      ->type_name("LEVEL");
+  app.add_option("--white", levels.white, "Sample value of full scale, which becomes 255")
+      ->check(anyFiniteNumber())
+      ->type_name("LEVEL");
+  app.add_option("--bits", levels.bits,
+                 "Bits of a sample, 8 to 16: full scale is the most that they hold")
+      ->check(wholeNumbersFrom(8, 16))
+      ->type_name("N");
 }
 
-FlatField FlatFieldSource::read() const {
-  return raw.empty() ? readPicture(*this) : readRaw(*this);
+FlatFieldOptions FlatFieldSource::options() const {
+  FlatFieldOptions options = levels;
+  if (levels.bits && levels.white)
+    throw UsageError("--bits and --white both tell full scale; give one of them");
+  if (!raw.empty()) options.raw = bareSamples(*this);
+  if (!luma.empty()) options.luma = luma == "green" ? LumaChoice::Green : LumaChoice::Rec601;
+  return options;
+}
+
+FlatField FlatFieldSource::read() const try {
+  return readFlatField(file, options());
+} catch (const ColourFlatField&) {
+  throw JobError(quoted(file) +
+                 " is a colour picture; say with --luma how it becomes luma: rec601 (a weighted "
+                 "sum) or green (that channel alone)");
+} catch (const std::invalid_argument&) {
+  throw UsageError("--white must be above --black");
+} catch (const JobError& error) {
+  if (raw.empty()) throw;
+  throw JobError(std::string(error.what()) + "; check --raw");
 }
 
 }  // namespace greycard::cli

@@ -14,8 +14,11 @@ struct FlatFieldSource {
   std::filesystem::path file;
   std::string luma;              ///< how colours become luma; empty: only grey pictures
   std::vector<std::string> raw;  ///< width, height and bits of samples without a header
+  FlatFieldOptions levels;       ///< black, white and bits
 
   void addTo(CLI::App& app);
+  /// As the library takes them. \throws UsageError for contradictory ones
+  FlatFieldOptions options() const;
   /// \throws UsageError for contradictory options, FileError or JobError for the file
   FlatField read() const;
 };

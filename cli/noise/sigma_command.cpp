@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <memory>
 
 #include "command.h"
@@ -23,6 +24,7 @@ struct SigmaOptions : CommonOptions {
   FlatFieldSource source;
   std::filesystem::path csv, plot, map, report;
   ExportRequests exports;
+  bool force = false;
 };
 
 void nameFiles(SigmaOptions& options) {
@@ -50,17 +52,33 @@ std::string sigmaText(const SigmaEstimate& estimate) {
   }
   const SigmaReport& report = estimate.report;
   return "Centre sigma " + fixed(estimate.centreNoiseSigma, 3) + " (local sigma of ring 0 " +
-         fixed(report.centreRingSigma, 3) + "), in 8-bit code values\n" + "Mean " +
-         fixed(report.centreMean, 1) + " at the centre, " + fixed(report.cornerMean, 1) +
-         " in the corners; " + percent(report.ceilingShare) + " of the samples at 255, " +
-         percent(report.floorShare) + " at 0\n\n" + "Factors from the centre to the corners:\n" +
-         table.text();
+         fixed(report.centreRingSigma, 3) + "), in code values of 8 bits" +
+         (estimate.fileCodes == 1.0
+              ? std::string()
+              : "; " + fixed(estimate.centreNoiseSigma * estimate.fileCodes, 3) +
+                    " in those of the file") +
+         "\n" + "Mean " + fixed(report.centreMean, 1) + " at the centre, " +
+         fixed(report.cornerMean, 1) + " in the corners; " + percent(report.ceilingShare) +
+         " of the samples at 255, " + percent(report.floorShare) + " at 0\n\n" +
+         "Factors from the centre to the corners:\n" + table.text();
+}
+
+void requireFlat(const SigmaEstimate& estimate) try {
+  estimate.require();
+} catch (const DoubtfulFlatField& doubt) {
+  throw JobError(std::string(doubt.what()) + " (--force goes on all the same)");
 }
 
 void run(SigmaOptions& options) {
   nameFiles(options);
+  options.tellOptions(present::toJson(options.source.options()),
+                      present::toJson(FlatFieldOptions{}));
   const bool showsPixels = !options.map.empty() || !options.report.empty();
-  const SigmaEstimate estimate = estimateSigma(options.source.read(), showsPixels);
+  SigmaEstimate estimate = estimateSigma(options.source.read(), showsPixels);
+  if (options.force)
+    std::ranges::copy(estimate.doubts, std::back_inserter(estimate.advice));
+  else
+    requireFlat(estimate);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::sigmaCsv(estimate));
   if (!options.plot.empty()) options.files.write(options.plot, present::sigmaPlot(estimate));
@@ -73,7 +91,8 @@ void run(SigmaOptions& options) {
   std::cout << quoted(estimate.file) << ", " << estimate.width << " x " << estimate.height
             << " pixels\n"
             << sigmaText(estimate);
-  for (const std::string& sentence : estimate.advice) std::cout << "Advice: " << sentence << "\n";
+  for (const std::string& sentence : estimate.advice)
+    printParagraph("Advice: " + sentence, options.wide);
 }
 
 }  // namespace
@@ -88,6 +107,7 @@ void addSigma(CLI::App& parent) {
       "greycard sigma flat.raw --raw 4000,3000,8 --csv noise.csv",
       *options);
   options->source.addTo(app);
+  app.add_flag("--force", options->force, "Go on with a field that isn't flat or is cut off");
   app.add_option("--csv", options->csv, "Write a line per ring")->type_name("FILE");
   app.add_option("--plot", options->plot, "Draw the factors over the radius, as SVG")
       ->type_name("FILE");

@@ -1,5 +1,7 @@
 #include "greycard/jobs/read_flat_field.h"
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -42,6 +44,17 @@ void check(const Picture& picture) {
     throw std::invalid_argument("a flat field is empty or its size and samples disagree");
 }
 
+// Brings the samples to 8 bits.
+void scale(FlatField& field, double black, double white) {
+  constexpr double kMost = 255.0;
+  if (!(std::isfinite(black) && std::isfinite(white) && white > black))
+    throw std::invalid_argument("the white level of a flat field must be above its black level");
+  field.fileCodes = (white - black) / kMost;
+  for (std::uint16_t& sample : field.samples)
+    sample = static_cast<std::uint16_t>(
+        std::clamp(std::round((sample - black) / field.fileCodes), 0.0, kMost));
+}
+
 }  // namespace
 
 FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma,
@@ -68,8 +81,22 @@ FlatField flatField(Picture picture, const std::optional<LumaChoice>& luma,
 }
 
 FlatField readFlatField(const std::filesystem::path& file, const FlatFieldOptions& options) {
-  if (options.raw) return readBareSamples(file, *options.raw);
-  return flatField(readPhotograph(file).picture, options.luma, file);
+  if (options.bits && (*options.bits < 8 || *options.bits > 16))
+    throw std::invalid_argument("samples of a flat field have 8 to 16 bits, not " +
+                                std::to_string(*options.bits));
+  std::optional<double> black = options.black, white = options.white;
+  if (!white && options.bits) white = static_cast<double>((1U << *options.bits) - 1U);
+  FlatField field;
+  if (options.raw) {
+    field = readBareSamples(file, *options.raw);
+  } else {
+    Photograph photograph = readPhotograph(file, {{{}, black, white}, {}});
+    if (photograph.capture) black = 0.0, white = photograph.picture.ceiling();
+    field = flatField(std::move(photograph.picture), options.luma, file);
+    field.warnings = std::move(photograph.warnings);
+  }
+  if (black || white) scale(field, black.value_or(0.0), white.value_or(255.0));
+  return field;
 }
 
 }  // namespace greycard

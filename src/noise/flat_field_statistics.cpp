@@ -38,6 +38,8 @@ void takeLowBytes(std::span<const std::uint16_t> samples, pxcore::TImage<unsigne
     above += rowAbove;
   }
   const auto all = static_cast<double>(width * image.Height());
+  report.allEqual = std::ranges::all_of(samples.first(width * image.Height()),
+                                        [&](std::uint16_t s) { return s == samples.front(); });
   report.ceilingShare = static_cast<double>(atCeiling) / all;
   report.floorShare = static_cast<double>(atFloor) / all;
   report.highByteDropped = above;

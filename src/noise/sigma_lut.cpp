@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "flat_field_statistics.h"
+#include "flatness.h"
 #include "radial_curve.h"
 #include "velmo_utils.h"
 
@@ -65,6 +66,7 @@ bool SigmaLUT::CalculateSigmaLUT(std::uint64_t width, std::uint64_t height,
   SigmaReport found;
   takeLowBytes(pixels, luma, found);
   measureFallOff(luma, found);
+  found.unflatness = unflatness(luma);
   VelmoLib::VelmoUtils::RNRLUT table;
   const NoiseEstimate estimate = VelmoLib::VelmoUtils::EstimateRnrSigmaLutFormYuv(
       true, width, height, ringWidth(width, height), luma, table);

@@ -25,6 +25,9 @@ void describe(auto& fields, Like<BareSamples> auto& raw) {
 void describe(auto& fields, Like<FlatFieldOptions> auto& options) {
   fields.optional("luma", options.luma);
   fields.optional("raw", options.raw);
+  fields.optional("black", options.black);
+  fields.optional("white", options.white);
+  fields.optional("bits", options.bits, 8, 16);
 }
 
 void describe(auto& fields, Like<SigmaEstimate> auto& estimate) {
@@ -34,6 +37,11 @@ void describe(auto& fields, Like<SigmaEstimate> auto& estimate) {
   fields("height", estimate.height);
   fields("center_noise_sigma", AllDigits{estimate.centreNoiseSigma});
   fields("lut", AllDigits{estimate.lut});
+  fields.derived("unit", "code values of 8 bits");
+  std::optional<double> fileCodes = estimate.fileCodes;
+  fields.optional("file_codes_per_unit", fileCodes);
+  if constexpr (std::remove_reference_t<decltype(fields)>::kReads)
+    estimate.fileCodes = fileCodes.value_or(1.0);
   fields("msg", estimate.msg);
   fields("advice", estimate.advice);
   fields("center_ring_sigma", AllDigits{report.centreRingSigma});
@@ -47,6 +55,11 @@ void describe(auto& fields, Like<SigmaEstimate> auto& estimate) {
   fields("raw_ratio", AllDigits{report.rawRatio});
   fields("residual_sigma", report.residualSigma);
   fields("ring_pixels", report.ringPixels);
+  fields.optional("unflatness", report.unflatness);
+  std::optional<std::vector<std::string>> doubts = estimate.doubts;
+  fields.optional("doubts", doubts);
+  if constexpr (std::remove_reference_t<decltype(fields)>::kReads)
+    estimate.doubts = doubts.value_or(std::vector<std::string>());
 }
 
 std::string toJson(const FlatFieldOptions& options) {

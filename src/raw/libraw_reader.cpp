@@ -17,6 +17,7 @@
 #include "file_structure.h"
 #include "greycard/errors.h"
 #include "greycard/files.h"
+#include "greycard/number_text.h"
 #include "raw_levels.h"
 #include "raw_samples.h"
 
@@ -110,8 +111,9 @@ CaptureInfo infoOf(const LibRaw& raw) {
   info.sensorHeight = data.sizes.height;
   info.orientation = exifOrientation(data.sizes.flip);
   const auto known = [](double value) { return value > 0.0 && value < 1e9; };
-  if (known(data.other.iso_speed)) info.iso = data.other.iso_speed;
-  if (known(data.other.shutter)) info.exposureSeconds = data.other.shutter;
+  // Single precision, whose shortest text is the number that was meant: 0.01, not 0.00999999978.
+  if (known(data.other.iso_speed)) info.iso = numberOf<double>(exact(data.other.iso_speed));
+  if (known(data.other.shutter)) info.exposureSeconds = numberOf<double>(exact(data.other.shutter));
   const float* gains = data.color.cam_mul;
   if (known(gains[0]) && known(gains[1]) && known(gains[2]))
     info.asShotGains = {gains[0] / static_cast<double>(gains[1]), 1.0,

@@ -39,17 +39,29 @@ TEST_F(CommandTest, SigmaFindsTheNoiseOfASimulatedField) {
 TEST_F(CommandTest, SigmaAdvisesAndRefuses) {
   writeWholeFile(folder / "small.pgm", "P2\n3 2\n65535\n0 9 255 256 700 9\n");
   writeWholeFile(folder / "colour.ppm", "P3\n1 1\n255\n9 2 0\n");
-  const auto small = run({"sigma", "small.pgm"});
+  const auto small = run({"sigma", "small.pgm", "--force", "--wide"});
   EXPECT_THAT(small.out, HasSubstr("Advice: 2 of 6 samples are above 255"));
-  EXPECT_THAT(run({"sigma", "colour.ppm", "--luma", "green"}).out, HasSubstr("Mean 2.0"));
-  EXPECT_THAT(run({"sigma", "colour.ppm", "--luma", "rec601"}).out, HasSubstr("Mean 4.0"));
-  EXPECT_THAT(run({"sigma", "colour.ppm", "--raw", "17,1,8"}).out, HasSubstr(", 17 x 1 pixels"));
+  const auto forced = [this](const char* option, const char* value) {
+    return run({"sigma", "colour.ppm", option, value, "--force"}).out;
+  };
+  EXPECT_THAT(forced("--luma", "green"), HasSubstr("Mean 2.0"));
+  EXPECT_THAT(forced("--luma", "rec601"), HasSubstr("Mean 4.0"));
+  EXPECT_THAT(forced("--raw", "17,1,8"), HasSubstr(", 17 x 1 pixels"));
+  //  In the corners 0, 255, 256 and 9 of 1023: 0, 64, 64 and 2 of 255.
+  EXPECT_THAT(run({"sigma", "small.pgm", "--force", "--bits", "10"}).out,
+              HasSubstr("32.5 in the corners"));
+  EXPECT_THAT(run({"sigma", "small.pgm", "--force", "--black", "64", "--white", "574"}).out,
+              HasSubstr("in those of the file"));
   const struct {
     std::vector<std::string> words;
     int status;
     const char* says;
   } cases[] = {
       {{"sigma", "colour.ppm"}, 1, "is a colour picture; say with --luma"},
+      {{"sigma", "small.pgm"}, 1, "2 of 6 samples are above 255; tell their bits"},
+      {{"sigma", "colour.ppm", "--luma", "green"}, 1, "all samples are equal"},
+      {{"sigma", "small.pgm", "--black", "9", "--white", "9"}, 2, "--white must be above"},
+      {{"sigma", "small.pgm", "--bits", "9", "--white", "9"}, 2, "give one of them"},
       {{"sigma", "small.pgm", "--raw", "3,2,16"}, 1, "which is not 3 x 2 samples of 16 bits"},
       {{"sigma", "small.pgm", "--raw", "3,0,8"}, 2, "\"0\" is not a whole number above 0"},
       {{"sigma", "small.pgm", "--raw", "3,2,12"}, 2, "8 or 16 bits, not 12"},

@@ -105,6 +105,19 @@ TEST_F(NoiseJobs, AdviceSaysWhatTheFieldIsNotFitFor) {
     change(field);
     EXPECT_THAT(estimateSigma(field).advice, testing::ElementsAreArray(expected));
   }
+  // A picture of something: stripes, which no fall-off explains; and their measure by hand.
+  FlatField striped{"stripes.png", 600, 600, std::vector<std::uint16_t>(360000), false};
+  for (std::size_t i = 0; i < striped.samples.size(); ++i)
+    striped.samples[i] = i % 600 / 50 % 2 == 0 ? 120 : 80;
+  const SigmaEstimate stripes = estimateSigma(striped);
+  EXPECT_NEAR(stripes.report.unflatness.value_or(0.0), 0.2, 0.002);
+  EXPECT_THAT(stripes.doubts, testing::ElementsAre(HasSubstr("it is not flat")));
+  EXPECT_THROW(stripes.require(), DoubtfulFlatField);
+  FlatField cut{"cut.png", 600, 600, std::vector<std::uint16_t>(360000, 128), false};
+  alternate(cut, 128, 255, 99);
+  EXPECT_THAT(estimateSigma(cut).doubts, testing::ElementsAre(HasSubstr("cut off at white")));
+  alternate(cut, 128, 0, 101);
+  EXPECT_NO_THROW(estimateSigma(cut).require());
   FlatField dark = {"dark.png", 600, 600, std::vector<std::uint16_t>(360000, 100), false};
   for (std::size_t i = 0; i < dark.samples.size(); ++i) {
     const bool outer = i / 600 < 60 || i / 600 >= 540 || i % 600 < 60 || i % 600 >= 540;

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "greycard/number_text.h"
 #include "greycard/present/noise.h"
 #include "html_page.h"
@@ -40,7 +42,17 @@ std::string fieldTable(const SigmaEstimate& estimate) {
                     {"fall-off", percent(report.fallOff())},
                     {"samples at 255", percent(report.ceilingShare)},
                     {"samples at 0", percent(report.floorShare)},
+                    {"unflatness", report.unflatness ? percent(*report.unflatness) : "-"},
+                    {"codes of the file in one of 8 bits", general(estimate.fileCodes, 6)},
                     {"local sigma of ring 0", fixed(report.centreRingSigma, 3)}});
+}
+
+// Doubts that a user forced are among the advice already.
+std::vector<std::string> warningsOf(const SigmaEstimate& estimate) {
+  std::vector<std::string> warnings = estimate.advice;
+  for (const std::string& doubt : estimate.doubts)
+    if (std::ranges::find(warnings, doubt) == warnings.end()) warnings.push_back(doubt);
+  return warnings;
 }
 
 }  // namespace
@@ -63,7 +75,7 @@ std::string sigmaReport(const SigmaEstimate& estimate,
   return reportPage({"Noise of " + estimate.file.filename().string(),
                      {estimate.file.string(), std::to_string(estimate.width) + " x " +
                                                   std::to_string(estimate.height) + " pixels"},
-                     estimate.advice},
+                     warningsOf(estimate)},
                     body, provenance);
 }
 
