@@ -36,7 +36,7 @@ ExposureJob jobOf(AeOptions& options) {
     throw UsageError("with --time 0, limit the --evaluations");
   options.files.input("FIT.json", options.fit);
   for (const auto& picture : options.pictures) options.files.input("--image", picture);
-  options.files.output("--plot", options.plot);
+  options.files.plotOutput("--plot", options.plot);
   options.files.output("--json", options.json);
   ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
   for (std::size_t i = 0; i < job.images.size(); ++i)
@@ -55,7 +55,7 @@ ExposureJob jobOf(AeOptions& options) {
 
 template <typename Result>
 void write(AeOptions& options, const ExposureJob& job, const Result& result) {
-  if (!options.plot.empty()) options.files.write(options.plot, present::exposurePlot(result));
+  if (!options.plot.empty()) options.files.writePlot(options.plot, present::exposurePlot(result));
   options.writeJson(present::toJson(result));
   if (options.printsText()) std::cout << aeText(job, result);
 }
@@ -114,7 +114,7 @@ void addAe(CLI::App& parent) {
       ->type_name("COUNT")
       ->check(wholeNumbersFrom(0, INT32_MAX));
   app.add_option("--plot", options->plot,
-                 "Plot to write, as SVG: the targets reached against those wanted")
+                 "Plot to write, as SVG or PNG: the targets reached against those wanted")
       ->type_name("FILE");
   addAeLumaMatch(app);
   for (CLI::Option* option : app.get_options())  // which luma-match would pass over in silence
