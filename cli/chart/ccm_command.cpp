@@ -21,7 +21,7 @@ template <typename Fit, typename Correct>
 void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct correct) {
   if (!options.corrected.empty()) options.files.write(options.corrected, correct());
   if (!options.report.empty())
-    options.files.write(options.report, present::fitReport(fit, picture));
+    options.files.write(options.report, present::fitReport(fit, picture, options.provenance));
   options.writeJson(present::toJson(fit));
 }
 

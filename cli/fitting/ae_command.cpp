@@ -18,7 +18,7 @@ namespace greycard::cli {
 namespace {
 
 struct AeOptions : CommonOptions {
-  std::filesystem::path fit, plot;
+  std::filesystem::path fit, plot, report;
   std::vector<std::filesystem::path> pictures;
   std::vector<double> targets;
   std::optional<int> whiteLevel;
@@ -37,6 +37,7 @@ ExposureJob jobOf(AeOptions& options) {
   options.files.input("FIT.json", options.fit);
   for (const auto& picture : options.pictures) options.files.input("--image", picture);
   options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
   for (std::size_t i = 0; i < job.images.size(); ++i)
@@ -56,6 +57,8 @@ ExposureJob jobOf(AeOptions& options) {
 template <typename Result>
 void write(AeOptions& options, const ExposureJob& job, const Result& result) {
   if (!options.plot.empty()) options.files.writePlot(options.plot, present::exposurePlot(result));
+  if (!options.report.empty())
+    options.files.write(options.report, present::exposureReport(job, result, options.provenance));
   options.writeJson(present::toJson(result));
   if (options.printsText()) std::cout << aeText(job, result);
 }
@@ -116,6 +119,7 @@ void addAe(CLI::App& parent) {
   app.add_option("--plot", options->plot,
                  "Plot to write, as SVG or PNG: the targets reached against those wanted")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   addAeLumaMatch(app);
   for (CLI::Option* option : app.get_options())  // which luma-match would pass over in silence
     if (option != app.get_help_ptr()) app.get_subcommand("luma-match")->excludes(option);

@@ -25,7 +25,7 @@ struct SkinCommandOptions : CommonOptions {
   ChartSource source;  ///< what the three photographs have in common
   SkinChartFiles charts;
   std::string ccm, gamma = "VGammaSRGB";
-  std::filesystem::path csv, plot;
+  std::filesystem::path csv, plot, report;
 };
 
 // The matrix of --ccm, or that of the last chart.
@@ -46,6 +46,7 @@ void run(SkinCommandOptions& options) {
   if (namesFile(options.ccm)) options.files.input("--ccm", options.ccm);
   options.files.output("--csv", options.csv);
   options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
 
   cameraGamma(options.gamma);  // a wrong name is told before the charts are looked for
@@ -62,6 +63,8 @@ void run(SkinCommandOptions& options) {
 
   if (!options.csv.empty()) options.files.write(options.csv, present::skinCsv(result));
   if (!options.plot.empty()) options.files.writePlot(options.plot, present::skinPlot(result));
+  if (!options.report.empty())
+    options.files.write(options.report, present::skinReport(result, options.provenance));
   options.writeJson(present::toJson(result));
   if (!options.printsText()) return;
   std::cout << skinText(result);
@@ -101,6 +104,7 @@ void addSkin(CLI::App& parent) {
   app.add_option("--csv", options->csv, "A line per synthetic colour")->type_name("FILE");
   app.add_option("--plot", options->plot, "Saturation over hue ratio, as SVG or PNG")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   setJob(app, options, run);
 }
 

@@ -18,6 +18,21 @@ namespace greycard {
 // A fit of the luma-target rule (NLoptHelper::GA), under the names of GA's arguments. Lumas and
 // targets are in bins, 0..255.
 
+/// What each parameter of the rule does, in a few words.
+inline constexpr std::array<const char*, kGaParameters> kExposureParameterNames{
+    "target A: numerator",
+    "target B: numerator",
+    "upper dark target: numerator",
+    "lower dark target: numerator",
+    "push-up range: 1 - start",
+    "push-down range: 1 - start",
+    "ceiling factor",
+    "floor factor",
+    "push-up range: 1 - end",
+    "push-down range: 1 - end",
+    "dark range: start",
+    "dark range: end"};
+
 /// One image that the rule is to meet a target for: a picture, or its histograms.
 struct ExposureImage {
   std::optional<std::string> name;  ///< in results; else the picture's file name, or "image 3"
