@@ -76,7 +76,7 @@ void run(CcmOptions& options) {
   options.source.nameFiles(options.files);
   options.files.input("--reference-lab", options.fit.referenceLab);
   options.files.input("--reference-srgb", options.fit.referenceSRgb);
-  options.files.output("--report", options.report);
+  options.files.pageOutput("--report", options.report);
   options.files.pictureOutput("--corrected", options.corrected);
   options.files.output("--json", options.json);
   options.best.nameFiles(options.files);

@@ -51,7 +51,7 @@ std::string comparisonText(const present::ChartComparison& comparison) {
 void run(CompareOptions& options) {
   options.files.input("A.json", options.a);
   options.files.input("B.json", options.b);
-  options.files.output("--report", options.report);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   const present::ChartComparison comparison(present::readJudgedChart(options.a),
                                             present::readJudgedChart(options.b));

@@ -43,7 +43,7 @@ void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
 
 void run(EvaluateOptions& options) {
   options.source.nameFiles(options.files);
-  options.files.output("--report", options.report);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};

@@ -36,8 +36,8 @@ ExposureJob jobOf(AeOptions& options) {
     throw UsageError("with --time 0, limit the --evaluations");
   options.files.input("FIT.json", options.fit);
   for (const auto& picture : options.pictures) options.files.input("--image", picture);
-  options.files.output("--plot", options.plot);
-  options.files.output("--report", options.report);
+  options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
   for (std::size_t i = 0; i < job.images.size(); ++i)
@@ -56,7 +56,7 @@ ExposureJob jobOf(AeOptions& options) {
 
 template <typename Result>
 void write(AeOptions& options, const ExposureJob& job, const Result& result) {
-  if (!options.plot.empty()) options.files.write(options.plot, present::exposurePlot(result));
+  if (!options.plot.empty()) options.files.writePlot(options.plot, present::exposurePlot(result));
   if (!options.report.empty())
     options.files.write(options.report, present::exposureReport(job, result, options.provenance));
   options.writeJson(present::toJson(result));
@@ -117,7 +117,7 @@ void addAe(CLI::App& parent) {
       ->type_name("COUNT")
       ->check(wholeNumbersFrom(0, INT32_MAX));
   app.add_option("--plot", options->plot,
-                 "Plot to write, as SVG: the targets reached against those wanted")
+                 "Plot to write, as SVG or PNG: the targets reached against those wanted")
       ->type_name("FILE");
   app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   addAeLumaMatch(app);

@@ -87,7 +87,7 @@ void print(const WhiteBalanceMapping& result) {
 void run(WbMapOptions& options) {
   options.files.input("--points", options.pointsFile);
   options.files.output("--csv", options.csv);
-  options.files.output("--report", options.report);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   WhiteBalanceOptions job;
   job.from = references("--from", options.from);

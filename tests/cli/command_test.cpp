@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "greycard/files.h"
+#include "greycard/picture.h"
 #include "run_command.h"
 
 namespace greycard {
@@ -80,6 +81,8 @@ TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
       {{"simulate", "-o", "no\033[31m/a.png"}, 1, "\"no?[31m\""},
       {{"simulate", "-o", "."}, 1, "it is a folder"},
       {{"simulate", "-o", "a.doc"}, 1, "a.doc"},
+      {{"gamma", "show", "VNormal", "--plot", "a.gif"}, 2, "ends in .svg or .png"},
+      {{"ccm", "text.png", "--report", "r.png"}, 2, "ends in .html or .htm"},
       {{"chart", "missing.png"}, 1, "missing.png"},
       {{"chart", "text.png"}, 1, "text.png"},
       {{"chart", "text.png", "--annotate", "text.png"}, 2, "same file"},
@@ -118,6 +121,20 @@ TEST_F(CommandTest, AMinusIsStandardInputOrOutput) {
     std::istringstream lines(run(words).out);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
   }
+}
+
+// The plot as a picture is the plot drawn: white paper, and the curve's colour somewhere.
+TEST_F(CommandTest, APlotIsDrawnWhereItsNameIsAPictures) {
+  ASSERT_EQ(run({"gamma", "show", "VNormal", "--plot", "a.svg"}).status, 0);
+  ASSERT_EQ(run({"gamma", "show", "VNormal", "--plot", "a.PNG"}).status, 0);
+  const std::string svg = read("a.svg");
+  const Picture plot = readPicture(folder / "a.PNG");
+  EXPECT_THAT(svg, HasSubstr("width=\"" + std::to_string(plot.width / 2) + ".00\""));
+  EXPECT_EQ(*plot.pixel(0, 0), 255);
+  std::size_t coloured = 0;
+  for (std::size_t i = 0; i < plot.samples.size(); i += 3)
+    coloured += plot.samples[i] < 50 && plot.samples[i + 2] > 100;
+  EXPECT_GT(coloured, 500U);
 }
 
 TEST_F(CommandTest, AFailedRunLeavesOldFilesAndNoNewOnes) {
