@@ -66,7 +66,7 @@ TEST_F(ChartCommands, TheCorrectedPhotographHasTheCorrectedColours) {
           << "patch " << i + 1;
 
   const std::string report = read("report.html");
-  EXPECT_THAT(report, HasSubstr("data:image/png;base64,"));
+  EXPECT_THAT(report, HasSubstr("data:image/jpeg;base64,"));
   for (const char* outside : {"<script", "<link", "src=\"http", "url("})
     EXPECT_THAT(report, Not(HasSubstr(outside)));
 }
