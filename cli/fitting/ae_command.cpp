@@ -23,7 +23,7 @@ struct AeOptions : CommonOptions {
   std::vector<double> targets;
   std::optional<int> whiteLevel;
   bool manual = false;
-  SearchOptions search;
+  SearchOptions search = exposureSearch();
 };
 
 // The pictures of a file come before those of the command line.
@@ -65,6 +65,7 @@ void write(AeOptions& options, const ExposureJob& job, const Result& result) {
 
 void run(AeOptions& options) {
   const ExposureJob job = jobOf(options);
+  options.tellOptions(present::toJson(options.search), present::toJson(exposureSearch()));
   if (options.manual) return write(options, job, evaluateExposure(job));
   write(options, job, [&] {
     ProgressBar progress("fitting");
@@ -107,7 +108,8 @@ void addAe(CLI::App& parent) {
   app.add_option("--seed", options->search.seed, "Seed of the random numbers")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, UINT32_MAX));
-  app.add_option("--time", options->search.maxSeconds, "Longest time of the search; 0 = no limit")
+  app.add_option("--time", options->search.maxSeconds,
+                 "Longest time of the search, which its result then depends on; 0 = no limit")
       ->capture_default_str()
       ->type_name("SECONDS")
       ->check(numbersFrom(0.0, 1e6));

@@ -59,6 +59,7 @@ void run(SkinCommandOptions& options) {
   SkinOptions skin;
   skin.gamma = options.gamma;
   takeMatrix(options, charts.back(), skin);
+  options.tellOptions(present::toJson(skin), present::toJson(SkinOptions{}));
   const SkinCalibration result = calibrateSkin(charts, skin, options.charts);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::skinCsv(result));

@@ -97,6 +97,7 @@ void run(WbMapOptions& options) {
     const auto more = readWhiteBalancePoints(options.pointsFile);
     job.points.insert(job.points.end(), more.begin(), more.end());
   }
+  options.tellOptions(present::toJson(job), present::toJson(WhiteBalanceOptions{}));
   const WhiteBalanceMapping result = mapWhiteBalance(job);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::wbMapCsv(result));

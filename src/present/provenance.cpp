@@ -74,8 +74,11 @@ std::string stamped(std::string_view result, const Provenance& provenance) {
   stamp["greycard"] = provenance.version;
   stamp["created"] = provenance.created;
   if (!provenance.commandLine.empty()) stamp["command"] = provenance.commandLine;
-  stamp["options"] = Json::object();
-  for (const auto& [name, value] : provenance.options) stamp["options"][name] = parsedJson(value);
+  // A result that holds all its options tells more.
+  if (result.find("\n  \"options\": ") == std::string_view::npos) {
+    stamp["options"] = Json::object();
+    for (const auto& [name, value] : provenance.options) stamp["options"][name] = parsedJson(value);
+  }
   std::string text = jsonText(stamp);
   text.replace(text.rfind("\n}"), std::string::npos, ",");
   return text.append(result.substr(1));

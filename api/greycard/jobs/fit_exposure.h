@@ -113,9 +113,14 @@ struct ExposureTrial {
   ExposureEvaluation manual;
 };
 
+/// A search that ends after half a million evaluations, about as many as GA's 15 seconds give, and
+/// by no clock: its result depends on the job alone.
+GREYCARD_EXPORT SearchOptions exposureSearch();
+
 /// Reads the pictures and searches.
 /// \throws std::invalid_argument as ExposureJob::check and NLoptHelper::GA; FileError for a picture
-GREYCARD_EXPORT ExposureFit fitExposure(const ExposureJob& job, const SearchOptions& options = {});
+GREYCARD_EXPORT ExposureFit fitExposure(const ExposureJob& job,
+                                        const SearchOptions& options = exposureSearch());
 
 /// Reads the pictures and evaluates fixedParameters().
 /// \throws as fitExposure
