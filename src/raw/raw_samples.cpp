@@ -1,6 +1,7 @@
 #include "raw_samples.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -8,20 +9,36 @@
 namespace greycard {
 namespace {
 
-constexpr float kFullScale = 65535.0F;
+// Shares of full scale as whole numbers, which a compiler compares four at a time: 1/256 of a
+// 16-bit sample, the finest that a float still tells apart at full scale.
+constexpr int kUnit = 256, kFullScale = 65535 * kUnit;
+// A clipped sample ends here or above, whatever the rounding of its line; the next code lies below.
+constexpr int kClipped = kFullScale - kUnit / 16;
 
-// (code - black) * scale: 0 at the black level, full scale at the white level.
+// (code - black) * scale: 0 at the black level, full scale at the white level. Codes are cut a
+// little outside of these, so that the product fits.
 struct Line {
   float black = 0.0F, scale = 1.0F;
-  float at(std::uint16_t code) const { return (static_cast<float>(code) - black) * scale; }
+  int lowest = 0, highest = 65535;
+
+  Line() = default;
+  Line(double blackLevel, double whiteLevel)
+      : black(static_cast<float>(blackLevel)),
+        scale(static_cast<float>(kFullScale / (whiteLevel - blackLevel))),
+        lowest(static_cast<int>(std::floor(blackLevel))),
+        highest(static_cast<int>(std::ceil(whiteLevel))) {}
+  int at(std::uint16_t code) const {
+    const int above = code > lowest ? code : lowest, within = above < highest ? above : highest;
+    return static_cast<int>((static_cast<float>(within) - black) * scale);
+  }
 };
 
-Line lineOf(double black, double white) {
-  return {static_cast<float>(black), static_cast<float>(kFullScale / (white - black))};
-}
-
-std::uint16_t rounded(float value) {
-  return static_cast<std::uint16_t>(static_cast<int>(std::clamp(value, 0.0F, kFullScale) + 0.5F));
+// The nearest sample to the mean of two shares, which may be the same one; full scale when either
+// clips.
+std::uint16_t sampleOf(int a, int b) {
+  const int sum = (a > 0 ? a : 0) + (b > 0 ? b : 0), larger = a > b ? a : b;
+  const int mean = (sum + kUnit) / (2 * kUnit);
+  return static_cast<std::uint16_t>(larger >= kClipped ? 65535 : mean);
 }
 
 // The lines of one row's samples as far as they differ: after `period` of them they repeat.
@@ -32,7 +49,7 @@ class LineRow {
   LineRow(const RawLevels& levels, std::size_t row, std::size_t step, Base base, Channel channel)
       : m_lines(std::lcm(levels.columns, step)) {
     for (std::size_t x = 0; x < m_lines.size(); ++x)
-      m_lines[x] = lineOf(levels.at(row, x, base(x)), levels.white[channel(x)]);
+      m_lines[x] = Line(levels.at(row, x, base(x)), levels.white[channel(x)]);
   }
   std::size_t period() const { return m_lines.size(); }
   const Line* lines() const { return m_lines.data(); }
@@ -55,43 +72,52 @@ std::array<Places, 3> placesOf(const std::array<int, 4>& channels) {
   return places;
 }
 
-// The mean of two samples of a cell; full scale when either clips.
-std::uint16_t binned(float a, float b) {
-  return a >= kFullScale || b >= kFullScale
-             ? std::uint16_t{65535}
-             : rounded(0.5F * (std::max(a, 0.0F) + std::max(b, 0.0F)));
-}
-
 struct CellRow {
   std::array<const std::uint16_t*, 2> codes;
-  std::array<const Line*, 2> lines;
+  std::array<const LineRow*, 2> lines;
 };
 
-// Levels that are the same in every cell stay in registers.
-void binEqualCells(const CellRow& row, const std::array<Places, 3>& places,
-                   std::span<std::uint16_t> out) {
-  for (std::size_t c = 0; c < 3; ++c) {
-    const auto [p, q] = places[c];
-    const std::uint16_t *a = row.codes[p / 2] + p % 2, *b = row.codes[q / 2] + q % 2;
-    const Line lineA = row.lines[p / 2][p % 2], lineB = row.lines[q / 2][q % 2];
-    if (p == q)
-      for (std::size_t i = 0; 3 * i < out.size(); ++i) out[3 * i + c] = rounded(lineA.at(a[2 * i]));
-    else
-      for (std::size_t i = 0; 3 * i < out.size(); ++i)
-        out[3 * i + c] = binned(lineA.at(a[2 * i]), lineB.at(b[2 * i]));
+// As many cells as stay in the nearest cache, place by place, so that each loop runs over
+// neighbours.
+constexpr std::size_t kBlock = 256;
+using CellBlock = std::array<std::array<int, kBlock>, 4>;
+
+void takeCells(const CellRow& row, std::size_t first, std::size_t count, CellBlock& values) {
+  for (std::size_t r = 0; r < 2; ++r) {
+    const std::uint16_t* codes = row.codes[r] + 2 * first;
+    const Line* lines = row.lines[r]->lines();
+    const std::size_t period = row.lines[r]->period();
+    int *left = values[2 * r].data(), *right = values[2 * r + 1].data();
+    if (period == 2) {
+      const Line ofLeft = lines[0], ofRight = lines[1];
+      for (std::size_t i = 0; i < count; ++i) {
+        left[i] = ofLeft.at(codes[2 * i]);
+        right[i] = ofRight.at(codes[2 * i + 1]);
+      }
+      continue;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      left[i] = lines[2 * (first + i) % period].at(codes[2 * i]);
+      right[i] = lines[(2 * (first + i) + 1) % period].at(codes[2 * i + 1]);
+    }
   }
 }
 
-void binUnequalCells(const CellRow& row, std::size_t period, const std::array<Places, 3>& places,
-                     std::span<std::uint16_t> out) {
-  for (std::size_t i = 0; 3 * i < out.size(); ++i)
+void binRow(const CellRow& row, const std::array<Places, 3>& places, std::span<std::uint16_t> out) {
+  CellBlock values;
+  std::array<std::array<std::uint16_t, kBlock>, 3> channels;
+  const std::size_t cells = out.size() / 3;
+  for (std::size_t first = 0; first < cells; first += kBlock) {
+    const std::size_t count = std::min(kBlock, cells - first);
+    takeCells(row, first, count, values);
     for (std::size_t c = 0; c < 3; ++c) {
-      const auto value = [&](std::size_t place) {
-        const std::size_t x = 2 * i + place % 2;
-        return row.lines[place / 2][x % period].at(row.codes[place / 2][x]);
-      };
-      out[3 * i + c] = binned(value(places[c].first), value(places[c].second));
+      const int *a = values[places[c].first].data(), *b = values[places[c].second].data();
+      for (std::size_t i = 0; i < count; ++i) channels[c][i] = sampleOf(a[i], b[i]);
     }
+    std::uint16_t* pixel = out.data() + 3 * first;
+    for (std::size_t i = 0; i < count; ++i, pixel += 3)
+      for (std::size_t c = 0; c < 3; ++c) pixel[c] = channels[c][i];
+  }
 }
 
 }  // namespace
@@ -112,12 +138,8 @@ Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
     const std::uint16_t* codes = samples.first + 2 * y * samples.stride;
     const LineRow &upper = lineRows[2 * y % lineRows.size()],
                   &lower = lineRows[(2 * y + 1) % lineRows.size()];
-    const CellRow row{{codes, codes + samples.stride}, {upper.lines(), lower.lines()}};
-    const std::span out(picture.samples.data() + y * rowSamples, rowSamples);
-    if (upper.period() == 2)
-      binEqualCells(row, places, out);
-    else
-      binUnequalCells(row, upper.period(), places, out);
+    binRow({{codes, codes + samples.stride}, {&upper, &lower}}, places,
+           std::span(picture.samples.data() + y * rowSamples, rowSamples));
   }
   return picture;
 }
@@ -133,9 +155,10 @@ Picture scaledSamples(const RawSamples& samples, int channels, int perPixel,
     for (std::size_t c = 0; c < used; ++c) {
       const auto same = [c](std::size_t) { return c; };
       const LineRow row(levels, y, 1, same, same);
-      for (std::size_t x = 0; x < width; ++x)
-        out[static_cast<std::ptrdiff_t>(x * used + c)] =
-            rounded(row.lines()[x % row.period()].at(codes[x * step + c]));
+      for (std::size_t x = 0; x < width; ++x) {
+        const int share = row.lines()[x % row.period()].at(codes[x * step + c]);
+        out[static_cast<std::ptrdiff_t>(x * used + c)] = sampleOf(share, share);
+      }
     }
     out += static_cast<std::ptrdiff_t>(width * used);
   }
