@@ -18,7 +18,8 @@ using svg::number;
 constexpr double kWidth = 600.0, kHeight = 430.0, kSquareHeight = 580.0;
 constexpr double kLegendRow = 20.0, kLegendKey = 34.0, kLegendGap = 18.0;
 constexpr double kArrowHead = 6.0;
-constexpr double kLabelHeight = 11.0, kLabelLetters = 11.0 / 13.0;  // of the size of other texts
+constexpr double kPlotLabelHeight = 11.0,
+                 kPlotLabelLetters = 11.0 / 13.0;  // of the size of other texts
 
 // Room around the area of a plot, and of one inside another.
 struct Margins {
@@ -234,7 +235,7 @@ class SvgPlot::Drawing {
     for (const auto& item : m_plot.m_texts) {
       if (item.stays || !isShown(item.at)) continue;
       wanted.push_back(
-          {toPixels(item.at), kLabelLetters * svg::textWidth(item.text), kLabelHeight});
+          {toPixels(item.at), kPlotLabelLetters * svg::textWidth(item.text), kPlotLabelHeight});
       texts.push_back(item.text);
     }
     for (const auto& item : m_plot.m_texts) {
