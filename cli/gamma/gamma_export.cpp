@@ -1,43 +1,22 @@
 // greycard gamma export: a curve as a curve file.
 
-#include <filesystem>
-#include <iostream>
 #include <memory>
 
-#include "command.h"
-#include "curve_options.h"
+#include "curve_output.h"
 #include "gamma_commands.h"
-#include "greycard/files.h"
-#include "greycard/names.h"
-#include "greycard/present/gamma.h"
-#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
 
-struct ExportOptions : CommonOptions {
+struct ExportOptions : CurveOutput {
   std::string name;
-  CurveFileForm form;
-  std::filesystem::path output;
-  CurvePlotOptions plot;
 };
 
-void run(const ExportOptions& options) {
+void run(ExportOptions& options) {
   JobFiles files;
   nameCurveFile(files, "the curve file", options.name);
-  files.output("--output", options.output);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
-  const GammaCurvePtr curve = curveFromOption(options.name);
-  const CurveExport exported = exportCurve(*curve, options.output, options.form);
-  options.plot.write(
-      [&](const auto& against) { return present::curvePlot(exported.curve, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(exported));
-  if (options.printsText())
-    std::cout << printable(curve->Name()) << ": "
-              << (exported.curve.unified ? "one table" : "three tables") << " of "
-              << options.form.values << " values of " << options.form.bits << " bits in "
-              << quoted(options.output) << '\n';
+  options.nameFiles(files);
+  options.write(*curveFromOption(options.name));
 }
 
 }  // namespace
@@ -47,14 +26,11 @@ void addGammaExport(CLI::App& gamma) {
   CLI::App& app =
       addSubCommand(gamma, "export", "A curve as the text file that other tools read",
                     "greycard gamma export VOutdoor --size 256 --bits 10 -o outdoor.txt", *options);
-  app.add_option("curve", options->name, "A curve of the catalogue, or a curve file to convert")
+  app.add_option("curve", options->name,
+                 "A curve of the catalogue, HDR10, HLG, or a file of a curve to convert")
       ->required()
       ->type_name("NAME|FILE");
-  addCurveFileForm(app, options->form);
-  app.add_option("-o,--output", options->output, "Curve file to write")
-      ->required()
-      ->type_name("FILE");
-  options->plot.addTo(app);
+  options->addTo(app);
   app.callback([options] { run(*options); });
 }
 

@@ -57,7 +57,11 @@ void run(ShowOptions& options) {
   options.exports.nameFiles(files);
   const GammaCurvePtr curve = options.choice.curve();
   const ShownCurve shown = showCurve(*curve, {options.choice.curveChannel(), options.points});
-  options.plot.write([&](const auto& against) { return present::curvePlot(shown, against); });
+  const bool threeAtOnce = !curve->IsUnified() && options.choice.channel == "all";
+  options.plot.write([&](const auto& against) {
+    return threeAtOnce ? present::curvePlot(curveTables(*curve), against)
+                       : present::curvePlot(shown, against);
+  });
   if (!options.json.empty()) writeText(options.json, present::toJson(shown));
   std::vector<std::string> exported;
   if (options.exports.any()) exported = options.exports.write(curveTables(*curve));
