@@ -110,13 +110,14 @@ std::size_t commonWidth(const std::vector<Row>& rows) {
   return width;
 }
 
-// Columns, or a list of values that is wrapped: a list's lines end in a comma, or its numbers never
-// fall from line to line, which those of columns do unless they are near the proportional line.
+// Columns, or a list of values that is wrapped: a list's lines end in a comma, or have none and its
+// numbers never fall, which those of columns do unless they are near the proportional line.
 bool isInColumns(const std::vector<Row>& rows) {
   const std::size_t width = commonWidth(rows);
   if (rows.size() < 2 || width < 2 || width > 4 || rows[0].goesOn) return false;
   if (width == 3) return rows[0].commas || !neverFalls(rows);
-  return firstColumnCounts(rows) || (firstColumnRises(rows) && !neverFalls(rows));
+  return firstColumnCounts(rows) ||
+         (firstColumnRises(rows) && (rows[0].commas || !neverFalls(rows)));
 }
 
 // A row that is missing something in what else looks like columns.
