@@ -2,6 +2,7 @@
 /// \file
 /// \ingroup contract
 
+#include <array>
 #include <cstdint>
 
 #include "greycard/export.h"
@@ -31,6 +32,20 @@ struct ColorCorrectionAdvancedSettings {
   bool m_bWhitePatch22 = true;
 };
 
+/// \ingroup own
+/// Where the exposure gain comes from. The patch that it is read from is number 20, or in a
+/// MatrixFit where that doesn't take part the first of 21, 22 and 19 that does.
+enum class FitExposure : std::int32_t {
+  stated,    ///< before white balance, whose gain of G adds to it
+  balanced,  ///< the same on the balanced patch: the stated gain over that of G
+  number,    ///< as given
+  /// The fit, for each photograph; of a MatrixFit only. Nine entries hold the first photograph's in
+  /// themselves, which is then the balanced one.
+  free,
+};
+inline constexpr std::array kFitExposureNames{"stated", "balanced", "number", "free"};
+
+/// \ingroup contract
 /// What to fit, and how. m_nHueAccuracy, m_fWBGain, m_gamma, m_fCCMatrix and m_fBias are carried
 /// for the host; the fit doesn't read them.
 class GREYCARD_EXPORT ColorCorrectionSettings {
@@ -59,6 +74,9 @@ class GREYCARD_EXPORT ColorCorrectionSettings {
   MacbethChartData m_macbethData;
   Matrix3 m_CustRGB2XYZ;   ///< linear RGB to XYZ on the 0..1 scale; a wide-gamut space at first
   Matrix3 m_CustXYZ2sRGB;  ///< its inverse, from XYZ to linear RGB
+  /// \ingroup own
+  FitExposure m_exposure = FitExposure::stated;
+  double m_exposureGain = 1.0;  ///< for FitExposure::number, 1e-6 to 1e6
 };
 
 }  // namespace greycard

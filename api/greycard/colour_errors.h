@@ -20,6 +20,9 @@ struct ErrorColumn {
 /// By three formulas: deltaE76, deltaE94 and deltaE2000 of delta_e.h.
 struct ColourErrors {
   ErrorColumn cie76, cie94, ciede2000;
+  PatchTable split{};  ///< differenceSplit of each patch: dL*, dC*, dH*
+  /// CIEDE2000 without the mean of dL* over the chart: what is left when only brightness is off.
+  ErrorColumn levelled2000;
 };
 
 /// The differences between two charts in L*a*b*. What is not a number stays one in its patch and in

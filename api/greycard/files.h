@@ -10,7 +10,7 @@
 
 namespace greycard {
 
-/// The whole file as bytes, at most 4 GiB.
+/// The whole file as bytes: at most 4 GiB, or 1 GiB of a pipe or a device.
 /// \throws FileError that names the file and the system's reason
 GREYCARD_EXPORT std::string readWholeFile(const std::filesystem::path& path);
 

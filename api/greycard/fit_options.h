@@ -35,18 +35,6 @@ enum class FitEntries : std::int32_t {
   nine = 9,  ///< all
 };
 
-/// Where the exposure gain comes from. The patch that it is read from is number 20, or where that
-/// doesn't take part the first of 21, 22 and 19 that does.
-enum class FitExposure : std::int32_t {
-  stated,    ///< as in ColorCorrectionUtils: before white balance, whose gain of G adds to it
-  balanced,  ///< the same on the balanced patch: the stated gain over that of G
-  number,    ///< FitOptions::exposureGain
-  /// The fit, for each photograph. Nine entries hold the first photograph's in themselves, which is
-  /// then the balanced one.
-  free,
-};
-inline constexpr std::array kFitExposureNames{"stated", "balanced", "number", "free"};
-
 /// Where the white-balance gains come from.
 enum class FitWhiteBalance : std::int32_t {
   stated,  ///< FitOptions::whitePatches, as in ColorCorrectionUtils

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "greycard/export.h"
 #include "greycard/text_view.h"
@@ -45,8 +47,27 @@ GREYCARD_EXPORT std::optional<Illum> illumFromName(TextView name);
 GREYCARD_EXPORT const char* illumName(Illum light);
 
 /// \ingroup own
+/// The light whose spectrum and reference colours stand for this one: itself, or as said above.
+GREYCARD_EXPORT Illum referenceLight(Illum light);
+
+/// \ingroup own
+/// The light's name, and which light stands for it where that is another: "LED (reference colours
+/// of D65)".
+GREYCARD_EXPORT std::string illumTitle(Illum light);
+
+/// \ingroup own
 /// XYZ of a perfect reflector under the light, Y = 100: CIE 1931 2 degree observer, sums of
 /// products over 400 to 700 nm by 5 nm (X and Z up to 0.25 from the usual sums over 380 to 780 nm).
 GREYCARD_EXPORT Vector3 whitePoint(Illum light);
+
+/// \ingroup own
+/// Relative spectral power at some wavelengths.
+struct LightSpectrum {
+  std::vector<double> wavelengthNm, power;
+};
+
+/// \ingroup own
+/// The spectrum that the light's colours are computed with: 400 to 700 nm by 5 nm.
+GREYCARD_EXPORT LightSpectrum lightSpectrum(Illum light);
 
 }  // namespace greycard

@@ -78,6 +78,8 @@ GREYCARD_EXPORT void writePicture(const std::filesystem::path& path, const Pictu
 /// The bytes of the picture as a PNG file.
 /// \throws FileError when the picture can't be encoded
 GREYCARD_EXPORT std::vector<std::uint8_t> encodePng(const Picture& picture);
+/// Likewise as a JPEG file, for pictures that are only looked at. \param picture  of 8 bits
+GREYCARD_EXPORT std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality = 85);
 
 /// The picture brought to `longestSide` pixels on its longer side by averaging areas, or a copy.
 /// \throws std::invalid_argument for an empty or inconsistent picture, or a side below 1

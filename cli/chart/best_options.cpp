@@ -21,20 +21,6 @@ std::vector<std::string> texts(const std::array<const char*, Size>& names) {
   return {names.begin(), names.end()};
 }
 
-CLI::Validator namesOrNumbers(std::vector<std::string> names, double low, double high) {
-  const auto isName = [names](const std::string& text) {
-    return std::ranges::find(names, text) != names.end();
-  };
-  return CLI::Validator(
-      [isName, check = numbersFrom(low, high), names](std::string& text) -> std::string {
-        if (isName(text) || check(text).empty()) return {};
-        std::string list;
-        for (const std::string& name : names) list += name + ", ";
-        return "\"" + text + "\" is neither one of " + list + "nor a number within the range";
-      },
-      "");
-}
-
 double normOf(const std::string& norm) {
   if (norm == "mean") return FitOptions::kMean;
   if (norm == "rms") return FitOptions::kRootMeanSquare;
@@ -82,12 +68,6 @@ void BestOptions::addTo(CLI::App& app) {
       ->capture_default_str();
   named("--entries", entries, "Free entries of the matrix: six (rows sum to 1) or nine",
         {"six", "nine"});
-  add(group.add_option("--exposure", exposure,
-                       "Exposure gain: stated, balanced (so that white balance leaves the grey "
-                       "patch alone), free, or a number"),
-      "NAME|GAIN")
-      ->capture_default_str()
-      ->check(namesOrNumbers({"stated", "balanced", "free"}, 1e-6, 1e6));
   named("--white-balance", whiteBalance, "White-balance gains: stated or fitted",
         texts(kFitWhiteBalanceNames));
   add(group.add_option("--noise-limit", noiseLimit,
@@ -159,12 +139,6 @@ FitOptions BestOptions::fitOptions() const {
   const auto preset = patchWeightPresetFromName(weights);
   options.patchWeights = preset ? patchWeights(*preset) : readPatchWeights(weights);
   options.entries = entries == "six" ? FitEntries::six : FitEntries::nine;
-  if (const auto gain = numberOf<double>(exposure)) {
-    options.exposure = FitExposure::number;
-    options.exposureGain = *gain;
-  } else {
-    options.exposure = named<FitExposure>(exposure, kFitExposureNames);
-  }
   options.whiteBalance = named<FitWhiteBalance>(whiteBalance, kFitWhiteBalanceNames);
   if (noiseLimit.size() == 1) options.rowNoiseLimits.fill(noiseLimit.front());
   if (noiseLimit.size() == 3) std::ranges::copy(noiseLimit, options.rowNoiseLimits.begin());

@@ -32,7 +32,7 @@ struct BestOptions {
 
  private:
   std::string difference = "ciede2000", norm = "rms", weights = "even", entries = "nine",
-              exposure = "balanced", whiteBalance = "stated", estimatedCurve, uneven;
+              whiteBalance = "stated", estimatedCurve, uneven;
   std::filesystem::path curve;
   std::vector<double> noiseLimit;
   int tradeOff = 0;

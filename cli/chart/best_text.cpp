@@ -4,6 +4,7 @@
 
 #include "greycard/files.h"
 #include "greycard/number_text.h"
+#include "patch_table.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -90,7 +91,8 @@ std::string tradeOffText(const MatrixFitResult& best) {
   return "\nColour error against noise\n" + table.text();
 }
 
-std::string patchText(const BestChartFit& fit) {
+std::string patchText(const BestChartFit& fit, bool wide) {
+  std::string leftOut;
   const auto& photographs = fit.best.photographs;
   TextTable table({{""},
                    {"patch", Align::Left},
@@ -112,29 +114,34 @@ std::string patchText(const BestChartFit& fit) {
       for (const double value : photograph.lab[i]) row.push_back(fixed(value, 1));
       for (const double value : fit.stated[k].fit.m_targetLab[i]) row.push_back(fixed(value, 1));
       row.push_back(fixed(photograph.dE2000[i], 2) +
-                    (fit.best.uncertainty ? " +- " + fixed(fit.best.uncertainty->dE2000[k][i], 3)
-                                          : std::string()));
-      for (const double value : photograph.split[i]) row.push_back(fixed(value, 2));
-      if (!photograph.leftOut[i].empty()) row.push_back("left out: " + photograph.leftOut[i]);
+                    (wide && fit.best.uncertainty
+                         ? " +- " + fixed(fit.best.uncertainty->dE2000[k][i], 3)
+                         : std::string()));
+      for (const double value : photograph.split[i]) row.push_back(fixed(value, wide ? 2 : 1));
+      if (!photograph.leftOut[i].empty()) {
+        row.push_back("*");
+        leftOut +=
+            "* " + patchList({static_cast<int>(i)}) + " left out: " + photograph.leftOut[i] + "\n";
+      }
       table.addRow(std::move(row));
     }
-  return "\n" + table.text();
+  return "\n" + table.text() + leftOut;
 }
 
 }  // namespace
 
-std::string bestText(const BestChartFit& fit) {
+std::string bestText(const BestChartFit& fit, bool wide) {
   const ChartFit& first = fit.stated.front();
   std::string text = "Best colour correction for " + quoted(first.photo);
   for (std::size_t k = 1; k < fit.stated.size(); ++k) text += ", " + quoted(fit.stated[k].photo);
-  text += std::string(", light ") + illumName(first.light) + ", tone curve " + first.gamma.name +
-          "\n\nMatrix\n" + matrixText(fit.best) + gainText(fit) +
-          "\nColour error of the stated and the best fit\n" + comparisonText(fit) +
-          tradeOffText(fit.best) + patchText(fit);
+  text += std::string(", light ") + illumTitle(first.light) + ",\ntone curve " + first.gamma.name +
+          ", " + samplesText(*first.levels) + "\n\nMatrix\n" + matrixText(fit.best) +
+          gainText(fit) + "\nColour error of the stated and the best fit\n" + comparisonText(fit) +
+          tradeOffText(fit.best) + patchText(fit, wide);
   text +=
       "Levelled: without the common difference of L*. SMI: sensitivity metamerism index by the "
       "matrix\n(" +
-      fit.best.metamerismBasis + "). Best of " + std::to_string(fit.best.starts) + " searches, " +
+      fit.best.metamerismBasis + ").\nBest of " + std::to_string(fit.best.starts) + " searches, " +
       std::to_string(fit.best.evaluations) + " evaluations.\n";
   return text;
 }

@@ -7,6 +7,6 @@
 namespace greycard::cli {
 
 /// Both fits as aligned text for people, without warnings.
-std::string bestText(const BestChartFit& fit);
+std::string bestText(const BestChartFit& fit, bool wide);
 
 }  // namespace greycard::cli

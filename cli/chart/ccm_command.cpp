@@ -18,26 +18,27 @@ namespace {
 
 // Writes what is asked for; the picture is corrected only when it is.
 template <typename Fit, typename Correct>
-void write(const CcmOptions& options, const Picture& picture, const Fit& fit, Correct correct) {
-  if (!options.corrected.empty()) writePicture(options.corrected, correct());
-  if (!options.report.empty()) writeWholeFile(options.report, present::fitReport(fit, picture));
-  if (!options.json.empty()) writeText(options.json, present::toJson(fit));
+void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct correct) {
+  if (!options.corrected.empty()) options.files.write(options.corrected, correct());
+  if (!options.report.empty())
+    options.files.write(options.report, present::fitReport(fit, picture));
+  options.writeJson(present::toJson(fit));
 }
 
-void runStated(const CcmOptions& options) {
+void runStated(CcmOptions& options) {
   const ChartFitOptions fitOptions = options.fitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(ChartFitOptions{}));
   const Picture picture = options.source.read();
   const ChartFit fit = locating([&] {
     ProgressBar progress("fitting");
     return *fitChart(picture, fitOptions, options.source.photo, progress.callback());
   });
-  const std::vector<std::string> exported = options.writeExports(fit);
+  options.writeExports(fit);
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, fitOptions.locate.samples); });
   if (!options.printsText()) return;
-  std::cout << ccmText(fit);
-  printWarnings(fit.warnings);
-  for (const std::string& line : exported) std::cout << line << '\n';
+  std::cout << ccmText(fit, options.wide);
+  options.printWarnings(fit.warnings);
 }
 
 std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Picture& picture) {
@@ -50,34 +51,33 @@ std::vector<ChartPhotograph> photographs(const CcmOptions& options, const Pictur
   return all;
 }
 
-void runBest(const CcmOptions& options) {
-  const BestFitOptions fitOptions{options.fitOptions(), options.best.fitOptions()};
+void runBest(CcmOptions& options) {
+  const BestFitOptions fitOptions = options.bestFitOptions();
+  options.tellOptions(present::toJson(fitOptions), present::toJson(BestFitOptions{}));
   const Picture picture = options.source.read();
   const std::vector<ChartPhotograph> all = photographs(options, picture);
   const BestChartFit fit = locating([&] {
     ProgressBar progress("fitting");
     return *fitChartBest(all, fitOptions, progress.callback());
   });
-  const std::vector<std::string> exported = options.writeExports(fit.shown(0));
+  options.writeExports(fit.shown(0));
   write(options, picture, fit,
         [&] { return correctedPhotograph(picture, fit, 0, fitOptions.chart.locate.samples); });
   if (!options.printsText()) return;
-  std::cout << bestText(fit);
-  printWarnings(fit.warnings);
-  for (const std::string& line : exported) std::cout << line << '\n';
+  std::cout << bestText(fit, options.wide);
+  options.printWarnings(fit.warnings);
 }
 
 void run(CcmOptions& options) {
   options.best.check();
-  JobFiles files;
-  options.source.nameFiles(files);
-  files.input("--reference-lab", options.fit.referenceLab);
-  files.input("--reference-srgb", options.fit.referenceSRgb);
-  files.output("--report", options.report);
-  files.pictureOutput("--corrected", options.corrected);
-  files.textOutput("--json", options.json);
-  options.best.nameFiles(files);
-  options.nameExports(files);
+  options.source.nameFiles(options.files);
+  options.files.input("--reference-lab", options.fit.referenceLab);
+  options.files.input("--reference-srgb", options.fit.referenceSRgb);
+  options.files.output("--report", options.report);
+  options.files.pictureOutput("--corrected", options.corrected);
+  options.files.output("--json", options.json);
+  options.best.nameFiles(options.files);
+  options.nameExports();
   if (options.best.asked())
     runBest(options);
   else
@@ -95,7 +95,7 @@ void addCcm(CLI::App& parent) {
       "greycard ccm photo.jpg --fit best --estimate-curve",
       *options);
   options->addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

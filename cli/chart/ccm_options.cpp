@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
 
 #include "greycard/errors.h"
 #include "greycard/files.h"
+#include "greycard/number_text.h"
 #include "greycard/present/chart.h"
 #include "light_option.h"
+#include "matrix_option.h"
 #include "option_checks.h"
 
 namespace greycard::cli {
@@ -31,6 +34,17 @@ void addFitOptions(CLI::App& app, CcmOptions& options) {
       ->check(wholeNumbersFrom(0, 3))
       ->capture_default_str()
       ->type_name("0..3");
+  for (const auto& [name, matrix, what] :
+       {std::tuple{"--rgb-to-xyz", &options.rgbToXyz, "Of transform 3: its RGB to XYZ (0..1)"},
+        std::tuple{"--xyz-to-rgb", &options.xyzToRgb, "Of transform 3: the matrix back"}})
+    fit.add_option(name, *matrix, std::string(what) + ", nine numbers row by row or a file of them")
+        ->type_name("LIST|FILE");
+  fit.add_option("--exposure", options.exposure,
+                 "Exposure gain: stated (default), balanced (so that white balance leaves the "
+                 "second grey at its reference; default with --fit best), free (with --fit best "
+                 "only), or a number")
+      ->check(namesOrNumbers({"stated", "balanced", "free"}, 1e-6, 1e6))
+      ->type_name("NAME|GAIN");
   fit.add_option("--noise-rate", options.fit.noiseRate, "Weight of noise against colour error")
       ->check(numbersFrom(0.0, 1.0))
       ->capture_default_str()
@@ -77,6 +91,18 @@ void addTargetOptions(CLI::App& app, CcmOptions& options) {
       ->type_name("R,G,B");
 }
 
+// Of either kind of fit.
+template <typename Options>
+void setExposure(const std::string& text, Options& options) {
+  if (const auto gain = numberOf<double>(text)) {
+    options.exposure = FitExposure::number;
+    options.exposureGain = *gain;
+  } else if (!text.empty()) {
+    const auto name = std::ranges::find(kFitExposureNames, text);
+    options.exposure = static_cast<FitExposure>(name - kFitExposureNames.begin());
+  }
+}
+
 }  // namespace
 
 void CcmOptions::addTo(CLI::App& app) {
@@ -99,16 +125,31 @@ void CcmOptions::addTo(CLI::App& app) {
 }
 
 ChartFitOptions CcmOptions::fitOptions() const {
+  if (exposure == "free" && !best.asked())
+    throw UsageError("--exposure free is for --fit best; add that, or give another");
   ChartFitOptions options = fit;
   options.locate = source.options();
   options.light = lightFromOption(light);
   options.formula = deltaE == "cie76" ? FitFormula::CIE76 : FitFormula::CIE94;
   std::ranges::copy(targetSaturation, options.targetSaturation.begin());
   std::ranges::copy(targetHue, options.targetHue.begin());
+  if (options.transform == 3 && (rgbToXyz.empty() || xyzToRgb.empty()))
+    throw UsageError("--transform 3 is a space of your own: add --rgb-to-xyz and --xyz-to-rgb");
+  if (options.transform != 3 && !(rgbToXyz.empty() && xyzToRgb.empty()))
+    throw UsageError("--rgb-to-xyz and --xyz-to-rgb are for --transform 3");
+  if (!rgbToXyz.empty()) options.rgbToXyz = matrixFromOption("--rgb-to-xyz", rgbToXyz);
+  if (!xyzToRgb.empty()) options.xyzToRgb = matrixFromOption("--xyz-to-rgb", xyzToRgb);
+  if (!best.asked()) setExposure(exposure, options);
   return options;
 }
 
-void CcmOptions::nameExports(JobFiles& files) {
+BestFitOptions CcmOptions::bestFitOptions() const {
+  BestFitOptions options{fitOptions(), best.fitOptions()};
+  setExposure(exposure, options.best);
+  return options;
+}
+
+void CcmOptions::nameExports() {
   for (const auto& file : otherLights) files.input("--other-light", file);
   exports.nameFiles(files);
   if (!exports.any() && (kelvin || !otherLights.empty()))
@@ -121,8 +162,8 @@ void CcmOptions::nameExports(JobFiles& files) {
     throw UsageError("--export: a profile needs a matrix to sRGB primaries; leave out --transform");
 }
 
-std::vector<std::string> CcmOptions::writeExports(const ChartFit& chartFit) const {
-  if (!exports.any()) return {};
+void CcmOptions::writeExports(const ChartFit& chartFit) {
+  if (!exports.any()) return;
   exchange::FittedCamera camera{{exchange::fittedLight(chartFit, kelvin)}};
   for (const auto& file : otherLights) {
     ChartFit other;
@@ -133,7 +174,7 @@ std::vector<std::string> CcmOptions::writeExports(const ChartFit& chartFit) cons
     }
     camera.lights.push_back(exchange::fittedLight(std::move(other)));
   }
-  return exports.write(camera);
+  exports.write(files, camera);
 }
 
 }  // namespace greycard::cli

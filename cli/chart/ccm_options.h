@@ -20,6 +20,8 @@ struct CcmOptions : CommonOptions {
   std::string light = "D65", deltaE = "cie94";
   std::vector<double> targetSaturation{1.0, 1.0, 1.0, 1.0};  ///< all, R, G, B
   std::vector<double> targetHue{0.0, 0.0, 0.0};              ///< R, G, B in degrees
+  std::string exposure;            ///< a name or a gain; empty: the fit's own default
+  std::string rgbToXyz, xyzToRgb;  ///< nine numbers, or a file of them
   ChartFitOptions fit;
   std::filesystem::path report, corrected;
   ExportRequests exports;
@@ -29,11 +31,12 @@ struct CcmOptions : CommonOptions {
   void addTo(CLI::App& app);
   /// The options as the library takes them. \throws UsageError for those that can't be
   ChartFitOptions fitOptions() const;
+  /// Likewise of the best fit.
+  BestFitOptions bestFitOptions() const;
   /// Names the files of the exports. \throws UsageError as ExportRequests::nameFiles, and for a
   /// profile of a matrix that isn't one to sRGB primaries
-  void nameExports(JobFiles& files);
-  /// Writes the exports of the fit. \return a line for people for each
-  std::vector<std::string> writeExports(const ChartFit& chartFit) const;
+  void nameExports();
+  void writeExports(const ChartFit& chartFit);
 };
 
 }  // namespace greycard::cli

@@ -1,6 +1,7 @@
 #include "ccm_text.h"
 
 #include <cstddef>
+#include <vector>
 
 #include "greycard/files.h"
 #include "greycard/number_text.h"
@@ -36,32 +37,37 @@ std::string errorText(const ChartFit& result) {
   add("  mean dE76", result.before.cie76, result.after.cie76);
   add("  mean dE94", result.before.cie94, result.after.cie94);
   add("  mean dE00", result.before.ciede2000, result.after.ciede2000);
+  add("  levelled", result.before.levelled2000, result.after.levelled2000);
   return table.text();
 }
 
 }  // namespace
 
-std::string ccmText(const ChartFit& result) {
-  std::string text = "Colour correction for " + quoted(result.photo) + ", light " +
-                     illumName(result.light) + ", tone curve " + result.gamma.name +
-                     "\n\nMatrix (rows sum to 1)\n" + matrixText(result.matrix) +
-                     "White-balance gains  R " + fixed(result.whiteBalance[0], 4) + "  G " +
-                     fixed(result.whiteBalance[1], 4) + "  B " + fixed(result.whiteBalance[2], 4) +
-                     "\nExposure gain        " + fixed(result.exposure, 4) +
-                     "\n\nColour error to the target\n" + errorText(result);
+std::string ccmText(const ChartFit& result, bool wide) {
+  std::string text =
+      "Colour correction for " + quoted(result.photo) + ", light " + illumTitle(result.light) +
+      ",\ntone curve " + result.gamma.name + ", " + samplesText(*result.levels) +
+      "\n\nMatrix (rows sum to 1)\n" + matrixText(result.matrix) + "White-balance gains  R " +
+      fixed(result.whiteBalance[0], 4) + "  G " + fixed(result.whiteBalance[1], 4) + "  B " +
+      fixed(result.whiteBalance[2], 4) + "\nExposure gain        " + fixed(result.exposure, 4) +
+      "\n\nColour error to the target (levelled: dE00 without the common difference of L*)\n" +
+      errorText(result);
   if (result.fit.m_chromaChangeWanted && result.fit.m_chromaChange)
     text += "Chroma against the target: wanted " +
             fixed(100 * *result.fit.m_chromaChangeWanted, 1) + " %, reached " +
             fixed(100 * *result.fit.m_chromaChange, 1) + " %\n";
-  text += "\n" + patchTableText({{"balanced", result.fit.m_uncorrectedLab},
-                                 {"corrected", result.correctedLab},
-                                 {"reference", result.fit.m_targetLab}},
-                                {{"", result.after}, {"before", result.before}});
-  text += "Balanced: with gains, without the matrix. Cost " + fixed(result.fit.m_firstCost, 4) +
-          " to " + fixed(result.fit.m_lastCost, 4) + " (" + formulaName(result.formula) + "), " +
-          std::to_string(result.fit.m_evaluations) + " evaluations in " +
-          std::to_string(result.fit.m_powellRuns) + " search(es): " + result.fit.m_stopReason +
-          "\n";
+  std::vector<LabColumns> charts;
+  if (wide) charts.push_back({"balanced", result.fit.m_uncorrectedLab});
+  charts.push_back({"corrected", result.correctedLab});
+  charts.push_back({"reference", result.fit.m_targetLab});
+  std::vector<DifferenceColumns> differences = {{"", result.after}};
+  if (wide) differences.push_back({"before", result.before});
+  text += "\n" + patchTableText(charts, differences, wide) + kSplitNote;
+  if (wide) text += "Balanced, before: with gains, without the matrix.\n";
+  text += "Cost " + fixed(result.fit.m_firstCost, 4) + " to " + fixed(result.fit.m_lastCost, 4) +
+          " (" + formulaName(result.formula) + "), " + std::to_string(result.fit.m_evaluations) +
+          " evaluations in\n" + std::to_string(result.fit.m_powellRuns) +
+          " search(es): " + result.fit.m_stopReason + "\n";
   return text;
 }
 

@@ -7,6 +7,6 @@
 namespace greycard::cli {
 
 /// A fit as aligned text for people, without its warnings.
-std::string ccmText(const ChartFit& fit);
+std::string ccmText(const ChartFit& fit, bool wide);
 
 }  // namespace greycard::cli

@@ -63,7 +63,7 @@ void printPlacement(const ChartDetection& detection) {
             << "  colour distance to the nominal chart " << fixed(detection.error, 0) << "\n";
 }
 
-void printSummary(const ChartSearch& search) {
+void printSummary(const ChartOptions& options, const ChartSearch& search) {
   const LocatedChart& chart = search.chart;
   const bool given = !chart.detection || chart.detection->method == ChartMethod::Corners;
   std::cout << "Chart " << (given ? "given" : "found") << " in " << quoted(search.photo) << "\n";
@@ -71,31 +71,31 @@ void printSummary(const ChartSearch& search) {
   if (chart.check)
     std::cout << "  likeness of the colours to the chart's " << fixed(chart.check->likeness, 2)
               << "\n";
-  printWarnings(chart.warnings());
+  options.printWarnings(chart.warnings());
 }
 
-void run(const ChartOptions& options) {
-  JobFiles files;
-  options.source.nameFiles(files);
-  files.output("--output", options.regionFile);
-  files.pictureOutput("--annotate", options.annotated);
-  files.textOutput("--json", options.json);
+void run(ChartOptions& options) {
+  options.source.nameFiles(options.files);
+  options.files.output("--output", options.regionFile);
+  options.files.pictureOutput("--annotate", options.annotated);
+  options.files.output("--json", options.json);
 
   const LocateOptions locate = options.source.options();
+  options.tellOptions(present::toJson(locate), present::toJson(LocateOptions{}));
   const Picture picture = options.source.read();
   const ChartSearch search = searchChart(picture, locate, options.source.photo);
   const LocatedChart& chart = search.chart;
 
   // Of use where the chart is refused too.
-  if (!options.annotated.empty()) writePicture(options.annotated, annotated(picture, chart));
+  if (!options.annotated.empty()) options.files.write(options.annotated, annotated(picture, chart));
   if (!options.debugFolder.empty()) writeStages(options.debugFolder, picture, chart, locate);
-  if (!options.json.empty()) writeText(options.json, present::toJson(search));
+  options.writeJson(present::toJson(search));
   locating([&] { search.require(); });
 
   const std::string regions = regionText(chart, options.quads);
-  if (!options.regionFile.empty()) writeWholeFile(options.regionFile, regions);
+  options.files.write(options.regionFile, regions);
   if (!options.printsText()) return;
-  printSummary(search);
+  printSummary(options, search);
   if (options.regionFile.empty()) std::cout << regions;
 }
 
@@ -120,7 +120,7 @@ void addChart(CLI::App& parent) {
   app.add_option("--debug", options->debugFolder,
                  "Folder for one numbered picture of each stage of the search")
       ->type_name("FOLDER");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

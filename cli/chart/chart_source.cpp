@@ -79,6 +79,7 @@ Point2 pointOf(const std::string& word) {
 void ChartSource::addTo(CLI::App& app) {
   app.add_option("photo", photo, "Photograph of a 24-patch chart (PNG, TIFF, JPEG, ...)")
       ->required()
+      ->transform(inputFile())
       ->type_name("PHOTO");
   app.add_option("--regions", locate.regions,
                  "Take the patches from this region file instead of looking for the chart")

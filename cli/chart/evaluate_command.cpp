@@ -23,32 +23,34 @@ struct EvaluateOptions : CommonOptions {
   double scale = 1.0;
 };
 
-void print(const ChartEvaluation& evaluation) {
+void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
   const ColourErrors& errors = evaluation.errors;
   std::cout << "Chart in " << quoted(evaluation.photo)
-            << " as linear sRGB, against the reference under " << illumName(evaluation.light)
-            << "\n\n"
+            << " as linear sRGB, against the reference under " << illumTitle(evaluation.light)
+            << ",\n"
+            << samplesText(*evaluation.levels) << "\n\n"
             << patchTableText(
                    {{"measured", evaluation.measuredLab}, {"reference", evaluation.referenceLab}},
-                   {{"", errors}})
-            << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
-            << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2)
-            << "; worst dE76 " << fixed(errors.cie76.worst, 2) << " at patch "
-            << errors.cie76.worstPatch + 1 << "\n";
-  printWarnings(evaluation.warnings);
+                   {{"", errors}}, options.wide)
+            << kSplitNote << "\nMean dE76 " << fixed(errors.cie76.mean, 2) << ", dE94 "
+            << fixed(errors.cie94.mean, 2) << ", dE00 " << fixed(errors.ciede2000.mean, 2) << " ("
+            << fixed(errors.levelled2000.mean, 2)
+            << " without the common difference of L*);\nworst dE76 " << fixed(errors.cie76.worst, 2)
+            << " at patch " << errors.cie76.worstPatch + 1 << "\n";
+  options.printWarnings(evaluation.warnings);
 }
 
-void run(const EvaluateOptions& options) {
-  JobFiles files;
-  options.source.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(EvaluateOptions& options) {
+  options.source.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
+  options.tellOptions(present::toJson(evaluation), present::toJson(EvaluationOptions{}));
   const Picture picture = options.source.read();
   const ChartEvaluation result =
       locating([&] { return evaluateChart(picture, evaluation, options.source.photo); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
-  if (options.printsText()) print(result);
+  options.writeJson(present::toJson(result));
+  if (options.printsText()) print(options, result);
 }
 
 }  // namespace
@@ -64,7 +66,7 @@ void addEvaluate(CLI::App& parent) {
       ->check(numbersFrom(1e-6, 1e6))
       ->capture_default_str()
       ->type_name("FACTOR");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

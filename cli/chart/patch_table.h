@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "greycard/colour_errors.h"
+#include "greycard/patch_sampler.h"
 #include "greycard/types.h"
 
 namespace greycard::cli {
@@ -21,7 +22,15 @@ struct DifferenceColumns {
 };
 
 /// Aligned text, a line per patch: number, name, charts, differences.
+/// \param wide  dE76 and dE94 too
 std::string patchTableText(const std::vector<LabColumns>& charts,
-                           const std::vector<DifferenceColumns>& differences);
+                           const std::vector<DifferenceColumns>& differences, bool wide);
+
+/// What a table's last columns are.
+inline constexpr const char* kSplitNote =
+    "dL*, dC*, dH*: the difference to the reference in lightness, chroma and hue.\n";
+
+/// "samples srgb, 0 to 255": what samples were taken to mean.
+std::string samplesText(const SampleLevels& levels);
 
 }  // namespace greycard::cli

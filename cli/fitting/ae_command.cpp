@@ -27,22 +27,21 @@ struct AeOptions : CommonOptions {
 };
 
 // The pictures of a file come before those of the command line.
-ExposureJob jobOf(const AeOptions& options) {
+ExposureJob jobOf(AeOptions& options) {
   if (options.fit.empty() && options.pictures.empty())
     throw UsageError("name a FIT.json, or pictures with --image and --target");
   if (options.pictures.size() != options.targets.size())
     throw UsageError("there must be one --target for each --image");
   if (options.search.maxSeconds == 0.0 && options.search.maxEvaluations == 0)
     throw UsageError("with --time 0, limit the --evaluations");
-  JobFiles files;
-  files.input("FIT.json", options.fit);
-  for (const auto& picture : options.pictures) files.input("--image", picture);
-  files.output("--plot", options.plot);
-  files.textOutput("--json", options.json);
+  options.files.input("FIT.json", options.fit);
+  for (const auto& picture : options.pictures) options.files.input("--image", picture);
+  options.files.output("--plot", options.plot);
+  options.files.output("--json", options.json);
   ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
   for (std::size_t i = 0; i < job.images.size(); ++i)
     if (const auto& picture = job.images[i].picture)
-      files.input("images[" + std::to_string(i) + "].picture", *picture);
+      options.files.input("images[" + std::to_string(i) + "].picture", *picture);
   for (std::size_t i = 0; i < options.pictures.size(); ++i) {
     ExposureImage& image = job.images.emplace_back();
     image.picture = options.pictures[i];
@@ -55,13 +54,13 @@ ExposureJob jobOf(const AeOptions& options) {
 }
 
 template <typename Result>
-void write(const AeOptions& options, const ExposureJob& job, const Result& result) {
-  if (!options.plot.empty()) writeWholeFile(options.plot, present::exposurePlot(result));
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+void write(AeOptions& options, const ExposureJob& job, const Result& result) {
+  if (!options.plot.empty()) options.files.write(options.plot, present::exposurePlot(result));
+  options.writeJson(present::toJson(result));
   if (options.printsText()) std::cout << aeText(job, result);
 }
 
-void run(const AeOptions& options) {
+void run(AeOptions& options) {
   const ExposureJob job = jobOf(options);
   if (options.manual) return write(options, job, evaluateExposure(job));
   write(options, job, [&] {
@@ -86,6 +85,7 @@ void addAe(CLI::App& parent) {
   app.add_option(
          "fit", options->fit,
          "Bounds, start, flags and images as JSON (docs/ae_json.md); not needed with --image")
+      ->transform(inputFile())
       ->type_name("FIT.json");
   CLI::Option* const image =
       app.add_option("--image", options->pictures, "A picture more, of which histograms are made")
@@ -119,9 +119,7 @@ void addAe(CLI::App& parent) {
   addAeLumaMatch(app);
   for (CLI::Option* option : app.get_options())  // which luma-match would pass over in silence
     if (option != app.get_help_ptr()) app.get_subcommand("luma-match")->excludes(option);
-  app.callback([options, &app] {
-    if (app.get_subcommands().empty()) run(*options);
-  });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -34,14 +34,14 @@ Vector3 colourFrom(const std::string& text) {
   return colour;
 }
 
-void run(const LumaOptions& options) {
-  JobFiles().textOutput("--json", options.json);
+void run(LumaOptions& options) {
+  options.files.output("--json", options.json);
   LumaMatchOptions colours;
   colours.test = colourFrom(options.test);
   colours.target = colourFrom(options.target);
   colours.search.seed = options.seed;
   const LumaMatch match = matchLuma(colours);
-  if (!options.json.empty()) writeText(options.json, present::toJson(match));
+  options.writeJson(present::toJson(match));
   if (!options.printsText()) return;
   std::cout << "factor " << fixed(match.factor, 6) << "\nL* of the test colour "
             << fixed(match.testL, 4) << ", scaled " << fixed(match.scaledL, 4) << ", of the target "
@@ -64,7 +64,7 @@ void addAeLumaMatch(CLI::App& ae) {
   app.add_option("--seed", options->seed, "Seed of the random numbers")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, UINT32_MAX));
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -12,6 +12,8 @@
 #include "greycard/present/fitting.h"
 #include "greycard/present/measured_chart.h"
 #include "job_files.h"
+#include "matrix_option.h"
+#include "option_checks.h"
 #include "skin_text.h"
 #include "sub_commands.h"
 #include "text_output.h"
@@ -28,16 +30,9 @@ struct SkinCommandOptions : CommonOptions {
 
 // The matrix of --ccm, or that of the last chart.
 void takeMatrix(const SkinCommandOptions& options, const MeasuredChart& last, SkinOptions& skin) {
-  if (namesFile(options.ccm)) {
-    skin.matrix = present::readMatrix(options.ccm);
-    skin.matrixFrom = options.ccm;
-  } else if (!options.ccm.empty()) {
-    try {
-      skin.matrix = present::matrixFromNumbers(options.ccm);
-      skin.matrixFrom = "--ccm";
-    } catch (const std::invalid_argument& error) {
-      throw UsageError("--ccm " + options.ccm + " is neither a file nor a matrix: " + error.what());
-    }
+  if (!options.ccm.empty()) {
+    skin.matrix = matrixFromOption("--ccm", options.ccm);
+    skin.matrixFrom = namesFile(options.ccm) ? options.ccm : "--ccm";
   } else if (!last.matrix) {
     throw UsageError(
         "a colour-correction matrix is needed: give --ccm, or as CHART_T84 what greycard ccm "
@@ -45,14 +40,13 @@ void takeMatrix(const SkinCommandOptions& options, const MeasuredChart& last, Sk
   }
 }
 
-void run(const SkinCommandOptions& options) {
-  JobFiles files;
+void run(SkinCommandOptions& options) {
   for (std::size_t light = 0; light < kSkinLights.size(); ++light)
-    files.input(std::string("CHART_") + kSkinLights[light], options.charts[light]);
-  if (namesFile(options.ccm)) files.input("--ccm", options.ccm);
-  files.output("--csv", options.csv);
-  files.output("--plot", options.plot);
-  files.textOutput("--json", options.json);
+    options.files.input(std::string("CHART_") + kSkinLights[light], options.charts[light]);
+  if (namesFile(options.ccm)) options.files.input("--ccm", options.ccm);
+  options.files.output("--csv", options.csv);
+  options.files.output("--plot", options.plot);
+  options.files.output("--json", options.json);
 
   cameraGamma(options.gamma);  // a wrong name is told before the charts are looked for
   SkinCharts charts;
@@ -65,12 +59,12 @@ void run(const SkinCommandOptions& options) {
   takeMatrix(options, charts.back(), skin);
   const SkinCalibration result = calibrateSkin(charts, skin, options.charts);
 
-  if (!options.csv.empty()) writeWholeFile(options.csv, present::skinCsv(result));
-  if (!options.plot.empty()) writeWholeFile(options.plot, present::skinPlot(result));
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+  if (!options.csv.empty()) options.files.write(options.csv, present::skinCsv(result));
+  if (!options.plot.empty()) options.files.write(options.plot, present::skinPlot(result));
+  options.writeJson(present::toJson(result));
   if (!options.printsText()) return;
   std::cout << skinText(result);
-  printWarnings(result.warnings);
+  options.printWarnings(result.warnings);
 }
 
 }  // namespace
@@ -91,6 +85,7 @@ void addSkin(CLI::App& parent) {
                    std::string("The chart under ") + kDescriptions[light] +
                        ": a photograph, or what greycard ccm --json wrote")
         ->required()
+        ->transform(inputFile())
         ->type_name(std::string("CHART_") + kSkinLights[light]);
   app.add_option("--ccm", options->ccm,
                  "Colour-correction matrix for all three lights: nine numbers row by row, a file "
@@ -104,7 +99,7 @@ void addSkin(CLI::App& parent) {
   options->source.addSharedOptions(app, static_cast<int>(kSkinLights.size()));
   app.add_option("--csv", options->csv, "A line per synthetic colour")->type_name("FILE");
   app.add_option("--plot", options->plot, "Saturation over hue ratio, as SVG")->type_name("FILE");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -12,6 +12,7 @@
 #include "greycard/number_text.h"
 #include "greycard/present/fitting.h"
 #include "job_files.h"
+#include "option_checks.h"
 #include "sub_commands.h"
 #include "text_output.h"
 #include "text_table.h"
@@ -83,11 +84,10 @@ void print(const WhiteBalanceMapping& result) {
             << general(result.largestResidual(), 3) << "\n";
 }
 
-void run(const WbMapOptions& options) {
-  JobFiles files;
-  files.input("--points", options.pointsFile);
-  files.output("--csv", options.csv);
-  files.textOutput("--json", options.json);
+void run(WbMapOptions& options) {
+  options.files.input("--points", options.pointsFile);
+  options.files.output("--csv", options.csv);
+  options.files.output("--json", options.json);
   WhiteBalanceOptions job;
   job.from = references("--from", options.from);
   job.to = references("--to", options.to);
@@ -98,8 +98,8 @@ void run(const WbMapOptions& options) {
   }
   const WhiteBalanceMapping result = mapWhiteBalance(job);
 
-  if (!options.csv.empty()) writeWholeFile(options.csv, present::wbMapCsv(result));
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+  if (!options.csv.empty()) options.files.write(options.csv, present::wbMapCsv(result));
+  options.writeJson(present::toJson(result));
   if (options.printsText()) print(result);
 }
 
@@ -127,10 +127,11 @@ void addWbMap(CLI::App& parent) {
   app.add_option("--points", options->pointsFile,
                  "File of points to map: RG,BG or RG BG a line; blank lines and lines that begin "
                  "with # are passed over")
+      ->transform(inputFile())
       ->type_name("FILE");
   app.add_option("--csv", options->csv, "Points and mapped points to write, as CSV")
       ->type_name("FILE");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

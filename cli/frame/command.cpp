@@ -10,6 +10,7 @@
 #include "greycard/diagnostics.h"
 #include "greycard/names.h"
 #include "greycard/version.h"
+#include "text_output.h"
 
 namespace greycard::cli {
 namespace {
@@ -31,6 +32,29 @@ void listenToLibrary() {
   setDebugLog([](int level, std::string_view category, std::string_view text) {
     std::cerr << category << " (" << level << "): " << text << '\n';
   });
+}
+
+// The program with the command line that it was started with.
+class Program : public CLI::App {
+ public:
+  using CLI::App::App;
+  std::string commandLine;
+};
+
+// As it can be given to a shell again.
+std::string shellWord(const std::string& word) {
+  constexpr std::string_view kPlain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_./,:=+@%";
+  if (word.find_first_not_of(kPlain) == std::string::npos) return word;
+  std::string text = "'";
+  for (const char c : word) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return text + "'";
+}
+
+std::string commandLineOf(int argc, char** argv) {
+  std::string line = "greycard";
+  for (int i = 1; i < argc; ++i) line += " " + shellWord(argv[i]);
+  return line;
 }
 
 // The chain of sub-commands as far as the command line was understood.
@@ -107,15 +131,50 @@ CLI::App& addSubCommand(CLI::App& parent, const std::string& name, const std::st
   app.footer(footer);
   app.add_option("--json", options.json, "Write the figures as JSON; - for standard output")
       ->type_name("FILE");
+  app.add_flag("--quiet", options.quiet, "No text but errors");
+  app.add_flag("--wide", options.wide, "All columns, and lines longer than 100 characters");
   app.add_flag_callback("--verbose", listenToLibrary,
                         "Let the library's diagnostics through, on standard error");
   return app;
 }
 
+void CommonOptions::tellOptions(std::string_view job, std::string_view defaults) {
+  provenance.options = present::changedOptions(job, defaults);
+  tellsProvenance = true;
+}
+
+void CommonOptions::writeJson(std::string_view result) {
+  if (!json.empty()) files.write(json, present::stamped(result, provenance));
+}
+
+void CommonOptions::printWarnings(const std::vector<std::string>& warnings) const {
+  for (const std::string& warning : warnings) printParagraph("Warning: " + warning, wide);
+}
+
+void beginJob(const CLI::App& app, CommonOptions& options) {
+  const CLI::App* program = &app;
+  while (program->get_parent() != nullptr) program = program->get_parent();
+  const auto* whole = dynamic_cast<const Program*>(program);
+  options.provenance = present::provenanceNow(whole != nullptr ? whole->commandLine : "");
+}
+
+void endJob(const CommonOptions& options) {
+  if (!options.printsText()) return;
+  std::cout << options.files.written();
+  if (!options.tellsProvenance) return;
+  std::string changed;
+  for (const auto& [name, value] : options.provenance.options)
+    changed += (changed.empty() ? "" : "; ") + name + " " + present::plainValue(value);
+  if (!changed.empty()) printParagraph("Options: " + printable(changed), options.wide);
+  std::cout << "greycard " << options.provenance.version << ", " << options.provenance.created
+            << "\n";
+}
+
 int runGreycard(int argc, char** argv, void (*addSubCommands)(CLI::App& program)) {
   silenceLibrary();
-  CLI::App app("Camera image-quality tuning: tone curves, chart detection, colour correction",
-               "greycard");
+  Program app("Camera image-quality tuning: tone curves, chart detection, colour correction",
+              "greycard");
+  app.commandLine = commandLineOf(argc, argv);
   app.set_version_flag("--version", std::string("greycard ") + libraryVersion());
   app.footer(
       "Example:\n  greycard simulate -o chart.png\n\n"

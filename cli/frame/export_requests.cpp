@@ -10,8 +10,8 @@
 namespace greycard::cli {
 namespace {
 
-std::string line(const std::string& start, const std::vector<std::string>& notes) {
-  std::string text = start;
+std::string noteText(const std::string& kind, const std::vector<std::string>& notes) {
+  std::string text = " (" + kind + ")";
   for (std::size_t i = 0; i < notes.size(); ++i) text += (i == 0 ? ": " : "; ") + notes[i];
   return text;
 }
@@ -78,25 +78,18 @@ bool ExportRequests::asksFor(const std::vector<std::string>& formats) const {
   });
 }
 
-std::vector<std::string> ExportRequests::write(const exchange::Material& material) const {
+void ExportRequests::write(JobFiles& files, const exchange::Material& material) const {
   struct Output {
     const std::filesystem::path& file;
-    std::string start;
+    std::string kind;
     exchange::Exported exported;
   };
   std::vector<Output> outputs;  // all of them before any is written
   for (const auto& [format, file] : m_wanted)
-    outputs.push_back({file, "Wrote " + quoted(file) + " (" + format + ")",
-                       exchange::exportAs(format, material, m_options)});
-  if (!m_update.empty())
-    outputs.push_back({m_update, "Updated " + quoted(m_update), updated(m_update, material)});
-
-  std::vector<std::string> lines;
-  for (const auto& [file, start, exported] : outputs) {
-    writeWholeFile(file, exported.bytes);
-    lines.push_back(line(start, exported.notes));
-  }
-  return lines;
+    outputs.push_back({file, format, exchange::exportAs(format, material, m_options)});
+  if (!m_update.empty()) outputs.push_back({m_update, "updated", updated(m_update, material)});
+  for (const auto& [file, kind, exported] : outputs)
+    files.write(file, exported.bytes, noteText(kind, exported.notes));
 }
 
 }  // namespace greycard::cli

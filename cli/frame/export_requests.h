@@ -23,8 +23,8 @@ class ExportRequests {
   bool any() const { return !m_wanted.empty() || !m_update.empty(); }
   /// Whether one of these formats is asked for.
   bool asksFor(const std::vector<std::string>& formats) const;
-  /// Writes all files. \return a line for people for each
-  std::vector<std::string> write(const exchange::Material& material) const;
+  /// Writes all files, with what is to be said of each.
+  void write(JobFiles& files, const exchange::Material& material) const;
 
  private:
   struct Request {

@@ -1,13 +1,16 @@
 #include "job_files.h"
 
+#include <algorithm>
+#include <iostream>
 #include <system_error>
 
 #include "command.h"
 #include "greycard/files.h"
-#include "greycard/picture.h"
 
 namespace greycard::cli {
 namespace {
+
+constexpr const char* kStandardOutput = "-";
 
 // By their place in the file system, so that "a.png" and "./a.png" are seen to be one.
 bool isSame(const std::filesystem::path& a, const std::filesystem::path& b) {
@@ -24,22 +27,15 @@ void JobFiles::input(const std::string& option, const std::filesystem::path& pat
   if (!path.empty()) add({option, path, false});
 }
 
-void JobFiles::textOutput(const std::string& option, const std::filesystem::path& path) {
-  if (path == "-")
-    add({option, path, true});
-  else
-    output(option, path);
-}
-
 void JobFiles::pictureOutput(const std::string& option, const std::filesystem::path& path) {
   output(option, path);
-  if (!path.empty()) checkPictureName(path);
+  if (!path.empty() && path != kStandardOutput) checkPictureName(path);
 }
 
 void JobFiles::output(const std::string& option, const std::filesystem::path& path) {
   if (path.empty()) return;
-  if (path == "-") throw UsageError(option + " can't be written to standard output; name a file");
   add({option, path, true});
+  if (path == kStandardOutput) return;
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
     throw JobError("can't write " + quoted(path) + ": it is a folder; name a file in it");
@@ -49,9 +45,45 @@ void JobFiles::output(const std::string& option, const std::filesystem::path& pa
                    "; create it first");
 }
 
+void JobFiles::write(const std::filesystem::path& path, std::string_view bytes,
+                     const std::string& note) {
+  if (path.empty()) return;
+  if (path == kStandardOutput)
+    std::cout << bytes;
+  else
+    writeWholeFile(path, bytes);
+  remember(path, note);
+}
+
+void JobFiles::write(const std::filesystem::path& path, const Picture& picture,
+                     const std::string& note) {
+  if (path.empty()) return;
+  if (path == kStandardOutput) {
+    const auto bytes = encodePng(picture);
+    std::cout << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  } else {
+    writePicture(path, picture);
+  }
+  remember(path, note);
+}
+
+void JobFiles::remember(const std::filesystem::path& path, const std::string& note) {
+  if (path != kStandardOutput) m_written += "Wrote " + quoted(path) + note + "\n";
+}
+
+bool JobFiles::takesStandardOutput() const {
+  return std::ranges::any_of(
+      m_files, [](const File& file) { return file.written && file.path == kStandardOutput; });
+}
+
+std::string JobFiles::written() const {
+  return m_written;
+}
+
 void JobFiles::add(File file) {
   for (const auto& other : m_files) {
-    if (!(file.written || other.written) || !isSame(file.path, other.path)) continue;
+    const bool shares = !file.written && !other.written && file.path != kStandardInput;
+    if (shares || !isSame(file.path, other.path)) continue;
     throw UsageError(other.option + " and " + file.option + " name the same file " +
                      quoted(file.path));
   }

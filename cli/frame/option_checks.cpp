@@ -1,10 +1,12 @@
 #include "option_checks.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <string>
 
 #include "greycard/number_text.h"
+#include "job_files.h"
 #include "text_table.h"
 
 namespace greycard::cli {
@@ -35,12 +37,36 @@ CLI::Validator numbersFrom(double low, double high) {
       range);
 }
 
+CLI::Validator inputFile() {
+  CLI::Validator change;
+  change.operation([](std::string& word) {
+    if (word == "-") word = kStandardInput;
+    return std::string();
+  });
+  change.description("");
+  return change;
+}
+
 CLI::Validator anyFiniteNumber() {
   return checkOf(
       "a finite number",
       [](const std::string& word) {
         const auto value = numberOf<double>(word);
         return value && std::isfinite(*value);
+      },
+      "");
+}
+
+CLI::Validator namesOrNumbers(std::vector<std::string> names, double low, double high) {
+  const auto isName = [names](const std::string& text) {
+    return std::ranges::find(names, text) != names.end();
+  };
+  return CLI::Validator(
+      [isName, check = numbersFrom(low, high), names](std::string& text) -> std::string {
+        if (isName(text) || check(text).empty()) return {};
+        std::string list;
+        for (const std::string& name : names) list += name + ", ";
+        return "\"" + text + "\" is neither one of " + list + "nor a number within the range";
       },
       "");
 }

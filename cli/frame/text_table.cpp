@@ -3,16 +3,11 @@
 #include <algorithm>
 
 namespace greycard::cli {
-namespace {
-
-// In code points of UTF-8, which is enough for the letters and signs that we print.
 std::size_t widthOf(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
   }));
 }
-
-}  // namespace
 
 TextTable::TextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {}
 

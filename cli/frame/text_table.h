@@ -1,9 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace greycard::cli {
+
+/// Characters of a text in UTF-8, which is enough for the letters and signs that we print.
+std::size_t widthOf(std::string_view text);
 
 /// A table for people: columns as wide as their widest cell, two blanks between them.
 class TextTable {

@@ -5,6 +5,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/gamma_curve_model.h"
+#include "option_checks.h"
 
 namespace greycard::cli {
 namespace {
@@ -43,6 +44,7 @@ void CurveChoice::addTo(CLI::App& app) {
   app.add_option("curve", name,
                  "A curve of the catalogue (greycard gamma list), HDR10, HLG, or a file of a curve")
       ->required()
+      ->transform(inputFile())
       ->type_name("NAME|FILE");
   app.add_option("--channel", channel, "Of the curve; all is the same as red")
       ->capture_default_str()
@@ -69,12 +71,13 @@ void CurvePlotOptions::nameFiles(JobFiles& files) const {
 }
 
 void CurvePlotOptions::write(
+    JobFiles& files,
     const std::function<std::string(const std::optional<CurveTables>&)>& draw) const {
   if (plot.empty()) return;
   std::optional<CurveTables> comparison;
   if (!against.empty())
     comparison = withNotesPrinted([this] { return comparisonCurve(against); }).curve;
-  writeWholeFile(plot, draw(comparison));
+  files.write(plot, draw(comparison));
 }
 
 void addCurveFileForm(CLI::App& app, CurveFileForm& form) {

@@ -53,7 +53,8 @@ struct CurvePlotOptions {
   /// Names the plot and a curve file to compare with. \throws UsageError for --against alone
   void nameFiles(JobFiles& files) const;
   /// Writes what `draw` makes of the curve to compare with, if there is a plot to write.
-  void write(const std::function<std::string(const std::optional<CurveTables>&)>& draw) const;
+  void write(JobFiles& files,
+             const std::function<std::string(const std::optional<CurveTables>&)>& draw) const;
 };
 
 /// The shape of a curve file.

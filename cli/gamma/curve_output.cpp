@@ -1,11 +1,7 @@
 #include "curve_output.h"
 
-#include <iostream>
-
-#include "greycard/files.h"
 #include "greycard/names.h"
 #include "greycard/present/gamma.h"
-#include "text_output.h"
 
 namespace greycard::cli {
 
@@ -16,24 +12,24 @@ void CurveOutput::addTo(CLI::App& app) {
   exports.addTo(app, exchange::MaterialKind::Curve);
 }
 
-void CurveOutput::nameFiles(JobFiles& files) {
+void CurveOutput::nameFiles() {
   files.output("--output", output);
   plot.nameFiles(files);
-  files.textOutput("--json", json);
+  files.output("--json", json);
   exports.nameFiles(files);
 }
 
-void CurveOutput::write(const GammaCurve& curve) const {
-  const CurveExport exported = exportCurve(curve, output, form);
-  plot.write([&](const auto& against) { return present::curvePlot(exported.curve, against); });
-  if (!json.empty()) writeText(json, present::toJson(exported));
-  std::vector<std::string> lines;
-  if (exports.any()) lines = exports.write(exported.curve);
-  if (!printsText()) return;
-  std::cout << printable(curve.Name()) << ": "
-            << (exported.curve.unified ? "one table" : "three tables") << " of " << form.values
-            << " values of " << form.bits << " bits in " << quoted(output) << '\n';
-  for (const std::string& line : lines) std::cout << line << '\n';
+void CurveOutput::write(const GammaCurve& curve) {
+  const CurveExport exported{curveTables(curve), output, form};
+  files.write(output, curveFileText(curve, form),
+              ": " + printable(curve.Name()) +
+                  (exported.curve.unified ? ", one table of " : ", three tables of ") +
+                  std::to_string(form.values) + " values of " + std::to_string(form.bits) +
+                  " bits");
+  plot.write(files,
+             [&](const auto& against) { return present::curvePlot(exported.curve, against); });
+  writeJson(present::toJson(exported));
+  if (exports.any()) exports.write(files, exported.curve);
 }
 
 }  // namespace greycard::cli

@@ -18,9 +18,8 @@ struct CurveOutput : CommonOptions {
 
   void addTo(CLI::App& app);
   /// Names all that will be written.
-  void nameFiles(JobFiles& files);
-  /// Writes it, and tells about it in a line each.
-  void write(const GammaCurve& curve) const;
+  void nameFiles();
+  void write(const GammaCurve& curve);
 };
 
 }  // namespace greycard::cli

@@ -14,11 +14,11 @@
 namespace greycard::cli {
 namespace {
 
-void list(const CommonOptions& options) {
-  JobFiles().textOutput("--json", options.json);
+void list(CommonOptions& options) {
+  options.files.output("--json", options.json);
   const GammaCurveModel catalogue(true);
   const GammaCatalogueListing listing = listCurves(catalogue);
-  if (!options.json.empty()) writeText(options.json, present::toJson(listing));
+  options.writeJson(present::toJson(listing));
   if (!options.printsText()) return;
   TextTable table({{"curve", TextTable::Align::Left},
                    {"entries"},
@@ -43,9 +43,10 @@ void list(const CommonOptions& options) {
 
 void addGammaList(CLI::App& gamma) {
   const auto options = std::make_shared<CommonOptions>();
-  addSubCommand(gamma, "list", "The names of the catalogue, with a few outputs of each curve",
-                "greycard gamma list", *options)
-      .callback([options] { list(*options); });
+  CLI::App& app =
+      addSubCommand(gamma, "list", "The names of the catalogue, with a few outputs of each curve",
+                    "greycard gamma list", *options);
+  setJob(app, options, list);
 }
 
 void addGamma(CLI::App& parent) {

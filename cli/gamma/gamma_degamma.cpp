@@ -37,17 +37,16 @@ void print(const DeGammaResult& result) {
            "lines give no single input.\n";
 }
 
-void run(const DegammaOptions& options) {
-  JobFiles files;
-  nameCurveFile(files, "the curve file", options.curve);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(DegammaOptions& options) {
+  nameCurveFile(options.files, "the curve file", options.curve);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const GammaCurvePtr curve = curveFromOption(options.curve);
   const DeGammaResult result = degammaColour(*curve, options.colour);
-  options.plot.write([&](const auto& against) {
+  options.plot.write(options.files, [&](const auto& against) {
     return present::curvePlot(result, curveTables(*curve), against);
   });
-  if (!options.json.empty()) writeText(options.json, present::toJson(result));
+  options.writeJson(present::toJson(result));
   if (options.printsText()) print(result);
 }
 
@@ -70,7 +69,7 @@ void addGammaDegamma(CLI::App& gamma) {
         ->required()
         ->check(numbersFrom(0.0, 255.0));
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

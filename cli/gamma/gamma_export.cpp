@@ -4,6 +4,7 @@
 
 #include "curve_output.h"
 #include "gamma_commands.h"
+#include "option_checks.h"
 
 namespace greycard::cli {
 namespace {
@@ -13,9 +14,8 @@ struct ExportOptions : CurveOutput {
 };
 
 void run(ExportOptions& options) {
-  JobFiles files;
-  nameCurveFile(files, "the curve file", options.name);
-  options.nameFiles(files);
+  nameCurveFile(options.files, "the curve file", options.name);
+  options.nameFiles();
   options.write(*curveFromOption(options.name));
 }
 
@@ -29,9 +29,10 @@ void addGammaExport(CLI::App& gamma) {
   app.add_option("curve", options->name,
                  "A curve of the catalogue, HDR10, HLG, or a file of a curve to convert")
       ->required()
+      ->transform(inputFile())
       ->type_name("NAME|FILE");
   options->addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

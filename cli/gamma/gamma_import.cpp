@@ -10,6 +10,7 @@
 #include "gamma_commands.h"
 #include "greycard/names.h"
 #include "greycard/present/gamma.h"
+#include "option_checks.h"
 #include "text_output.h"
 #include "text_table.h"
 
@@ -24,23 +25,24 @@ struct ImportOptions : CommonOptions {
   CurvePlotOptions plot;
 };
 
-void nameFiles(const ImportOptions& options) {
+void nameFiles(ImportOptions& options) {
   if (!options.exports.empty() && options.exports.size() != options.inputs.size())
     throw UsageError("--export takes as many files as are imported");
-  JobFiles files;
-  for (const std::string& input : options.inputs) files.input("a curve file", input);
-  for (const auto& path : options.exports) files.output("--export", path);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+  for (const std::string& input : options.inputs) options.files.input("a curve file", input);
+  for (const auto& path : options.exports) options.files.output("--export", path);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
 }
 
 // The curve of each file goes to the file that stands in the same place behind --export.
 void exportAll(const GammaCurveModel& catalogue, const CurveImportReport& report,
-               const ImportOptions& options) {
+               ImportOptions& options) {
   auto next = report.curves.begin();
   for (std::size_t i = 0; i < options.exports.size() && next != report.curves.end(); ++i) {
     if (next->file != options.inputs[i]) continue;
-    exportCurve(*catalogue.GetGammaCurveByName(next->curve.name), options.exports[i], options.form);
+    options.files.write(
+        options.exports[i],
+        curveFileText(*catalogue.GetGammaCurveByName(next->curve.name), options.form));
     ++next;
   }
 }
@@ -81,15 +83,16 @@ void printText(const CurveImportReport& report) {
       std::cout << "note: " << noteText(imported.file, note) << '\n';
 }
 
-void run(const ImportOptions& options) {
+void run(ImportOptions& options) {
   nameFiles(options);
   GammaCurveModel catalogue(true);
   const std::vector<std::filesystem::path> files(options.inputs.begin(), options.inputs.end());
   const CurveImportReport report = importCurves(catalogue, files, options.import);
   if (report.curves.empty()) return tellRefusals(report);
   exportAll(catalogue, report, options);
-  options.plot.write([&](const auto& against) { return present::curvePlot(report, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(report));
+  options.plot.write(options.files,
+                     [&](const auto& against) { return present::curvePlot(report, against); });
+  options.writeJson(present::toJson(report));
   if (options.printsText()) printText(report);
   tellRefusals(report);
 }
@@ -100,12 +103,15 @@ void addGammaImport(CLI::App& gamma) {
   const auto options = std::make_shared<ImportOptions>();
   CLI::App& app = addSubCommand(
       gamma, "import",
-      "What files of curves hold, and what of it could not be used; also converts them. A file "
-      "may\n"
-      "be a curve file, .cube (1D), CSV of one to four columns, JSON or YAML lists, C arrays, or\n"
+      "What files of curves hold, and what of it could not be used; also converts them. A file\n"
+      "may be a curve file, .cube (1D), CSV of one to four columns, JSON or YAML lists, C arrays, "
+      "or\n"
       "plain numbers; its content tells.",
       "greycard gamma import outdoor.txt --export outdoor64.txt --size 64 --bits 8", *options);
-  app.add_option("file", options->inputs, "Files of curves")->required()->type_name("FILE...");
+  app.add_option("file", options->inputs, "Files of curves")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("FILE...");
   app.add_flag("--from-points", options->import.fromPoints,
                "Compute each curve from the control points of its file, whatever its table says");
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
@@ -113,7 +119,7 @@ void addGammaImport(CLI::App& gamma) {
   addCurveFileForm(app, options->form);
   for (const char* shape : {"--size", "--bits"}) app.get_option(shape)->needs("--export");
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

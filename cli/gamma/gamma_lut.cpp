@@ -21,19 +21,18 @@ struct LutOptions : CommonOptions {
   std::filesystem::path output;
 };
 
-void run(const LutOptions& options) {
+void run(LutOptions& options) {
   if (options.kind == "12bit" && options.bits == 14)
     throw UsageError("--kind 12bit takes a curve of 8 bits; leave out --bits");
-  JobFiles files;
-  options.choice.nameFile(files);
-  files.output("--output", options.output);
-  files.textOutput("--json", options.json);
+  options.choice.nameFile(options.files);
+  options.files.output("--output", options.output);
+  options.files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const CurveLut lut = buildCurveLut(*curve, {enumFrom<LutKind>(kLutKindNames, options.kind),
                                               options.choice.curveChannel(), options.bits});
   const std::string text = lutText(lut);
-  if (!options.output.empty()) writeWholeFile(options.output, text);
-  if (!options.json.empty()) writeText(options.json, present::toJson(lut));
+  options.files.write(options.output, text);
+  options.writeJson(present::toJson(lut));
   if (options.printsText() && options.output.empty()) std::cout << text;
 }
 
@@ -63,7 +62,7 @@ void addGammaLut(CLI::App& gamma) {
       ->type_name("N");
   app.add_option("-o,--output", options->output, "File for the values instead of standard output")
       ->type_name("FILE");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -24,24 +24,21 @@ struct InvertOptions : CurveOutput {
 };
 
 void power(PowerOptions& options) {
-  JobFiles files;
-  options.nameFiles(files);
+  options.nameFiles();
   options.write(*powerCurve(options.denominator));
 }
 
 void merge(MergeOptions& options) {
-  JobFiles files;
-  for (const std::string& name : options.names) nameCurveFile(files, "a curve file", name);
-  options.nameFiles(files);
+  for (const std::string& name : options.names) nameCurveFile(options.files, "a curve file", name);
+  options.nameFiles();
   std::array<GammaCurvePtr, 3> curves;
   for (std::size_t c = 0; c < curves.size(); ++c) curves[c] = curveFromOption(options.names[c]);
   options.write(*mergedCurve(options.output.stem().string(), *curves[0], *curves[1], *curves[2]));
 }
 
 void invert(InvertOptions& options) {
-  JobFiles files;
-  nameCurveFile(files, "the curve file", options.name);
-  options.nameFiles(files);
+  nameCurveFile(options.files, "the curve file", options.name);
+  options.nameFiles();
   options.write(*invertedCurve(*curveFromOption(options.name)));
 }
 
@@ -56,7 +53,7 @@ void addGammaPower(CLI::App& gamma) {
       ->type_name("NUMBER")
       ->check(numbersFrom(0.1, 10.0));
   options->addTo(app);
-  app.callback([options] { power(*options); });
+  setJob(app, options, power);
 }
 
 void addGammaMerge(CLI::App& gamma) {
@@ -69,9 +66,10 @@ void addGammaMerge(CLI::App& gamma) {
     app.add_option(kChannels[c], options->names[c],
                    "Curve for this channel: of the catalogue, HDR10, HLG, or a file of a curve")
         ->required()
+        ->transform(inputFile())
         ->type_name("NAME|FILE");
   options->addTo(app);
-  app.callback([options] { merge(*options); });
+  setJob(app, options, merge);
 }
 
 void addGammaInvert(CLI::App& gamma) {
@@ -82,9 +80,10 @@ void addGammaInvert(CLI::App& gamma) {
   app.add_option("curve", options->name,
                  "A curve of the catalogue, HDR10, HLG, or a file of a curve")
       ->required()
+      ->transform(inputFile())
       ->type_name("NAME|FILE");
   options->addTo(app);
-  app.callback([options] { invert(*options); });
+  setJob(app, options, invert);
 }
 
 }  // namespace greycard::cli

@@ -34,18 +34,18 @@ void print(const ControlPointReduction& reduction) {
             << reduction.largestDeviationIndex << ".\n";
 }
 
-void run(const PointsOptions& options) {
-  JobFiles files;
-  options.choice.nameFile(files);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(PointsOptions& options) {
+  options.choice.nameFile(options.files);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
   const CurveChannel channel = options.choice.curveChannel();
   const ControlPointReduction reduction = options.within
                                               ? fewestPointsOf(*curve, *options.within, channel)
                                               : reduceToControlPoints(*curve, channel);
-  options.plot.write([&](const auto& against) { return present::curvePlot(reduction, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(reduction));
+  options.plot.write(options.files,
+                     [&](const auto& against) { return present::curvePlot(reduction, against); });
+  options.writeJson(present::toJson(reduction));
   if (options.printsText()) print(reduction);
 }
 
@@ -65,7 +65,7 @@ void addGammaPoints(CLI::App& gamma) {
       ->type_name("PERCENT")
       ->check(numbersFrom(0.01, 100.0));
   options->plot.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -50,24 +50,21 @@ void printText(const ShowOptions& options, const ShownCurve& shown) {
 }
 
 void run(ShowOptions& options) {
-  JobFiles files;
-  options.choice.nameFile(files);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
-  options.exports.nameFiles(files);
+  options.choice.nameFile(options.files);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
+  options.exports.nameFiles(options.files);
   const GammaCurvePtr curve = options.choice.curve();
   const ShownCurve shown = showCurve(*curve, {options.choice.curveChannel(), options.points});
   const bool threeAtOnce = !curve->IsUnified() && options.choice.channel == "all";
-  options.plot.write([&](const auto& against) {
+  options.plot.write(options.files, [&](const auto& against) {
     return threeAtOnce ? present::curvePlot(curveTables(*curve), against)
                        : present::curvePlot(shown, against);
   });
-  if (!options.json.empty()) writeText(options.json, present::toJson(shown));
-  std::vector<std::string> exported;
-  if (options.exports.any()) exported = options.exports.write(curveTables(*curve));
+  options.writeJson(present::toJson(shown));
+  if (options.exports.any()) options.exports.write(options.files, curveTables(*curve));
   if (!options.printsText()) return;
   printText(options, shown);
-  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -84,7 +81,7 @@ void addGammaShow(CLI::App& gamma) {
       ->check(wholeNumbersFrom(2, 256));
   options->plot.addTo(app);
   options->exports.addTo(app, exchange::MaterialKind::Curve);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -39,15 +39,15 @@ void print(const StandardCurve& curve) {
   std::cout << text.text();
 }
 
-void run(const StandardOptions& options) {
-  JobFiles files;
-  files.output("--output", options.output);
-  options.plot.nameFiles(files);
-  files.textOutput("--json", options.json);
+void run(StandardOptions& options) {
+  options.files.output("--output", options.output);
+  options.plot.nameFiles(options.files);
+  options.files.output("--json", options.json);
   const StandardCurve curve = standardCurve(options.curve);
-  if (!options.output.empty()) writeWholeFile(options.output, codesText(curve));
-  options.plot.write([&](const auto& against) { return present::curvePlot(curve, against); });
-  if (!options.json.empty()) writeText(options.json, present::toJson(curve));
+  if (!options.output.empty()) options.files.write(options.output, codesText(curve));
+  options.plot.write(options.files,
+                     [&](const auto& against) { return present::curvePlot(curve, against); });
+  options.writeJson(present::toJson(curve));
   if (options.printsText() && options.output.empty()) print(curve);
 }
 
@@ -65,7 +65,7 @@ void addGammaHdr10(CLI::App& gamma) {
       ->type_name("N")
       ->check(wholeNumbersFrom(1, 10000));
   options->addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 void addGammaHlg(CLI::App& gamma) {
@@ -77,7 +77,7 @@ void addGammaHlg(CLI::App& gamma) {
       "of 12 bits",
       "greycard gamma hlg --plot hlg.svg --against VGammaSRGB", *options);
   options->addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -35,25 +35,24 @@ void print(const AdjustOptions& options, const Lut2dDragReport& report,
             << " degrees, saturation " << fixed(report.sat, 3) << " (row " << report.node.row
             << ", column " << report.node.column << "); wrote " << quoted(options.output) << "\n";
   if (report.movedNodes == 0 && (options.by[0] != 0.0 || options.by[1] != 0.0))
-    printWarnings({"no node moved; a drag towards larger hues needs a --range wider than itself"});
-  if (!cutWarning.empty()) printWarnings({cutWarning});
+    options.printWarnings(
+        {"no node moved; a drag towards larger hues needs a --range wider than itself"});
+  if (!cutWarning.empty()) options.printWarnings({cutWarning});
 }
 
-void run(const AdjustOptions& options) {
-  JobFiles files;
-  files.input("LUT", options.lut);
-  files.textOutput("--output", options.output);
-  files.textOutput("--json", options.json);
+void run(AdjustOptions& options) {
+  options.files.input("LUT", options.lut);
+  options.files.output("--output", options.output);
+  options.files.output("--json", options.json);
   if (options.at[1] < 0.0 || options.at[1] > 1.0)
     throw UsageError("--at: a saturation lies in 0 to 1");
   if (std::fabs(options.by[1]) > 1.0)
     throw UsageError("--by: saturations run from 0 to 1, so a drag is at most 1 up or down");
   Lut2DConfig table = present::readLut2d(options.lut);
   const Lut2dDragReport report = dragLut2d(table, options.drag());
-  writeText(options.output.string(), present::toJson(table));
-  if (!options.json.empty()) writeText(options.json, present::toJson(report));
-  if (options.printsText() && options.output != "-")
-    print(options, report, cutChanges(table).warning);
+  options.files.write(options.output, present::toJson(table));
+  options.writeJson(present::toJson(report));
+  if (options.printsText()) print(options, report, cutChanges(table).warning);
 }
 
 }  // namespace
@@ -66,7 +65,10 @@ void addLut2dAdjust(CLI::App& lut2d) {
       "Hues move by whole degrees. Greys (the first column) stay.",
       "greycard lut2d adjust table.json --at 20,0.5 --by 15,-0.1 --range 2,4 -o warmer.json",
       *options);
-  app.add_option("lut", options->lut, "Table to start from")->required()->type_name("LUT");
+  app.add_option("lut", options->lut, "Table to start from")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("LUT");
   app.add_option("-o,--output", options->output, "Table to write, as JSON")
       ->required()
       ->type_name("FILE");
@@ -91,7 +93,7 @@ void addLut2dAdjust(CLI::App& lut2d) {
       ->type_name("h,s")
       ->check(wholeNumbersFrom(0, 100));
   app.add_flag("--keep-node", options->keepsHitNode, "Leave the dragged node itself as it is");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -12,6 +12,7 @@
 #include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
+#include "option_checks.h"
 #include "text_output.h"
 
 namespace greycard::cli {
@@ -31,23 +32,22 @@ AppliedLut2d applied(const ApplyOptions& options) try {
                  (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));
 }
 
-void run(const ApplyOptions& options) {
-  JobFiles files;
-  files.input("PHOTO", options.photo);
-  files.input("--lut", options.lut);
-  files.pictureOutput("--output", options.output);
-  files.pictureOutput("--compare", options.compare);
-  files.textOutput("--json", options.json);
+void run(ApplyOptions& options) {
+  options.files.input("PHOTO", options.photo);
+  options.files.input("--lut", options.lut);
+  options.files.pictureOutput("--output", options.output);
+  options.files.pictureOutput("--compare", options.compare);
+  options.files.output("--json", options.json);
   const AppliedLut2d result = applied(options);
   const Lut2dApplyReport& report = result.report;
-  writePicture(options.output, result.picture());
-  if (!options.compare.empty()) writePicture(options.compare, result.comparison());
-  if (!options.json.empty()) writeText(options.json, present::toJson(report));
-  if (!options.printsText()) return;
   const double share =
       static_cast<double>(report.changedPixels) / static_cast<double>(report.pixels);
-  std::cout << "Wrote " << quoted(options.output) << ": " << std::lround(100.0 * share)
-            << " % of the pixels moved by the table\n";
+  options.files.write(
+      options.output, result.picture(),
+      ": " + std::to_string(std::lround(100.0 * share)) + " % of the pixels moved by the table");
+  if (!options.compare.empty())
+    options.files.write(options.compare, present::labelledComparison(result));
+  options.writeJson(present::toJson(report));
 }
 
 }  // namespace
@@ -62,8 +62,12 @@ void addLut2dApply(CLI::App& lut2d) {
       *options);
   app.add_option("photo", options->photo, "Picture with 8 or 16 bits a sample")
       ->required()
+      ->transform(inputFile())
       ->type_name("PHOTO");
-  app.add_option("--lut", options->lut, "Table")->required()->type_name("FILE");
+  app.add_option("--lut", options->lut, "Table")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("FILE");
   app.add_option("-o,--output", options->output, "Picture to write, with the same bits")
       ->required()
       ->type_name("FILE");
@@ -73,7 +77,7 @@ void addLut2dApply(CLI::App& lut2d) {
                  "10 for samples of 0..1023 in a 16-bit picture (default: all bits of the file)")
       ->check(CLI::IsMember({8, 10, 16}))
       ->type_name("N");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -24,18 +24,15 @@ struct NewOptions : CommonOptions {
   Lut2dIdentityOptions table;  // but for the fade
 };
 
-void run(const NewOptions& options) {
+void run(NewOptions& options) {
   if (!std::ranges::is_sorted(options.fade)) throw UsageError("--fade: A,B,C,D must not fall");
-  JobFiles files;
-  files.textOutput("--output", options.output);
-  files.textOutput("--json", options.json);
+  options.files.output("--output", options.output);
+  options.files.output("--json", options.json);
   Lut2dIdentityOptions identity = options.table;
   std::ranges::copy(options.fade, identity.fade.begin());
   const std::string json = present::toJson(identityLut2d(identity));
-  writeText(options.output.string(), json);
-  if (!options.json.empty()) writeText(options.json, json);
-  if (options.printsText() && options.output != "-")
-    std::cout << "Wrote " << quoted(options.output) << ": a table that changes nothing\n";
+  options.files.write(options.output, json, ": a table that changes nothing");
+  options.files.write(options.json, json);
 }
 
 }  // namespace
@@ -67,7 +64,7 @@ void addLut2dNew(CLI::App& lut2d) {
                  "Saturation changes reach 0.25 times 2 to this power")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, 6));
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 void addLut2d(CLI::App& parent) {

@@ -10,6 +10,7 @@
 #include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
+#include "option_checks.h"
 #include "text_output.h"
 
 namespace greycard::cli {
@@ -19,18 +20,17 @@ struct InvertOptions : CommonOptions {
   std::filesystem::path lut, output;
 };
 
-void run(const InvertOptions& options) {
-  JobFiles files;
-  files.input("LUT", options.lut);
-  files.textOutput("--output", options.output);
-  files.textOutput("--json", options.json);
+void run(InvertOptions& options) {
+  options.files.input("LUT", options.lut);
+  options.files.output("--output", options.output);
+  options.files.output("--json", options.json);
   const Lut2dInverse inverse = invertLut2d(present::readLut2d(options.lut));
-  writeText(options.output.string(), present::toJson(inverse.table));
-  if (!options.json.empty()) writeText(options.json, present::toJson(inverse.report));
-  if (!options.printsText() || options.output == "-") return;
+  options.files.write(options.output, present::toJson(inverse.table));
+  options.writeJson(present::toJson(inverse.report));
+  if (!options.printsText()) return;
   const int uncovered = inverse.report.uncoveredNodes;
   const auto& [hueDeg, sat] = inverse.report.roundTrip;
-  std::cout << "Wrote " << quoted(options.output) << "; " << uncovered
+  std::cout << uncovered
             << (uncovered == 1 ? " node lies in no triangle of the table's targets and changes"
                                : " nodes lie in no triangle of the table's targets and change")
             << " nothing\n"
@@ -50,11 +50,14 @@ void addLut2dInvert(CLI::App& lut2d) {
       "The table that undoes a table, and the error of going there and back: over hues every 5\n"
       "degrees, saturations 0.1 to 0.9 and lightnesses 0.35, 0.5 and 0.65, in 10 bits",
       "greycard lut2d invert warmer.json -o back.json", *options);
-  app.add_option("lut", options->lut, "Table to invert")->required()->type_name("LUT");
+  app.add_option("lut", options->lut, "Table to invert")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("LUT");
   app.add_option("-o,--output", options->output, "Table to write, as JSON")
       ->required()
       ->type_name("FILE");
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -12,6 +12,7 @@
 #include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
+#include "option_checks.h"
 #include "text_output.h"
 #include "text_table.h"
 
@@ -40,25 +41,24 @@ void printChanges(const char* title, const Lut2DConfig& table, const Changes& ch
 }
 
 void run(ShowOptions& options) {
-  JobFiles files;
-  files.input("LUT", options.lut);
-  files.output("--plot", options.plot);
-  files.textOutput("--json", options.json);
-  options.exports.nameFiles(files);
+  options.files.input("LUT", options.lut);
+  options.files.output("--plot", options.plot);
+  options.files.output("--json", options.json);
+  options.exports.nameFiles(options.files);
   const Lut2dSummary summary = summariseLut2d(present::readLut2d(options.lut));
   const Lut2DConfig& table = summary.table;
   if (!options.plot.empty())
-    writeWholeFile(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
-  if (!options.json.empty()) writeText(options.json, present::toJson(summary));
-  const std::vector<std::string> exported = options.exports.write(table);
+    options.files.write(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
+  options.writeJson(present::toJson(summary));
+  options.exports.write(options.files, table);
   if (!options.printsText()) return;
   std::cout << quoted(options.lut) << ": " << summary.changedNodes << " of " << kLut2dNodes
             << " nodes change colour, by up to " << fixed(summary.largestHueChangeDeg, 1)
             << " degrees and " << fixed(summary.largestSatChange, 3) << " in saturation\n";
-  if (const CutChanges cut = cutChanges(table); !cut.warning.empty()) printWarnings({cut.warning});
+  if (const CutChanges cut = cutChanges(table); !cut.warning.empty())
+    options.printWarnings({cut.warning});
   printChanges("Hue change in degrees", table, table.lut_2d_h, 1);
   printChanges("Saturation change", table, table.lut_2d_s, 3);
-  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -67,12 +67,15 @@ void addLut2dShow(CLI::App& lut2d) {
   const auto options = std::make_shared<ShowOptions>();
   CLI::App& app = addSubCommand(lut2d, "show", "The changes of a table, as text and as a wheel",
                                 "greycard lut2d show table.json --plot wheel.svg", *options);
-  app.add_option("lut", options->lut, "Table (greycard lut2d new)")->required()->type_name("LUT");
+  app.add_option("lut", options->lut, "Table (greycard lut2d new)")
+      ->required()
+      ->transform(inputFile())
+      ->type_name("LUT");
   app.add_option("--plot", options->plot,
                  "Wheel to write, as SVG: each node with an arrow to where it moves its colour")
       ->type_name("FILE");
   options->exports.addTo(app, exchange::MaterialKind::Lut2d);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -6,6 +6,7 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "option_checks.h"
 
 namespace greycard::cli {
 namespace {
@@ -54,6 +55,7 @@ FlatField readPicture(const FlatFieldSource& source) {
 void FlatFieldSource::addTo(CLI::App& app) {
   app.add_option("flat", file, "Picture of an even surface, values of 8 bits (PNG, TIFF, ...)")
       ->required()
+      ->transform(inputFile())
       ->type_name("FLATFIELD");
   app.add_option("--luma", luma, "What to take of a colour picture: rec601 or green")
       ->check(CLI::IsMember({"rec601", "green"}))

@@ -26,13 +26,12 @@ struct SigmaOptions : CommonOptions {
 };
 
 void nameFiles(SigmaOptions& options) {
-  JobFiles files;
-  files.input("FLATFIELD", options.source.file);
-  files.output("--csv", options.csv);
-  files.output("--plot", options.plot);
-  files.pictureOutput("--map", options.map);
-  files.textOutput("--json", options.json);
-  options.exports.nameFiles(files);
+  options.files.input("FLATFIELD", options.source.file);
+  options.files.output("--csv", options.csv);
+  options.files.output("--plot", options.plot);
+  options.files.pictureOutput("--map", options.map);
+  options.files.output("--json", options.json);
+  options.exports.nameFiles(options.files);
 }
 
 std::string percent(double share) {
@@ -61,17 +60,16 @@ void run(SigmaOptions& options) {
   nameFiles(options);
   const SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
 
-  if (!options.csv.empty()) writeWholeFile(options.csv, present::sigmaCsv(estimate));
-  if (!options.plot.empty()) writeWholeFile(options.plot, present::sigmaPlot(estimate));
-  if (!options.map.empty()) writePicture(options.map, present::sigmaMap(estimate));
-  if (!options.json.empty()) writeText(options.json, present::toJson(estimate));
-  const std::vector<std::string> exported = options.exports.write(estimate);
+  if (!options.csv.empty()) options.files.write(options.csv, present::sigmaCsv(estimate));
+  if (!options.plot.empty()) options.files.write(options.plot, present::sigmaPlot(estimate));
+  if (!options.map.empty()) options.files.write(options.map, present::sigmaMap(estimate));
+  options.writeJson(present::toJson(estimate));
+  options.exports.write(options.files, estimate);
   if (!options.printsText()) return;
   std::cout << quoted(estimate.file) << ", " << estimate.width << " x " << estimate.height
             << " pixels\n"
             << sigmaText(estimate);
   for (const std::string& sentence : estimate.advice) std::cout << "Advice: " << sentence << "\n";
-  for (const std::string& line : exported) std::cout << line << '\n';
 }
 
 }  // namespace
@@ -92,7 +90,7 @@ void addSigma(CLI::App& parent) {
   app.add_option("--map", options->map, "Picture of the local sigma in code values (.png, ...)")
       ->type_name("FILE");
   options->exports.addTo(app, exchange::MaterialKind::Noise);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

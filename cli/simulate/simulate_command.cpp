@@ -84,16 +84,14 @@ auto render(Simulate simulate) try {
 
 // The picture, the truth about it, and what it shows for people.
 template <typename Simulated>
-void write(const SimulateOptions& options, const Simulated& simulated, const std::string& shows) {
+void write(SimulateOptions& options, const Simulated& simulated, const std::string& shows) {
   const std::string truth = present::toJson(simulated);
-  writePicture(options.picture, simulated.picture);
-  if (!options.truth.empty()) writeText(options.truth.string(), truth);
-  if (!options.json.empty()) writeText(options.json, truth);
-  if (options.printsText() && options.truth != "-")
-    std::cout << "Rendered " << quoted(options.picture) << ": " << shows << "\n";
+  options.files.write(options.picture, simulated.picture, ": " + shows);
+  options.files.write(options.truth, truth);
+  options.writeJson(present::toJson(simulated));
 }
 
-void runFlat(const SimulateOptions& options) {
+void runFlat(SimulateOptions& options) {
   if (isJpegName(options.picture))
     throw UsageError("--output: JPEG's compression would change the noise; use .png, .tif or .pgm");
   FlatFieldSettings settings = options.flat.settings;
@@ -109,11 +107,10 @@ void runFlat(const SimulateOptions& options) {
             " times that in the corners");
 }
 
-void run(const SimulateOptions& options) {
-  JobFiles files;
-  files.pictureOutput("--output", options.picture);
-  files.textOutput("--truth", options.truth);
-  files.textOutput("--json", options.json);
+void run(SimulateOptions& options) {
+  options.files.pictureOutput("--output", options.picture);
+  options.files.output("--truth", options.truth);
+  options.files.output("--json", options.json);
   if (options.flat.flat) return runFlat(options);
 
   const SimulationSettings settings = settingsOf(options);
@@ -222,7 +219,7 @@ void addSimulate(CLI::App& parent) {
   addCameraOptions(app, *options);
   addPictureOptions(app, *options);
   options->flat.addTo(app);
-  app.callback([options] { run(*options); });
+  setJob(app, options, run);
 }
 
 }  // namespace greycard::cli

@@ -55,6 +55,9 @@ double fill(ColorMatrixOpt& cm, const ColorCorrectionUtils& utils,
   cm.LoadRefLab(OptimLight::Default, params.m_macbethData.m_RefLab);
   cm.Normalize();
   cm.ColorMatrix_WB(whitePatches(advanced));
+  if (params.m_exposure == FitExposure::balanced)
+    cm.SetExposure(cm.m_gain / cm.m_whiteBalance[1][1]);
+  if (params.m_exposure == FitExposure::number) cm.SetExposure(params.m_exposureGain);
   return cm.SetOptimLight(lightOf(params.m_illum));
 }
 

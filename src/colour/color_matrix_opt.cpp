@@ -165,6 +165,14 @@ void ColorMatrixOpt::ColorMatrix_WB(const std::vector<std::int32_t>& patches) {
   m_whiteBalance = toMatrix3(gains);
 }
 
+void ColorMatrixOpt::SetExposure(double gain) {
+  const double factor = gain / m_gain;
+  m_gain = gain;
+  for (PatchTable* table : {&m_RGB, &m_balancedRGB})
+    for (Vector3& rgb : *table)
+      for (double& value : rgb) value *= factor;
+}
+
 double ColorMatrixOpt::SetOptimLight(OptimLight light) {
   m_light = light;
   return m_gain;

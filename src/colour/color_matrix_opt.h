@@ -50,7 +50,9 @@ class ColorMatrixOpt {
   void Normalize();
   /// Sets the gains and the balanced RGB. \throws std::out_of_range as M_white_balance()
   void ColorMatrix_WB(const std::vector<std::int32_t>& patches);
-  /// \return the exposure gain of the last Normalize
+  /// After ColorMatrix_WB: puts another exposure gain in the place of Normalize's.
+  void SetExposure(double gain);
+  /// \return the exposure gain of the last Normalize or SetExposure
   double SetOptimLight(OptimLight light);
 
   /// The camera's curves with full scale 1.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -37,6 +38,16 @@ double deltaE76(const Vector3& labA, const Vector3& labB) {
   return std::sqrt(dL * dL + da * da + db * db);
 }
 
+Vector3 differenceSplit(const Vector3& referenceLab, const Vector3& lab) {
+  const double chroma = std::hypot(lab[1], lab[2]);
+  const double referenceChroma = std::hypot(referenceLab[1], referenceLab[2]);
+  const double da = lab[1] - referenceLab[1], db = lab[2] - referenceLab[2];
+  const double dC = chroma - referenceChroma;
+  const double dH = std::sqrt(std::max(0.0, da * da + db * db - dC * dC));
+  const double turn = referenceLab[1] * lab[2] - referenceLab[2] * lab[1];
+  return {lab[0] - referenceLab[0], dC, std::copysign(dH, turn)};
+}
+
 double deltaE94(const Vector3& referenceLab, const Vector3& sampleLab) {
   const double c1 = std::hypot(referenceLab[1], referenceLab[2]);
   const double c2 = std::hypot(sampleLab[1], sampleLab[2]);
@@ -51,7 +62,7 @@ double deltaE94(const Vector3& referenceLab, const Vector3& sampleLab) {
 }
 
 // The numbers are those of the equations in the 2005 implementation notes.
-double deltaE2000(const Vector3& labA, const Vector3& labB) {
+DeltaE2000Terms deltaE2000Terms(const Vector3& labA, const Vector3& labB) {
   // (2)-(7): a' stretches the a* axis near grey; C' and h' follow from it.
   const double meanC = 0.5 * (std::hypot(labA[1], labA[2]) + std::hypot(labB[1], labB[2]));
   const double stretch = 1.0 + 0.5 * (1.0 - chromaWeight(meanC));
@@ -84,7 +95,12 @@ double deltaE2000(const Vector3& labA, const Vector3& labB) {
   const double rT = -2.0 * chromaWeight(meanCPrime) * std::sin(2.0 * dTheta * kDegree);
 
   const double l = dL / sL, c = dC / sC, h = dH / sH;
-  return std::sqrt(l * l + c * c + h * h + rT * c * h);
+  return {l, c, h, rT * c * h};
+}
+
+double deltaE2000(const Vector3& labA, const Vector3& labB) {
+  const auto [l, c, h, rotation] = deltaE2000Terms(labA, labB);
+  return std::sqrt(l * l + c * c + h * h + rotation);
 }
 
 }  // namespace greycard

@@ -25,8 +25,20 @@ ErrorColumn column(const PatchTable& referenceLab, const PatchTable& lab, Formul
 }  // namespace
 
 ColourErrors colourErrors(const PatchTable& referenceLab, const PatchTable& lab) {
-  return {column(referenceLab, lab, deltaE76), column(referenceLab, lab, deltaE94),
-          column(referenceLab, lab, deltaE2000)};
+  ColourErrors errors{column(referenceLab, lab, deltaE76),
+                      column(referenceLab, lab, deltaE94),
+                      column(referenceLab, lab, deltaE2000),
+                      {},
+                      {}};
+  double brighter = 0.0;
+  for (std::size_t i = 0; i < kPatchCount; ++i) {
+    errors.split[i] = differenceSplit(referenceLab[i], lab[i]);
+    brighter += errors.split[i][0] / kPatchCount;
+  }
+  PatchTable level = lab;
+  for (Vector3& colour : level) colour[0] -= brighter;
+  errors.levelled2000 = column(referenceLab, level, deltaE2000);
+  return errors;
 }
 
 }  // namespace greycard

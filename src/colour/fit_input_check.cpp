@@ -44,6 +44,12 @@ void checkSettings(const ColorCorrectionSettings& settings) {
   if (!(settings.m_fNoiseRate >= 0.0 && settings.m_fNoiseRate <= 1.0))
     refuse("m_fNoiseRate is " + formatGeneral(settings.m_fNoiseRate) + "; it must be 0 to 1");
   checkFinite(settings.m_fSaturation, "m_fSaturation");
+  if (settings.m_exposure == FitExposure::free)
+    refuse("m_exposure is free; that is for a MatrixFit, so choose stated, balanced or number");
+  if (settings.m_exposure == FitExposure::number &&
+      !(settings.m_exposureGain >= 1e-6 && settings.m_exposureGain <= 1e6))
+    refuse("m_exposureGain is " + formatGeneral(settings.m_exposureGain) +
+           "; it must be 1e-6 to 1e6");
   const ColorCorrectionAdvancedSettings& advanced = settings.m_advanced;
   checkFinite(advanced.m_fSat_all, "m_fSat_all");
   checkFinite(advanced.m_fSat_R, "m_fSat_R");

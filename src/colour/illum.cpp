@@ -36,6 +36,27 @@ std::optional<Illum> illumFromName(TextView name) {
   return std::nullopt;
 }
 
+Illum referenceLight(Illum light) {
+  switch (light) {
+    case illum_A:
+    case illum_TL84:
+    case illum_D50:
+    case illum_Horizon:
+      return light;
+    case illum_Lowlight:
+      return illum_TL84;
+    default:
+      return illum_D65;
+  }
+}
+
+std::string illumTitle(Illum light) {
+  const Illum stands = referenceLight(light);
+  std::string title = illumName(light);
+  if (stands != light) title += std::string(" (reference colours of ") + illumName(stands) + ")";
+  return title;
+}
+
 const char* illumName(Illum light) {
   for (const auto& entry : kNames)
     if (entry.light == light) return entry.name;

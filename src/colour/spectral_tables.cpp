@@ -26,7 +26,7 @@ CDoubleMatrix resample(const SpectralTable& table, int first, int count,
 }
 
 CDoubleMatrix illuminantSpectrum(Illum light, const CDoubleMatrix& gridNm) {
-  switch (light) {
+  switch (referenceLight(light)) {
     case illum_A:
       return resample(kIlluminantTable, kColumnA, 1, gridNm);
     case illum_D50:
@@ -34,11 +34,20 @@ CDoubleMatrix illuminantSpectrum(Illum light, const CDoubleMatrix& gridNm) {
     case illum_Horizon:
       return resample(kHorizonTable, 0, 1, gridNm);
     case illum_TL84:
-    case illum_Lowlight:
       return resample(kFluorescentTable, kColumnF11, 1, gridNm);
     default:
       return resample(kIlluminantTable, kColumnD65, 1, gridNm);
   }
+}
+
+LightSpectrum lightSpectrum(Illum light) {
+  const CDoubleMatrix grid = wavelengthGrid(), power = illuminantSpectrum(light, grid);
+  LightSpectrum spectrum;
+  for (std::int32_t i = 0; i < grid.rows(); ++i) {
+    spectrum.wavelengthNm.push_back(grid[i][0]);
+    spectrum.power.push_back(power[i][0]);
+  }
+  return spectrum;
 }
 
 CDoubleMatrix observerFunctions(const CDoubleMatrix& gridNm) {

@@ -30,13 +30,18 @@ ImportedCurve imported(const std::filesystem::path& file, const GammaImport& imp
 
 }  // namespace
 
+std::string curveFileText(const GammaCurve& curve, const CurveFileForm& form) {
+  checkForm(form);
+  auto text = curve.GetFileText(form.values, form.bits);
+  if (!text) throw JobError("the curve " + curve.Name() + " has no table that could be written");
+  return *std::move(text);
+}
+
 CurveExport exportCurve(const GammaCurve& curve, const std::filesystem::path& file,
                         const CurveFileForm& form) {
-  checkForm(form);
-  const auto text = curve.GetFileText(form.values, form.bits);
-  if (!text) throw JobError("the curve " + curve.Name() + " has no table that could be written");
+  const std::string text = curveFileText(curve, form);
   CurveExport result{curveTables(curve), file, form};
-  writeWholeFile(file, *text);
+  writeWholeFile(file, text);
   return result;
 }
 

@@ -1,5 +1,7 @@
 #include "greycard/jobs/evaluate_chart.h"
 
+#include <utility>
+
 #include "greycard/color_correction_utils.h"
 #include "sample_chart.h"
 
@@ -13,9 +15,9 @@ ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& o
   result.photo = photo;
   result.light = options.light;
   result.chart = locateChart(picture, options.locate, photo);
-  SampleLevels levels = sampleLevels(picture, options.locate.samples);
-  levels.scale = options.scale;
-  const QuadSampling seen = sampleChart(data, picture, result.chart, levels);
+  result.levels = sampleLevels(picture, options.locate.samples);
+  result.levels->scale = options.scale;
+  const QuadSampling seen = sampleChart(data, picture, result.chart, *result.levels);
   result.measuredMedian = seen.median;
   result.unevenness = seen.unevenness;
   result.sampling = seen.report;
@@ -28,6 +30,11 @@ ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& o
   result.referenceLab = data.m_RefLab;
   result.errors = colourErrors(result.referenceLab, result.measuredLab);
   result.warnings = result.chart.warnings();
+  const SampleEncoding encoding = result.levels->encoding;
+  std::string row = greyRowWarning(neutralRow(result.measuredRgb, result.referenceLab, encoding,
+                                              result.sampling.clippedPatches()),
+                                   encoding);
+  if (!row.empty()) result.warnings.push_back(std::move(row));
   return result;
 }
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
+#include <tuple>
+#include <utility>
 
 #include "greycard/errors.h"
 #include "greycard/files.h"
@@ -16,6 +18,7 @@ namespace {
 
 constexpr double kGreenLiftWorthTelling = 1.01;   // about 0.4 units of L* at the white patch
 constexpr double kChromaMissWorthTelling = 0.05;  // what the search itself takes as reached
+constexpr double kInverseTolerance = 1e-3;        // of matrices with four decimals
 
 std::vector<int> beyondFullScale(const PatchTable& balancedRgb) {
   std::vector<int> patches;
@@ -25,8 +28,22 @@ std::vector<int> beyondFullScale(const PatchTable& balancedRgb) {
   return patches;
 }
 
-std::vector<std::string> fitWarnings(const ChartFit& result) {
+// The chroma factor of all patches counts only when the other three equal it, as the optimiser has
+// it.
+bool ignoresChromaOfAll(const std::array<double, 4>& factors) {
+  return factors[0] != 1.0 &&
+         std::ranges::any_of(factors, [&](double factor) { return factor != factors[0]; });
+}
+
+std::vector<std::string> fitWarnings(const ChartFit& result, const ChartFitOptions& options) {
   std::vector<std::string> warnings = result.chart.warnings();
+  if (ignoresChromaOfAll(options.targetSaturation)) {
+    const std::string all = general(options.targetSaturation[0], 6);
+    warnings.push_back("the chroma factor " + all +
+                       " for all patches has no effect: it counts only when those of the red, "
+                       "green and blue patches equal it, as in " +
+                       all + "," + all + "," + all + "," + all);
+  }
   if (const auto clipped = result.sampling.clippedPatches(); !clipped.empty())
     warnings.push_back("clipped in the photograph: patches " + patchList(clipped) +
                        "; expose so that no channel reaches the ends of the scale");
@@ -37,12 +54,12 @@ std::vector<std::string> fitWarnings(const ChartFit& result) {
     if (std::ranges::all_of(result.measuredRgb, [c](const Vector3& rgb) { return rgb[c] == 0.0; }))
       warnings.push_back(std::string("channel ") + "RGB"[c] +
                          " is 0 in every patch, so this is no photograph in three colours");
-  if (result.whiteBalance[1] > kGreenLiftWorthTelling)
+  if (options.exposure == FitExposure::stated && result.whiteBalance[1] > kGreenLiftWorthTelling)
     warnings.push_back(
         "white balance raises green by " + fixed(100.0 * (result.whiteBalance[1] - 1.0), 1) +
         " % after the exposure gain was set, so the whole chart comes out lighter than "
         "its reference; an exposure gain of " +
-        fixed(result.exposure / result.whiteBalance[1], 4) + " meets it");
+        fixed(result.exposure / result.whiteBalance[1], 4) + " meets it (--exposure balanced)");
   const ColorFitReport& fit = result.fit;
   if (fit.m_chromaChangeWanted && fit.m_chromaChange &&
       std::abs(*fit.m_chromaChange - *fit.m_chromaChangeWanted) > kChromaMissWorthTelling)
@@ -50,7 +67,33 @@ std::vector<std::string> fitWarnings(const ChartFit& result) {
                        " % chroma against the target where " +
                        fixed(100.0 * *fit.m_chromaChangeWanted, 1) +
                        " % was wanted; try the other colour difference");
+  const SampleEncoding encoding = result.levels->encoding;
+  std::string row = greyRowWarning(
+      neutralRow(fit.m_balancedRGB, fit.m_targetLab, encoding, result.sampling.clippedPatches()),
+      encoding);
+  if (!row.empty()) warnings.push_back(std::move(row));
   return warnings;
+}
+
+void takeSpace(const ChartFitOptions& options, ColorCorrectionSettings& settings) {
+  const auto& [toXyz, toRgb] = std::tie(options.rgbToXyz, options.xyzToRgb);
+  if (options.transform != 3 && (toXyz || toRgb))
+    throw std::invalid_argument("matrices to XYZ and back are for transform 3");
+  if (options.transform != 3) return;
+  if (!toXyz || !toRgb)
+    throw std::invalid_argument(
+        "transform 3 is a space of your own: it needs its matrix to XYZ and the one back");
+  for (std::size_t r = 0; r < 3; ++r)
+    for (std::size_t c = 0; c < 3; ++c) {
+      double there = 0.0;
+      for (std::size_t i = 0; i < 3; ++i) there += (*toRgb)[r][i] * (*toXyz)[i][c];
+      if (!(std::abs(there - (r == c ? 1.0 : 0.0)) <= kInverseTolerance))
+        throw std::invalid_argument("the matrices to XYZ and back don't undo each other: row " +
+                                    std::to_string(r + 1) + ", column " + std::to_string(c + 1) +
+                                    " of their product is " + general(there, 6));
+    }
+  settings.m_CustRGB2XYZ = *toXyz;
+  settings.m_CustXYZ2sRGB = *toRgb;
 }
 
 void setCurve(ColorCorrectionUtils& facade, const CameraGamma& gamma) {
@@ -90,6 +133,9 @@ ColorCorrectionSettings ChartFitOptions::settings() const {
   advanced.m_bWhitePatch21 = chosen(21);
   advanced.m_bWhitePatch22 = chosen(22);
 
+  settings.m_exposure = exposure;
+  settings.m_exposureGain = exposureGain;
+  takeSpace(*this, settings);
   if (!referenceLab.empty() && !referenceSRgb.empty())
     throw std::invalid_argument("reference colours come from one file, not from two");
   if (!referenceLab.empty()) settings.m_macbethData.readReferenceLab(referenceLab);
@@ -119,8 +165,9 @@ std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& 
   result.light = options.light;
   result.formula = options.formula;
   result.chart = locateChart(picture, options.locate, photo);
-  const QuadSampling seen = sampleChart(settings.m_macbethData, picture, result.chart,
-                                        sampleLevels(picture, options.locate.samples));
+  result.levels = sampleLevels(picture, options.locate.samples);
+  const QuadSampling seen =
+      sampleChart(settings.m_macbethData, picture, result.chart, *result.levels);
   result.sampling = seen.report;
   result.measuredMedian = seen.median;
   result.unevenness = seen.unevenness;
@@ -137,7 +184,7 @@ std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& 
   result.fit = facade.m_fit;
   result.before = colourErrors(result.fit.m_targetLab, result.fit.m_uncorrectedLab);
   result.after = colourErrors(result.fit.m_targetLab, result.correctedLab);
-  result.warnings = fitWarnings(result);
+  result.warnings = fitWarnings(result, options);
   return result;
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include "greycard/jobs/locate_chart.h"
 #include "greycard/macbeth_chart_data.h"
+#include "greycard/neutral_row.h"
 #include "greycard/quad_sampler.h"
 
 namespace greycard {
@@ -12,5 +15,9 @@ namespace greycard {
 /// \throws as these, the data untouched
 QuadSampling sampleChart(MacbethChartData& data, const Picture& picture, const LocatedChart& chart,
                          const SampleLevels& levels);
+
+/// A sentence where the grey row is more than 3 L* off (neutralRow), with the way of sampling that
+/// would mend it; else an empty text.
+std::string greyRowWarning(const NeutralRow& row, SampleEncoding encoding);
 
 }  // namespace greycard

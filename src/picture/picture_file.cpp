@@ -98,12 +98,12 @@ const WritableFormat& writableFormat(const std::filesystem::path& path, const Pi
 }
 
 std::vector<std::uint8_t> encode(std::string_view ending, const Picture& picture,
-                                 const std::string& name) {
+                                 const std::string& name, const std::vector<int>& settings = {}) {
   if (!isWellFormed(picture))
     refuseToWrite(name, "the picture is empty or its size and samples disagree");
   std::vector<std::uint8_t> bytes;
   try {
-    if (cv::imencode(std::string(ending), toMat(picture), bytes)) return bytes;
+    if (cv::imencode(std::string(ending), toMat(picture), bytes, settings)) return bytes;
   } catch (const std::bad_alloc&) {
     refuseToWrite(name, "not enough memory to encode it; make it smaller");
   } catch (const cv::Exception&) {
@@ -163,6 +163,12 @@ void writePicture(const std::filesystem::path& path, const Picture& picture) {
 
 std::vector<std::uint8_t> encodePng(const Picture& picture) {
   return encode(".png", picture, "the picture as PNG");
+}
+
+std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality) {
+  constexpr const char* kName = "the picture as JPEG";
+  if (picture.bits != 8) refuseToWrite(kName, "it can't hold 16 bits per sample");
+  return encode(".jpg", picture, kName, {cv::IMWRITE_JPEG_QUALITY, quality});
 }
 
 }  // namespace greycard

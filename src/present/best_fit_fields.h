@@ -21,11 +21,6 @@ struct EnumNames<FitEntries> {
                                      std::pair{FitEntries::nine, "nine"}};
 };
 template <>
-struct EnumNames<FitExposure> {
-  static constexpr const char* kKind = "exposure";
-  static constexpr auto kNames = namesInOrder<FitExposure>(kFitExposureNames);
-};
-template <>
 struct EnumNames<FitWhiteBalance> {
   static constexpr const char* kKind = "white balance";
   static constexpr auto kNames = namesInOrder<FitWhiteBalance>(kFitWhiteBalanceNames);

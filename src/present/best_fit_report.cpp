@@ -117,7 +117,7 @@ std::string curveSection(const MatrixFitResult& best) {
         light > 0.0031308 ? 1.055 * std::pow(light, 1.0 / 2.4) - 0.055 : 12.92 * light;
     points.push_back({static_cast<double>(i) / last, encoded});
   }
-  plot.addLine("unchanged", {{0.0, 0.0}, {1.0, 1.0}}, "#444444", SvgPlot::Stroke::Dashed);
+  plot.addLine("unchanged", {{0.0, 0.0}, {1.0, 1.0}}, quietColour(), SvgPlot::Stroke::Dashed);
   plot.addLine("curve", points, plotColour(0));
   std::string html = "<h2>Tone curve</h2>\n" + plot.svg();
   if (best.greyResidual)

@@ -77,6 +77,12 @@ struct EnumNames<Illum> {
 };
 
 template <>
+struct EnumNames<FitExposure> {
+  static constexpr const char* kKind = "exposure";
+  static constexpr auto kNames = namesInOrder<FitExposure>(kFitExposureNames);
+};
+
+template <>
 struct EnumNames<FitFormula> {
   static constexpr const char* kKind = "colour difference";
   static constexpr std::array kNames{std::pair{FitFormula::CIE76, "CIE76"},
@@ -167,6 +173,10 @@ void describe(auto& fields, Like<ChartFitOptions> auto& options) {
   fields("gamma", options.gamma);
   fields("delta_e", options.formula);
   fields("transform", options.transform);
+  fields.optional("rgb_to_xyz", options.rgbToXyz);
+  fields.optional("xyz_to_rgb", options.xyzToRgb);
+  fields("exposure", options.exposure);
+  fields("exposure_gain", options.exposureGain);
   fields("noise_rate", options.noiseRate);
   fields.optional("saturation", options.saturation);
   fields("sat", options.targetSaturation);
@@ -186,22 +196,28 @@ void describe(auto& fields, Like<ColourErrors> auto& errors) {
   fields("cie76", errors.cie76);
   fields("cie94", errors.cie94);
   fields("ciede2000", errors.ciede2000);
+  fields("levelled_ciede2000", errors.levelled2000);
 }
 
 // The differences of one patch.
 struct PatchErrors {
   double cie76 = 0.0, cie94 = 0.0, ciede2000 = 0.0;
+  Vector3 split{};
 
   PatchErrors(const ColourErrors& errors, std::size_t patch)
       : cie76(errors.cie76.patch[patch]),
         cie94(errors.cie94.patch[patch]),
-        ciede2000(errors.ciede2000.patch[patch]) {}
+        ciede2000(errors.ciede2000.patch[patch]),
+        split(errors.split[patch]) {}
 };
 
 void describe(auto& fields, Like<PatchErrors> auto& errors) {
   fields("cie76", errors.cie76);
   fields("cie94", errors.cie94);
   fields("ciede2000", errors.ciede2000);
+  fields("dl", errors.split[0]);
+  fields("dc", errors.split[1]);
+  fields("dh", errors.split[2]);
 }
 
 void describe(auto& fields, Like<ColorFitReport> auto& fit) {
@@ -223,6 +239,13 @@ void describe(auto& fields, Like<CameraGamma> auto& gamma) {
   fields("codes", gamma.tables);
 }
 
+void describe(auto& fields, Like<SampleLevels> auto& levels) {
+  fields("encoding", levels.encoding);
+  fields("black", levels.blackLevel);
+  fields("white", levels.whiteLevel);
+  fields("scale", levels.scale);
+}
+
 void describeClipping(auto& fields, auto& channels) {
   std::array<double, 3> floor{}, ceiling{};
   for (std::size_t c = 0; c < 3; ++c) {
@@ -238,6 +261,8 @@ void describeClipping(auto& fields, auto& channels) {
 void describe(auto& fields, Like<ChartFit> auto& fit) {
   fields("photo", fit.photo);
   fields("light", fit.light);
+  fields.derived("reference_light", referenceLight(fit.light));
+  fields.optional("samples", fit.levels);
   fields.derived("gamma", fit.gamma.name);
   fields("formula", fit.formula);
   fields("matrix", fit.matrix);
@@ -283,9 +308,12 @@ void describe(auto& fields, Like<ChartEvaluation> auto& evaluation) {
   const ColourErrors& errors = evaluation.errors;
   fields("photo", evaluation.photo);
   fields("light", evaluation.light);
+  fields.derived("reference_light", referenceLight(evaluation.light));
+  fields.optional("samples", evaluation.levels);
   fields.derived("mean_cie76", errors.cie76.mean);
   fields.derived("mean_cie94", errors.cie94.mean);
   fields.derived("mean_ciede2000", errors.ciede2000.mean);
+  fields.derived("mean_levelled_ciede2000", errors.levelled2000.mean);
   fields("chart", evaluation.chart);
   fields("warnings", evaluation.warnings);
   fields.rows("patches", kPatchCount, [&](auto& row, std::size_t i) {
@@ -300,6 +328,9 @@ void describe(auto& fields, Like<ChartEvaluation> auto& evaluation) {
     row.derived("cie76", errors.cie76.patch[i]);
     row.derived("cie94", errors.cie94.patch[i]);
     row.derived("ciede2000", errors.ciede2000.patch[i]);
+    row.derived("dl", errors.split[i][0]);
+    row.derived("dc", errors.split[i][1]);
+    row.derived("dh", errors.split[i][2]);
     row("pixels", evaluation.sampling.pixels[i]);
     describeClipping(row, evaluation.sampling.clipping[i]);
   });

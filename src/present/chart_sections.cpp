@@ -17,8 +17,6 @@ constexpr int kPhotoSide = 900;       // pixels of the longer side in the page
 constexpr double kCloserBelow = 0.7;  // share of the picture below which the chart is shown again
 constexpr std::size_t kFirstGrey = 18;
 
-const char* const kReferenceColour = "#444444";
-
 struct Window {
   int left, top, width, height;
 };
@@ -96,8 +94,8 @@ std::string chromaPlane(const ChartFit& result) {
     plot.addArrow(reference.back(), corrected.back(), plotColour(0));
     if (i < kFirstGrey) plot.addText(reference.back(), std::to_string(i + 1));
   }
-  plot.addMarkers("before", before, "#bbbbbb");
-  plot.addMarkers("reference", reference, kReferenceColour, SvgPlot::Marker::Ring);
+  plot.addMarkers("before", before, quietColour());
+  plot.addMarkers("reference", reference, quietColour(), SvgPlot::kRing);
   plot.addMarkers("corrected", corrected, plotColour(0));
   return plot.svg();
 }
@@ -111,9 +109,8 @@ std::string greyRow(const ChartFit& result) {
     before.push_back({reference, result.fit.m_uncorrectedLab[i][0]});
     plot.addText(corrected.back(), std::to_string(i + 1));
   }
-  plot.addLine("reference", {{0.0, 0.0}, {100.0, 100.0}}, kReferenceColour,
-               SvgPlot::Stroke::Dashed);
-  plot.addMarkers("before", before, plotColour(1), SvgPlot::Marker::Ring);
+  plot.addLine("reference", {{0.0, 0.0}, {100.0, 100.0}}, quietColour(), SvgPlot::Stroke::Dashed);
+  plot.addMarkers("before", before, plotColour(1), SvgPlot::kRing);
   plot.addLine("corrected", corrected, plotColour(0));
   plot.addMarkers("", corrected, plotColour(0));
   return plot.svg();

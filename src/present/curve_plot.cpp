@@ -29,9 +29,9 @@ double fullScale(std::size_t entries) {
 
 }  // namespace
 
-const char* channelColour(std::size_t channel) {
-  constexpr std::array kColours{"#d55e00", "#009e73", "#0072b2"};
-  return kColours[channel % kColours.size()];
+PlotColour channelColour(std::size_t channel) {
+  constexpr std::array<std::size_t, 3> kPlaces{1, 2, 0};
+  return plotColour(kPlaces[channel % kPlaces.size()]);
 }
 
 CurvePlot::CurvePlot(const std::string& title, PlotAxis input, PlotAxis output)
@@ -49,7 +49,7 @@ Point2 CurvePlot::onAxes(double input, double output) const {
 }
 
 void CurvePlot::addTable(const std::string& name, std::span<const std::int32_t> table,
-                         std::string colour, SvgPlot::Stroke stroke) {
+                         PlotColour colour, SvgPlot::Stroke stroke) {
   std::vector<Point2> line;
   for (std::size_t i = 0; i < table.size(); ++i)
     line.push_back(onAxes(inputPart(i, table.size()), table[i] / fullScale(table.size())));
@@ -57,7 +57,7 @@ void CurvePlot::addTable(const std::string& name, std::span<const std::int32_t> 
 }
 
 void CurvePlot::addControlPoints(const std::string& name, std::span<const ControlPoint> points,
-                                 std::string colour) {
+                                 PlotColour colour) {
   const GammaCurveModel scales(false);
   std::vector<Point2> places;
   for (const ControlPoint& point : points)
@@ -69,8 +69,8 @@ void CurvePlot::addControlPoints(const std::string& name, std::span<const Contro
 void CurvePlot::addTables(const CurveTables& curve, bool dashed) {
   const auto stroke = dashed ? SvgPlot::Stroke::Dashed : SvgPlot::Stroke::Solid;
   for (std::size_t c = 0; c < (curve.unified ? 1 : curve.channels.size()); ++c) {
-    const std::string colour =
-        curve.unified ? (dashed ? "#555555" : plotColour(0)) : channelColour(c);
+    const PlotColour colour =
+        curve.unified ? (dashed ? quietColour() : plotColour(0)) : channelColour(c);
     const std::string label =
         curve.unified ? curve.name : curve.name + ", " + kCurveChannelNames[c + 1];
     addTable(label, curve.channels[c].table, colour, stroke);
@@ -84,8 +84,8 @@ void CurvePlot::addCurve(const CurveTables& curve) {
   addTables(curve, false);
 }
 
-void CurvePlot::addMarker(std::string name, Point2 at, std::string colour) {
-  m_plot.addMarkers(std::move(name), {at}, std::move(colour), SvgPlot::Marker::Square);
+void CurvePlot::addMarker(std::string name, Point2 at, PlotColour colour) {
+  m_plot.addMarkers(std::move(name), {at}, std::move(colour), SvgPlot::kSquare);
 }
 
 std::string CurvePlot::svg(const std::optional<CurveTables>& against) {

@@ -20,14 +20,14 @@ class CurvePlot {
   CurvePlot(const std::string& title, std::size_t entries);
 
   /// 257 entries are 10-bit codes, any other table is of 14 bits.
-  void addTable(const std::string& name, std::span<const std::int32_t> table, std::string colour,
+  void addTable(const std::string& name, std::span<const std::int32_t> table, PlotColour colour,
                 SvgPlot::Stroke stroke = SvgPlot::Stroke::Solid);
   /// Its one table, or three of a per-channel curve, each with its control points.
   void addCurve(const CurveTables& curve);
   void addControlPoints(const std::string& name, std::span<const ControlPoint> points,
-                        std::string colour);
+                        PlotColour colour);
   /// A square, in the units of the axes.
-  void addMarker(std::string name, Point2 at, std::string colour);
+  void addMarker(std::string name, Point2 at, PlotColour colour);
 
   /// \param against  a curve to compare with, in dashes
   std::string svg(const std::optional<CurveTables>& against);
@@ -41,6 +41,6 @@ class CurvePlot {
 };
 
 /// Distinct colours of red, green and blue.
-const char* channelColour(std::size_t channel);
+PlotColour channelColour(std::size_t channel);
 
 }  // namespace greycard::present

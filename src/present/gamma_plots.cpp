@@ -10,7 +10,7 @@ namespace greycard::present {
 std::string curvePlot(const ShownCurve& curve, const std::optional<CurveTables>& against) {
   const GammaTable proportional{0, kCurveMax};
   CurvePlot plot("Tone curve " + curve.name, curve.table.size());
-  plot.addTable("proportional", proportional, "#888", SvgPlot::Stroke::Dashed);
+  plot.addTable("proportional", proportional, quietColour(), SvgPlot::Stroke::Dashed);
   plot.addTable(curve.name, curve.table, plotColour(0));
   plot.addControlPoints(curve.pointsAreSamples ? "samples" : "control points", curve.points,
                         plotColour(1));
@@ -50,12 +50,13 @@ std::string curvePlot(const ControlPointReduction& reduction,
 std::string curvePlot(const StandardCurve& curve, const std::optional<CurveTables>& against) {
   constexpr double kOutputMax = (1 << StandardCurve::kOutputBits) - 1;
   const bool inNits = curve.kind == StandardCurveKind::HDR10;
-  const std::string title =
-      inNits ? "HDR10 (PQ) up to " + general(curve.peak, 5) + " cd/m\u00b2" : "Hybrid log-gamma";
+  const std::string title = inNits ? "HDR10 (PQ) up to " + general(curve.peak, 5) + " cd/m\u00b2"
+                                   : "Hybrid log-gamma (HLG)";
   CurvePlot plot(
       title,
-      {inNits ? "Linear light (cd/m\u00b2)" : "Scene light (part of its peak)", 0.0, curve.peak},
-      {"Output (10-bit code)", 0.0, kOutputMax});
+      {inNits ? "Linear light (cd/m\u00b2)" : "Scene linear light E (0..1, without a unit)", 0.0,
+       curve.peak},
+      {inNits ? "PQ signal (10-bit code)" : "HLG signal E' (10-bit code)", 0.0, kOutputMax});
   plot.addTable(kStandardCurveNames[inNits ? 0 : 1], curve.table, plotColour(0));
   return plot.svg(against);
 }

@@ -25,11 +25,11 @@ std::string colourOf(double hueDeg, double sat) {
 
 std::string lut2dWheel(const Lut2DConfig& table, const std::string& name) {
   SvgPlot plot("Hue/saturation table" + (name.empty() ? "" : " " + name),
-               {"Saturation * cos(hue)", -1.1, 1.1}, {"Saturation * sin(hue)", -1.1, 1.1});
+               {"Saturation * cos(hue)", -1.25, 1.25}, {"Saturation * sin(hue)", -1.25, 1.25});
   plot.useEqualScales();
   std::vector<Point2> rim;
   for (int degree = 0; degree <= 360; degree += 3) rim.push_back(onWheel(degree, 1.0));
-  plot.addLine("", rim, "#999", SvgPlot::Stroke::Dashed);
+  plot.addLine("", rim, quietColour(), SvgPlot::Stroke::Dashed);
   for (std::size_t row = 0; row < kLut2dHueRows; ++row)
     for (std::size_t column = 0; column < kLut2dSatColumns; ++column) {
       const double hue = table.lut_1d_h[row], sat = table.lut_1d_s[column];
@@ -49,7 +49,7 @@ std::string lut2dWheel(const Lut2DConfig& table, const std::string& name) {
                                       {180, "180"},
                                       {240, "240 blue"},
                                       {300, "300"}})
-    plot.addText(onWheel(degree, 1.02), label);
+    plot.addText(onWheel(degree, 1.06), label);
   return plot.svg();
 }
 

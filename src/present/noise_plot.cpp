@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "greycard/number_text.h"
@@ -28,24 +27,26 @@ std::string sigmaCsv(const SigmaEstimate& estimate) {
 }
 
 std::string sigmaPlot(const SigmaEstimate& estimate) {
-  // Room above the line of the typical most; the axis finds its own end beyond.
-  constexpr double kTypicalMost = 5.0, kAxisEnd = 6.0;
+  constexpr double kTypicalMost = 5.0;
+  // The axis fits the data; the typical most is drawn once they come near it.
+  constexpr double kNearTypicalMost = 4.0;
   std::vector<Point2> raw, table;
   for (std::size_t i = 0; i < kSigmaEntries; ++i) {
     raw.push_back({radiusOf(i), estimate.report.rawRatio[i]});
     table.push_back({radiusOf(i), estimate.lut[i]});
   }
-  const bool fits = std::ranges::max(estimate.report.rawRatio) <= kAxisEnd &&
-                    std::ranges::max(estimate.lut) <= kAxisEnd;
   SvgPlot plot("Noise of " + estimate.file.filename().string(),
                {"Distance from the centre / half-diagonal", 0.0, 1.0},
-               {"Noise / noise at the centre", 0.0, fits ? std::optional(kAxisEnd) : std::nullopt});
-  plot.addLine("1.0", {{0.0, 1.0}, {1.0, 1.0}}, "#888", SvgPlot::Stroke::Dashed);
-  plot.addLine("5.0, the typical most", {{0.0, kTypicalMost}, {1.0, kTypicalMost}}, plotColour(3),
-               SvgPlot::Stroke::Dashed);
-  // The table is smooth, so that the raw ratios still show where they lie on it.
-  plot.addLine("table", std::move(table), plotColour(0));
-  plot.addLine("raw ratio", std::move(raw), plotColour(1), SvgPlot::Stroke::Dashed);
+               {"Noise / noise at the centre", {}, {}});
+  plot.addLine("as at the centre", {{0.0, 1.0}, {1.0, 1.0}}, quietColour(),
+               SvgPlot::Stroke::Dotted);
+  if (std::max(std::ranges::max(estimate.report.rawRatio), std::ranges::max(estimate.lut)) >
+      kNearTypicalMost)
+    plot.addLine("5.0, the typical most", {{0.0, kTypicalMost}, {1.0, kTypicalMost}}, plotColour(3),
+                 SvgPlot::Stroke::Dashed);
+  plot.addLine("table (smoothed, 1 or more)", std::move(table), plotColour(0));
+  plot.addMarkers("raw ratio of each ring", std::move(raw), plotColour(1), SvgPlot::kSpeck,
+                  plotColour(1));
   return plot.svg();
 }
 

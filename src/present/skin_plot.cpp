@@ -2,7 +2,8 @@
 #include <array>
 #include <cmath>
 #include <set>
-#include <utility>
+#include <tuple>
+#include <vector>
 
 #include "greycard/present/fitting.h"
 #include "svg_plot.h"
@@ -18,20 +19,25 @@ constexpr double kRoundS = 0.05;
 // Half a pixel or so: of points this close only the first is drawn.
 constexpr double kGridH = 0.004, kGridS = 0.001;
 
-constexpr const char* kLegendColour = "#a0603c";  // a mean skin
+constexpr double kMarkerRadius = 2.2;
 
-struct Kind {
-  const char* name;
-  SvgPlot::Marker marker;
-};
-constexpr std::array kKinds{Kind{"in both sets", SvgPlot::Marker::Speck},
-                            Kind{"lower set only", SvgPlot::Marker::Cross},
-                            Kind{"upper set only", SvgPlot::Marker::Square}};
+// Lights by shape and rim, sets by what is inside.
+using Shape = SvgPlot::Marker::Shape;
+constexpr std::array kShapes{Shape::Circle, Shape::Square, Shape::Triangle};
+static_assert(kShapes.size() == kSkinLights.size());
+enum Set : std::size_t { kBoth, kLowerOnly, kUpperOnly, kSets };
+constexpr std::array<const char*, kSets> kSetNames{"", ", lower set only (hollow)",
+                                                   ", upper set only (hollow)"};
+
+SvgPlot::Marker markerOf(std::size_t light, std::size_t set) {
+  return {kShapes[light], kMarkerRadius, set != kBoth};
+}
 
 // What is drawn of a result, and how far the axes reach for it.
 struct Selection {
-  std::array<std::vector<std::size_t>, kKinds.size()> drawn;
-  std::array<int, kKinds.size()> counts{};  // drawn or not
+  using BySet = std::array<std::array<std::vector<std::size_t>, kSets>, kSkinLights.size()>;
+  BySet drawn;
+  std::array<std::array<int, kSets>, kSkinLights.size()> counts{};  // drawn or not
   int beyond = 0;
   double low = kInnerLow, high = kInnerHigh, top = kRoundS;
 
@@ -44,14 +50,15 @@ Point2 pointOf(const SkinCalibration& result, std::size_t i) {
 }
 
 Selection::Selection(const SkinCalibration& result) {
-  std::set<std::pair<long, long>> taken;
+  std::set<std::tuple<std::size_t, long, long>> taken;
   const std::size_t count =
       std::min({result.colours.size(), result.upper.points.size(), result.lower.points.size()});
   for (std::size_t i = 0; i < count; ++i) {
     const bool inUpper = result.upper.holds(i), inLower = result.lower.holds(i);
     if (!inUpper && !inLower) continue;
-    const std::size_t kind = inUpper && inLower ? 0 : (inLower ? 1 : 2);
-    ++counts[kind];
+    const std::size_t light = i * kSkinLights.size() / SkinColorHelper::kPoints;
+    const std::size_t set = inUpper && inLower ? kBoth : (inLower ? kLowerOnly : kUpperOnly);
+    ++counts[light][set];
     const Point2 at = pointOf(result, i);
     if (!(at.x >= kOuterLow && at.x <= kOuterHigh)) {
       ++beyond;
@@ -60,8 +67,8 @@ Selection::Selection(const SkinCalibration& result) {
     low = std::min(low, at.x);
     high = std::max(high, at.x);
     top = std::max(top, std::ceil(at.y / kRoundS) * kRoundS);
-    if (taken.emplace(std::lround(at.x / kGridH), std::lround(at.y / kGridS)).second)
-      drawn[kind].push_back(i);
+    if (taken.emplace(light, std::lround(at.x / kGridH), std::lround(at.y / kGridS)).second)
+      drawn[light][set].push_back(i);
   }
 }
 
@@ -73,19 +80,23 @@ std::string skinPlot(const SkinCalibration& result) {
   if (chosen.beyond > 0) xTitle += "; " + std::to_string(chosen.beyond) + " points lie beyond";
   SvgPlot plot("Skin colours of the camera", {xTitle, chosen.low, chosen.high},
                {"Saturation s = (|Cr| + |Cb|) / 2Y (no unit)", 0.0, chosen.top});
-  for (std::size_t kind = 0; kind < kKinds.size(); ++kind) {
-    if (chosen.counts[kind] == 0) continue;
-    plot.addMarkers(
-        kKinds[kind].name + std::string(" (") + std::to_string(chosen.counts[kind]) + ")", {},
-        kLegendColour, kKinds[kind].marker);
-    for (const std::size_t i : chosen.drawn[kind]) {
-      const auto& [r, g, b] = result.colours[i];
-      plot.addMarkers("", {pointOf(result, i)}, hexColour({r, g, b}), kKinds[kind].marker);
+  for (std::size_t light = 0; light < kSkinLights.size(); ++light)
+    for (std::size_t set = 0; set < kSets; ++set) {
+      if (chosen.counts[light][set] == 0) continue;
+      const SvgPlot::Marker marker = markerOf(light, set);
+      const PlotColour ofLight = plotColour(light);
+      plot.addMarkers(kSkinLights[light] + std::string(kSetNames[set]) + " (" +
+                          std::to_string(chosen.counts[light][set]) + ")",
+                      {}, ofLight, marker, ofLight);
+      for (const std::size_t i : chosen.drawn[light][set]) {
+        const auto& [r, g, b] = result.colours[i];
+        const PlotColour colour = marker.hollow ? ofLight : PlotColour(hexColour({r, g, b}));
+        plot.addMarkers("", {pointOf(result, i)}, colour, marker, ofLight);
+      }
     }
-  }
   for (const double bound : {kUpperLow, kUpperHigh})
     plot.addLine(bound == kUpperLow ? "bounds of the upper set" : "",
-                 {{bound, 0.0}, {bound, chosen.top}}, "#555555", SvgPlot::Stroke::Dashed);
+                 {{bound, 0.0}, {bound, chosen.top}}, quietColour(), SvgPlot::Stroke::Dashed);
   return plot.svg();
 }
 

@@ -3,19 +3,12 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "greycard/image_utils_ex.h"
-#include "svg_plot.h"
+#include "svg_colour.h"
 
 namespace greycard::present {
 namespace {
 
 constexpr int kColumns = 6, kPitch = 100, kSide = 88, kInset = 16;
-
-std::string colourOf(const Vector3& lab) {
-  Vector3 rgb{};
-  ImageUtilsEx::CIELabTosRGB(rgb, lab);
-  return hexColour(rgb);
-}
 
 std::string triangle(int x0, int y0, int x1, int y1, int x2, int y2, const std::string& fill) {
   char points[96];
@@ -42,9 +35,9 @@ std::string swatchChart(const PatchTable& referenceLab, const PatchTable& correc
     const int right = x + kSide - kInset, bottom = y + kSide - kInset;
     svg += "<rect x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
            std::to_string(kSide) + "\" height=\"" + std::to_string(kSide) + "\" fill=\"" +
-           colourOf(referenceLab[patch]) + "\"/>";
-    svg += triangle(left, top, right, top, left, bottom, colourOf(correctedLab[patch]));
-    svg += triangle(right, top, right, bottom, left, bottom, colourOf(beforeLab[patch]));
+           hexColourOfLab(referenceLab[patch]) + "\"/>";
+    svg += triangle(left, top, right, top, left, bottom, hexColourOfLab(correctedLab[patch]));
+    svg += triangle(right, top, right, bottom, left, bottom, hexColourOfLab(beforeLab[patch]));
     svg += "\n";
   }
   return svg + "</svg>\n";

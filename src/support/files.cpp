@@ -42,15 +42,19 @@ std::string quoted(const std::filesystem::path& path) {
 }
 
 std::string readWholeFile(const std::filesystem::path& path) {
-  constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 32;  // a device or a pipe may be endless
+  // A device or a pipe may be endless.
+  std::error_code ignored;
+  const bool isFile = std::filesystem::is_regular_file(path, ignored);
+  const std::uint64_t mostBytes = std::uint64_t{1} << (isFile ? 32U : 30U);
   const FileHandle file(std::fopen(path.c_str(), "rb"));
   if (!file) throw FileError("can't read " + quoted(path) + ": " + reason());
   std::string bytes;
   char block[65536];
   std::size_t got = 0;
   while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) {
-    if (got > kMostBytes - bytes.size())
-      throw FileError("can't read " + quoted(path) + ": it holds more than 4 GiB");
+    if (got > mostBytes - bytes.size())
+      throw FileError("can't read " + quoted(path) + ": it holds more than " +
+                      (isFile ? "4 GiB" : "1 GiB, the limit for pipes and devices"));
     bytes.append(block, got);
   }
   if (std::ferror(file.get())) throw FileError("can't read " + quoted(path) + ": " + reason());

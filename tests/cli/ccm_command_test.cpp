@@ -71,6 +71,56 @@ TEST_F(ChartCommands, TheCorrectedPhotographHasTheCorrectedColours) {
     EXPECT_THAT(report, Not(HasSubstr(outside)));
 }
 
+// The second grey is at its reference after white balance; the stated gain leaves it lighter.
+TEST_F(ChartCommands, ABalancedExposureMeetsTheSecondGrey) {
+  run({"simulate", "-o", "c.png", "--size", "640x480", "--light", "Horizon", "--sensor", "broad"});
+  const auto grey = [](const json& fit) {
+    const json& patch = fit["patches"][19];
+    return patch["balanced_lab"][0].get<double>() - patch["reference_lab"][0].get<double>();
+  };
+  const json stated = fit("c.png", {"--light", "Horizon"}),
+             balanced = fit("c.png", {"--light", "Horizon", "--exposure", "balanced"});
+  const double green = stated["white_balance_gains"][1];
+  ASSERT_GT(green, 1.01);
+  EXPECT_GT(grey(stated), 0.3);
+  EXPECT_NEAR(grey(balanced), 0.0, 0.1);
+  EXPECT_NEAR(balanced["exposure_gain"].get<double>() * green,
+              stated["exposure_gain"].get<double>(), 1e-9);
+  EXPECT_EQ(fit("c.png", {"--exposure", "1.25"})["exposure_gain"], 1.25);
+}
+
+TEST_F(ChartCommands, ResultsTellWhatTheyWereMadeOf) {
+  run({"simulate", "-o", "c.png", "--size", "640x480"});
+  const std::string toXyz = "0.4124 0.3576 0.1805 0.2126 0.7152 0.0722 0.0193 0.1192 0.9505",
+                    back = "3.2406,-1.5372,-0.4986,-0.9689,1.8758,0.0415,0.0557,-0.2040,1.0570";
+  const json result = fit("c.png", {"--light", "Strobe", "--transform", "3", "--rgb-to-xyz", toXyz,
+                                    "--xyz-to-rgb", back, "--sat", "1.2,1,1,1"});
+  EXPECT_EQ(result["reference_light"], "D65");
+  EXPECT_EQ(result["samples"]["encoding"], "srgb");
+  EXPECT_EQ(result["samples"]["white"], 255.0);
+  EXPECT_EQ(result["options"]["transform"], 3);
+  EXPECT_EQ(result["options"]["light"], "Strobe");
+  EXPECT_FALSE(result["options"].contains("gamma"));
+  EXPECT_THAT(result["command"].get<std::string>(), HasSubstr("'" + toXyz + "'"));
+  EXPECT_THAT(result["warnings"].dump(), HasSubstr("1.2 for all patches has no effect"));
+  for (const auto& words : {std::vector<std::string>{"--transform", "3"},
+                            {"--rgb-to-xyz", toXyz},
+                            {"--exposure", "free"},
+                            {"--transform", "3", "--rgb-to-xyz", toXyz, "--xyz-to-rgb", toXyz}}) {
+    std::vector<std::string> command = {"ccm", "c.png"};
+    command.insert(command.end(), words.begin(), words.end());
+    EXPECT_NE(run(command).status, 0);
+  }
+}
+
+// The encoding that was assumed is the wrong one, and the right one is named.
+TEST_F(ChartCommands, AWrongEncodingShowsInTheGreyRow) {
+  run({"simulate", "-o", "l.tif", "--bits", "16", "--size", "640x480"});
+  const Outcome wrong = run({"evaluate", "l.tif", "--encoding", "srgb", "--wide", "--force"});
+  EXPECT_THAT(wrong.out, HasSubstr("it would not with --encoding linear"));
+  EXPECT_THAT(run({"evaluate", "l.tif"}).out, Not(HasSubstr("grey row")));
+}
+
 TEST_F(ChartCommands, OtherAimsChangeTheFit) {
   run({"simulate", "-o", "chart.png", "--size", "800x600"});
   const json plain = fit("chart.png"),

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "greycard/files.h"
 #include "run_command.h"
@@ -93,6 +94,27 @@ TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
     EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
   }
   EXPECT_EQ(read("text.png"), "not a picture");
+}
+
+// What reads and writes files reads and writes pipes; nothing else is then on standard output.
+TEST_F(CommandTest, AMinusIsStandardInputOrOutput) {
+  const std::string picture = run({"simulate", "-o", "-", "--size", "320x240"}).out;
+  EXPECT_THAT(picture, StartsWith("\x89PNG"));
+  writeWholeFile(folder / "c.png", picture);
+  const std::string command = GREYCARD_COMMAND;
+  const Outcome piped = runProgram("/bin/sh", folder,
+                                   {"-c", command + " chart - --annotate a.png <c.png; " + command +
+                                              " chart - -o - </dev/zero"});
+  EXPECT_THAT(piped.out, HasSubstr("\"/dev/stdin\"\n"));
+  EXPECT_THAT(piped.out, HasSubstr("Wrote \"a.png\"\n"));
+  EXPECT_THAT(piped.err, HasSubstr("more than 1 GiB"));
+  EXPECT_EQ(run({"chart", "c.png", "-o", "-", "--json", "-"}).status, 2);
+  EXPECT_EQ(run({"chart", "c.png", "--quiet", "-o", "r.txt"}).out, "");
+  EXPECT_EQ(run({"chart", "c.png", "-o", "-"}).out, read("r.txt"));
+  for (const auto& words : {std::vector<std::string>{"evaluate", "c.png"}, {"ccm", "c.png"}}) {
+    std::istringstream lines(run(words).out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
+  }
 }
 
 TEST_F(CommandTest, AFailedRunLeavesOldFilesAndNoNewOnes) {

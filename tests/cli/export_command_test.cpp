@@ -27,7 +27,7 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
   const Outcome curve =
       run({"gamma", "show", "VOutdoor", "--update", "cam.json", "--export", "cube1d=curve.cube"});
   ASSERT_EQ(curve.status, 0) << curve.err;
-  EXPECT_THAT(curve.out, HasSubstr("Updated \"cam.json\": replaced rpi.contrast"));
+  EXPECT_THAT(curve.out, HasSubstr("Wrote \"cam.json\" (updated): replaced rpi.contrast"));
   EXPECT_THAT(read("curve.cube"), HasSubstr("LUT_1D_SIZE 1024"));
   const std::size_t curveAt = both.find("gamma_curve");
   EXPECT_EQ(read("cam.json").substr(0, curveAt), both.substr(0, curveAt));

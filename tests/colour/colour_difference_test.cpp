@@ -42,6 +42,17 @@ TEST(DeltaE, OlderFormulasWorkedByHand) {
   EXPECT_NEAR(deltaE94({52, 10, 0}, {50, 0, 10}), std::sqrt(4.0 + 200.0 / (1.15 * 1.15)), 1e-12);
 }
 
+TEST(DeltaE2000, TermsOfColoursThatDifferInOneRespect) {
+  // At L* = 50 and for greys every weight is 1 but that of chroma, so that dE is the one term.
+  EXPECT_NEAR(deltaE2000Terms({49, 0, 0}, {51, 0, 0}).lightness, 2.0, 1e-9);
+  const auto chroma = deltaE2000Terms({50, 20, 0}, {50, 30, 0});
+  EXPECT_GT(chroma.chroma, 3.0);
+  EXPECT_EQ(chroma.lightness + chroma.hue + chroma.rotation, 0.0);
+  const auto hue = deltaE2000Terms({50, 0, 30}, {50, 0.5, 30});
+  EXPECT_LT(hue.hue, -0.1);
+  EXPECT_NEAR(hue.chroma, 0.0, 0.01);
+}
+
 TEST(DeltaE, ZeroForEqualColoursAndNotANumberPassesThrough) {
   using Formula = double (*)(const Vector3&, const Vector3&);
   for (const Formula formula : {Formula{deltaE76}, Formula{deltaE94}, Formula{deltaE2000}}) {

@@ -30,6 +30,10 @@ struct CurveExport {
   CurveFileForm form;
 };
 
+/// A curve as a curve file's text. \throws JobError when the curve has no table that could be
+/// written; std::invalid_argument for a form other than the above
+GREYCARD_EXPORT std::string curveFileText(const GammaCurve& curve, const CurveFileForm& form = {});
+
 /// Writes a curve file. \throws JobError when the curve has no table that could be written;
 /// std::invalid_argument for a form other than the above; FileError
 GREYCARD_EXPORT CurveExport exportCurve(const GammaCurve& curve, const std::filesystem::path& file,

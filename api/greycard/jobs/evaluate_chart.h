@@ -25,10 +25,11 @@ struct ChartEvaluation {
   std::filesystem::path photo;
   Illum light = illum_D65;
   LocatedChart chart;
-  PatchTable measuredRgb{};     ///< linear, 0..1
-  PatchTable measuredNoise{};   ///< standard deviation of a pixel
-  PatchTable measuredMedian{};  ///< of its pixels
-  PatchTable unevenness{};      ///< of the patch: see QuadSampling
+  std::optional<SampleLevels> levels;  ///< what the samples were taken to mean
+  PatchTable measuredRgb{};            ///< linear, 0..1
+  PatchTable measuredNoise{};          ///< standard deviation of a pixel
+  PatchTable measuredMedian{};         ///< of its pixels
+  PatchTable unevenness{};             ///< of the patch: see QuadSampling
   SamplingReport sampling;
   PatchTable measuredLab{};
   PatchTable referenceLab{};

@@ -28,8 +28,12 @@ struct GREYCARD_EXPORT ChartFitOptions {
   Illum light = illum_D65;
   std::string gamma = "VGammaSRGB";  ///< the camera's tone curve: see cameraGamma
   FitFormula formula = FitFormula::CIE94;
-  int transform = 0;       ///< ColorCorrectionSettings::m_RGBtoXYZTransform, 0..3
-  double noiseRate = 0.0;  ///< 0..1, weight of noise against colour error
+  int transform = 0;  ///< ColorCorrectionSettings::m_RGBtoXYZTransform, 0..3
+  /// The space of transform 3, which needs both: linear RGB to XYZ on the 0..1 scale, and back.
+  std::optional<Matrix3> rgbToXyz, xyzToRgb;
+  FitExposure exposure = FitExposure::stated;  ///< stated, balanced or number
+  double exposureGain = 1.0;                   ///< for FitExposure::number, 1e-6 to 1e6
+  double noiseRate = 0.0;                      ///< 0..1, weight of noise against colour error
   /// Chroma wanted over the target's, 1.1 for 10 % more; 0.9 and up, for a longer search.
   std::optional<double> saturation;
   /// Chroma factors of the target: all, red, green, blue patches; all counts when the four are
@@ -41,7 +45,9 @@ struct GREYCARD_EXPORT ChartFitOptions {
   /// A file of 24 lines L* a* b*, or of 8-bit sRGB, as reference colours; at most one of the two.
   std::filesystem::path referenceLab, referenceSRgb;
 
-  /// \throws FileError; std::invalid_argument for two references or a patch outside 19..22
+  /// \throws FileError; std::invalid_argument for two references, a patch outside 19..22, and
+  ///         transform 3 without its two matrices, matrices without it, and such as don't undo each
+  ///         other
   ColorCorrectionSettings settings() const;
 };
 
@@ -61,10 +67,11 @@ struct GREYCARD_EXPORT ChartFit {
   ColorFitReport fit;      ///< the balanced chart, the reference, and how the search went
 
   LocatedChart chart;
-  PatchTable measuredRgb{};     ///< linear, 0..1
-  PatchTable measuredNoise{};   ///< standard deviation of a pixel
-  PatchTable measuredMedian{};  ///< of its pixels
-  PatchTable unevenness{};      ///< of the patch: see QuadSampling
+  std::optional<SampleLevels> levels;  ///< what the samples were taken to mean
+  PatchTable measuredRgb{};            ///< linear, 0..1
+  PatchTable measuredNoise{};          ///< standard deviation of a pixel
+  PatchTable measuredMedian{};         ///< of its pixels
+  PatchTable unevenness{};             ///< of the patch: see QuadSampling
   SamplingReport sampling;
   PatchTable correctedLab{};
   ColourErrors before, after;         ///< of balanced and corrected colours to the reference

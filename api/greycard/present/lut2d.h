@@ -51,4 +51,7 @@ GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, Lut2dInverseReport&
 GREYCARD_PRESENT_EXPORT std::string lut2dWheel(const Lut2DConfig& table,
                                                const std::string& name = {});
 
+/// AppliedLut2d::comparison with "before" and "after" written above the two pictures.
+GREYCARD_PRESENT_EXPORT Picture labelledComparison(const AppliedLut2d& applied);
+
 }  // namespace greycard::present

@@ -60,16 +60,6 @@ double lightRange(const std::array<double, kPatchCount>& light) {
   return 100.0 * (*most - *least) / *most;
 }
 
-Vector3 differenceSplit(const Vector3& referenceLab, const Vector3& lab) {
-  const double chroma = std::hypot(lab[1], lab[2]);
-  const double referenceChroma = std::hypot(referenceLab[1], referenceLab[2]);
-  const double da = lab[1] - referenceLab[1], db = lab[2] - referenceLab[2];
-  const double dC = chroma - referenceChroma;
-  const double dH = std::sqrt(std::max(0.0, da * da + db * db - dC * dC));
-  const double turn = referenceLab[1] * lab[2] - referenceLab[2] * lab[1];
-  return {lab[0] - referenceLab[0], dC, std::copysign(dH, turn)};
-}
-
 std::vector<ShownPhotograph> shownPhotographs(const FitContext& context, const FitSetup& setup,
                                               const FitState& state) {
   std::vector<ShownPhotograph> shown(state.exposure.size());

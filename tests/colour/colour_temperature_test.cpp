@@ -1,0 +1,53 @@
+#include "greycard/colour_temperature.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "greycard/illum.h"
+
+namespace greycard {
+namespace {
+
+// CIE 15:2004, tables T.3 and T.8: chromaticities and correlated colour temperatures, those of
+// the fluorescent lamps rounded to 10 K.
+TEST(ColourTemperature, AgreesWithThePublishedLights) {
+  struct Light {
+    const char* name;
+    double x, y, kelvin, tolerance;
+  };
+  for (const Light& light : {Light{"A", 0.44758, 0.40745, 2856, 2},
+                             {"D50", 0.34567, 0.35851, 5003, 2},
+                             {"D55", 0.33243, 0.34744, 5503, 2},
+                             {"D65", 0.31272, 0.32903, 6504, 2},
+                             {"D75", 0.29903, 0.31488, 7504, 3},
+                             {"F1", 0.3131, 0.3371, 6430, 10},
+                             {"F2", 0.3721, 0.3751, 4230, 10},
+                             {"F4", 0.4402, 0.4031, 2940, 10},
+                             {"F7", 0.3129, 0.3292, 6500, 10},
+                             {"F11", 0.3805, 0.3769, 4000, 10},
+                             {"F12", 0.4370, 0.4042, 3000, 10}}) {
+    SCOPED_TRACE(light.name);
+    const auto found = correlatedColourTemperature({light.x, light.y, 1.0 - light.x - light.y});
+    ASSERT_TRUE(found);
+    EXPECT_NEAR(found->kelvin, light.kelvin, light.tolerance);
+  }
+  // Daylight lies above the locus by 0.0032 (D65); illuminant A, a Planckian radiator, on it.
+  EXPECT_NEAR(correlatedColourTemperature(whitePoint(illum_D65))->duv, 0.0032, 2e-4);
+  EXPECT_NEAR(correlatedColourTemperature({109.85, 100.0, 35.585})->duv, 0.0, 1e-4);
+  EXPECT_LT(correlatedColourTemperature({0.36, 0.34, 0.30})->duv, -0.005);
+}
+
+TEST(ColourTemperature, RefusesWhatHasNone) {
+  for (const Vector3& xyz : {Vector3{},
+                             {-1, -1, -1},
+                             {NAN, 1, 1},
+                             {INFINITY, 1, 1},
+                             {0.2, 0.7, 0.1},
+                             {0.15, 0.06, 0.79},
+                             {0.68, 0.32, 0.0}})
+    EXPECT_FALSE(correlatedColourTemperature(xyz)) << xyz[0];
+}
+
+}  // namespace
+}  // namespace greycard
