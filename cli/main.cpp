@@ -9,6 +9,7 @@ void addAll(CLI::App& program) {
   addChart(program);
   addCcm(program);
   addEvaluate(program);
+  addProfile(program);
   addGamma(program);
   addLut2d(program);
   addSigma(program);

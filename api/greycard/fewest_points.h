@@ -12,7 +12,7 @@
 
 namespace greycard {
 
-inline constexpr std::size_t kMostFewestPoints = 64;
+inline constexpr std::size_t kMostFewestPoints = 32;
 
 /// The fewest control points that the search finds whose curve (GammaCurve::CalculateCurve at the
 /// default settings: X in fourths of indices, Y in 64ths of codes) is nowhere farther than `codes`
@@ -27,7 +27,7 @@ inline constexpr std::size_t kMostFewestPoints = 64;
 ///
 /// \param table  1024 entries of 14 bits
 /// \param codes  above 0
-/// \return empty when 64 points are not enough
+/// \return empty when 32 points are not enough
 /// \throws std::invalid_argument for another table or limit
 GREYCARD_EXPORT std::optional<ControlPointList> fewestControlPoints(
     std::span<const std::int32_t> table, double codes);

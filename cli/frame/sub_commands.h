@@ -9,6 +9,7 @@ void addSimulate(CLI::App& parent);
 void addChart(CLI::App& parent);
 void addCcm(CLI::App& parent);
 void addEvaluate(CLI::App& parent);
+void addProfile(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
 void addSigma(CLI::App& parent);

@@ -9,6 +9,7 @@
 #include "command.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
+#include "greycard/present/fit_file.h"
 #include "greycard/present/lut2d.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
@@ -19,14 +20,17 @@ namespace greycard::cli {
 namespace {
 
 struct ApplyOptions : CommonOptions {
-  std::filesystem::path photo, lut, output, compare;
+  std::filesystem::path photo, lut, from, output, compare;
   std::optional<int> bits;
 };
 
 // With the advice in the command's words.
 AppliedLut2d applied(const ApplyOptions& options) try {
   const Lut2DConfig table = present::readLut2d(options.lut);
-  return applyLut2d(readPicture(options.photo), table, {options.bits}, options.photo, options.lut);
+  Picture picture = readPicture(options.photo);
+  if (!options.from.empty())
+    picture = present::correctedPhotograph(picture, present::readFit(options.from));
+  return applyLut2d(picture, table, {options.bits}, options.photo, options.lut);
 } catch (const WrongSampleBits& wrong) {
   throw JobError(wrong.fact() +
                  (options.bits == 8 ? "; --bits must be 10 or 16" : "; leave out --bits"));
@@ -35,6 +39,7 @@ AppliedLut2d applied(const ApplyOptions& options) try {
 void run(ApplyOptions& options) {
   options.files.input("PHOTO", options.photo);
   options.files.input("--lut", options.lut);
+  options.files.input("--from", options.from);
   options.files.pictureOutput("--output", options.output);
   options.files.pictureOutput("--compare", options.compare);
   options.files.output("--json", options.json);
@@ -66,6 +71,11 @@ void addLut2dApply(CLI::App& lut2d) {
       ->type_name("PHOTO");
   app.add_option("--lut", options->lut, "Table")
       ->required()
+      ->transform(inputFile())
+      ->type_name("FILE");
+  app.add_option("--from", options->from,
+                 "A fit that ccm --json wrote: the photograph goes through its gains, matrix and "
+                 "tone curve before the table moves its colours")
       ->transform(inputFile())
       ->type_name("FILE");
   app.add_option("-o,--output", options->output, "Picture to write, with the same bits")

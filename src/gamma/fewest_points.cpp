@@ -29,6 +29,10 @@ class PointSearch {
 
   std::optional<ControlPointList> run() {
     ControlPointList best = start(2, 1.0);
+    // The curve passes through its ends, whose Y are whole.
+    for (const ControlPoint& end : best)
+      if (std::abs(end.Y * kYScale - table_[static_cast<std::size_t>(end.X * kXScale)]) > codes_)
+        return std::nullopt;
     for (std::size_t count = 2; count <= kMostFewestPoints; ++count) {
       if (count > 2) best = bestOf(count, best);
       descend(best);

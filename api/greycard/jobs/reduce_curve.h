@@ -29,7 +29,7 @@ GREYCARD_EXPORT ControlPointReduction
 reduceToControlPoints(const GammaCurve& curve, CurveChannel channel = CurveChannel::All);
 
 /// Few points whose curve stays within so many percent of full scale: see fewestControlPoints.
-/// \throws JobError for a curve without a table of 1024 entries, and when 64 points are not enough;
+/// \throws JobError for a curve without a table of 1024 entries, and when 32 points are not enough;
 ///         std::invalid_argument for percent that are not above 0
 GREYCARD_EXPORT ControlPointReduction fewestPointsOf(const GammaCurve& curve, double percent,
                                                      CurveChannel channel = CurveChannel::All);

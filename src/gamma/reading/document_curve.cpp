@@ -212,19 +212,20 @@ Found curveIn(const TextNode& node) {
   return found;
 }
 
-// The first item of that name, however deep.
-const TextNode* findAnywhere(const TextNode& node, std::string_view key) {
-  if (const TextNode* item = node.find(key)) return item;
+// The first item of that name and kind, however deep.
+const TextNode* findAnywhere(const TextNode& node, std::string_view key, TextNode::Kind kind) {
+  if (const TextNode* item = node.find(key); item != nullptr && item->kind == kind) return item;
   for (const TextNode& item : node.items)
-    if (const TextNode* found = findAnywhere(item, key)) return found;
+    if (const TextNode* found = findAnywhere(item, key, kind)) return found;
   return nullptr;
 }
 
 // Names that tuning files and our fits have for a curve that lies among much else.
 Found fromKnownName(const TextNode& document) {
-  if (const TextNode* pairs = numberList(findAnywhere(document, "gamma_curve")))
+  if (const TextNode* pairs =
+          numberList(findAnywhere(document, "gamma_curve", TextNode::Kind::List)))
     return fromFlatPairs(*pairs);
-  const TextNode* curve = findAnywhere(document, "tone_curve");
+  const TextNode* curve = findAnywhere(document, "tone_curve", TextNode::Kind::Map);
   return curve != nullptr ? curveIn(*curve) : Found();
 }
 
