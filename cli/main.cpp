@@ -12,6 +12,7 @@ void addAll(CLI::App& program) {
   addEvaluate(program);
   addCompare(program);
   addApply(program);
+  addProfile(program);
   addGamma(program);
   addLut2d(program);
   addSigma(program);

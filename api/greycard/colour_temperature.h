@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "greycard/export.h"
+#include "greycard/illum.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -25,5 +26,9 @@ struct ColourTemperature {
 ///         or 25000 K and above, and more than 0.05 from the locus, where the notion has no meaning
 /// Source: CIE 15:2004, section 9.5.
 GREYCARD_EXPORT std::optional<ColourTemperature> correlatedColourTemperature(const Vector3& xyz);
+
+/// The same of a light's spectrum, or of the one that stands for it (referenceLight), by sums over
+/// 380 to 780 nm by 5 nm.
+GREYCARD_EXPORT ColourTemperature lightTemperature(Illum light);
 
 }  // namespace greycard

@@ -14,7 +14,7 @@
 
 namespace greycard {
 
-/// The note with its file, line and word, as one line.
+/// The note with its file, line, column and word, as one line.
 GREYCARD_EXPORT std::string noteText(const std::filesystem::path& file,
                                      const GammaImportNote& note);
 
@@ -35,7 +35,8 @@ struct SourcedCurve {
   std::vector<std::string> notes;  ///< a line each (noteText); none of a curve of the catalogue
 };
 
-/// A curve of the catalogue by its name, or else the curve of a curve file.
+/// A curve of the catalogue by its name, or "HDR10" (up to 10000 cd/m2) or "HLG", their 257 codes
+/// resampled to 1024 entries of 14 bits, or else the curve of a file (importAnyCurve).
 /// \throws JobError that lists the names when it is neither; CurveFileRefused; FileError
 GREYCARD_EXPORT SourcedCurve curveByNameOrFile(const std::string& nameOrFile);
 
@@ -45,7 +46,7 @@ struct ComparisonCurve {
   std::vector<std::string> notes;
 };
 
-/// "HDR10" (up to 10000 cd/m2) or "HLG", whose tables are of 257 codes of 10 bits, or a curve as
+/// "HDR10" or "HLG" as they are, 257 codes of 10 bits, or a curve as
 /// curveByNameOrFile has them. \throws as that
 GREYCARD_EXPORT ComparisonCurve comparisonCurve(const std::string& nameOrFile);
 

@@ -15,9 +15,10 @@ namespace greycard {
 
 /// A remark on one place of a curve file.
 struct GammaImportNote {
-  std::size_t line = 0;  ///< from 1; 0 when it is about the whole file
-  std::string token;     ///< the word it is about, as it stands there; may be empty
-  std::string text;      ///< one sentence without the file's name and line
+  std::size_t line = 0;                 ///< from 1; 0 when it is about the whole file
+  std::string token;                    ///< the word it is about, as it stands there; may be empty
+  std::string text;                     ///< one sentence without the file's name and line
+  std::optional<std::size_t> column{};  ///< of the word in its line, from 1, where it is known
 };
 
 /// What an import made of a curve file.

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "greycard/curve_import.h"
 #include "greycard/gamma_curve_model.h"
 #include "seventeen_points.h"
 
@@ -43,6 +44,18 @@ void ImportCurveFile(benchmark::State& state) {
   countBytes(state, text);
 }
 BENCHMARK(ImportCurveFile);
+
+// As many rows of the other forms as a curve may have.
+void ImportColumns(benchmark::State& state) {
+  std::string text;
+  for (int i = 0; i < 65536; ++i) text += std::to_string(i) + "," + std::to_string(i / 4) + "\n";
+  for (auto _ : state) {
+    GammaCurveModel model(false);
+    benchmark::DoNotOptimize(importAnyCurve(model, "curve", text).curve->Data()->data());
+  }
+  countBytes(state, text);
+}
+BENCHMARK(ImportColumns)->Unit(benchmark::kMillisecond);
 
 // The baseline: the numbers alone, without words, lines or a curve.
 void ParseNumbersOnly(benchmark::State& state) {

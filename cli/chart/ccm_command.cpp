@@ -7,8 +7,10 @@
 #include "ccm_options.h"
 #include "ccm_text.h"
 #include "greycard/files.h"
+#include "greycard/jobs/apply_fit.h"
 #include "greycard/present/best_fit.h"
 #include "greycard/present/chart.h"
+#include "greycard/present/fit_file.h"
 #include "progress_bar.h"
 #include "sub_commands.h"
 #include "text_output.h"
@@ -71,6 +73,26 @@ void runBest(CcmOptions& options) {
   options.printWarnings(fit.warnings);
 }
 
+// Another photograph through a fit that was made before.
+void runFrom(CcmOptions& options) {
+  if (!options.report.empty() || options.best.asked())
+    throw UsageError("--from takes a fit as it is; leave out --report and the options of a fit");
+  const present::AnyFit fit = present::readFit(options.from);
+  const ChartFit chart = present::chartFitOf(fit);
+  const auto* best = std::get_if<BestChartFit>(&fit);
+  if (options.exports.any() && best != nullptr && !best->best.toneCurve.empty())
+    throw UsageError(
+        "--export: these formats have no place for the photograph's own tone curve, which this fit "
+        "holds; fit without --estimate-curve and --curve");
+  options.writeExports(chart);
+  if (!options.corrected.empty())
+    options.files.write(options.corrected,
+                        applyFit(options.source.read(),
+                                 std::visit([](const auto& any) { return pipelineOf(any); }, fit)));
+  options.writeJson(std::visit([](const auto& any) { return present::toJson(any); }, fit));
+  if (options.printsText()) std::cout << ccmText(chart, options.wide);
+}
+
 void run(CcmOptions& options) {
   options.best.check();
   options.source.nameFiles(options.files);
@@ -80,7 +102,9 @@ void run(CcmOptions& options) {
   options.files.pictureOutput("--corrected", options.corrected);
   options.files.output("--json", options.json);
   options.best.nameFiles(options.files);
+  options.files.input("--from", options.from);
   options.nameExports();
+  if (!options.from.empty()) return runFrom(options);
   if (options.best.asked())
     runBest(options);
   else

@@ -7,7 +7,7 @@
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
-#include "greycard/present/chart.h"
+#include "greycard/present/fit_file.h"
 #include "light_option.h"
 #include "matrix_option.h"
 #include "option_checks.h"
@@ -110,6 +110,11 @@ void CcmOptions::addTo(CLI::App& app) {
   addFitOptions(app, *this);
   addTargetOptions(app, *this);
   best.addTo(app);
+  app.add_option("--from", from,
+                 "Fit nothing: take gains, matrix and tone curve from a fit that ccm --json wrote, "
+                 "for --corrected and exports")
+      ->transform(inputFile())
+      ->type_name("FILE");
   app.add_option("--report", report, "Report as one HTML file")->type_name("FILE");
   app.add_option("--corrected", corrected, "The photograph through gains, matrix and tone curve")
       ->type_name("FILE");
@@ -166,13 +171,7 @@ void CcmOptions::writeExports(const ChartFit& chartFit) {
   if (!exports.any()) return;
   exchange::FittedCamera camera{{exchange::fittedLight(chartFit, kelvin)}};
   for (const auto& file : otherLights) {
-    ChartFit other;
-    try {
-      present::fromJson(readWholeFile(file), other);
-    } catch (const std::invalid_argument& error) {
-      throw JobError(quoted(file) + ": " + error.what());
-    }
-    camera.lights.push_back(exchange::fittedLight(std::move(other)));
+    camera.lights.push_back(exchange::fittedLight(present::chartFitOf(present::readFit(file))));
   }
   exports.write(files, camera);
 }

@@ -24,6 +24,7 @@ struct CcmOptions : CommonOptions {
   std::string rgbToXyz, xyzToRgb;  ///< nine numbers, or a file of them
   ChartFitOptions fit;
   std::filesystem::path report, corrected;
+  std::filesystem::path from;  ///< a fit in JSON, instead of fitting
   ExportRequests exports;
   std::optional<double> kelvin;                    ///< of the light, for the exports
   std::vector<std::filesystem::path> otherLights;  ///< fits in JSON, for the exports

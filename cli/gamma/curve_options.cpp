@@ -10,12 +10,9 @@
 namespace greycard::cli {
 namespace {
 
-bool isInCatalogue(const std::string& name) {
-  return GammaCurveModel(true).GetGammaCurveByName(name) != nullptr;
-}
-
-bool isGenerated(const std::string& name) {
-  return name == "HDR10" || name == "HLG";
+bool isName(const std::string& text) {
+  return text == "HDR10" || text == "HLG" ||
+         GammaCurveModel(true).GetGammaCurveByName(text) != nullptr;
 }
 
 // Runs what reads a curve, and prints its notes.
@@ -40,11 +37,12 @@ GammaCurvePtr curveFromOption(const std::string& nameOrFile) {
 }
 
 void nameCurveFile(JobFiles& files, const std::string& option, const std::string& nameOrFile) {
-  if (!nameOrFile.empty() && !isInCatalogue(nameOrFile)) files.input(option, nameOrFile);
+  if (!nameOrFile.empty() && !isName(nameOrFile)) files.input(option, nameOrFile);
 }
 
 void CurveChoice::addTo(CLI::App& app) {
-  app.add_option("curve", name, "A curve of the catalogue (greycard gamma list), or a curve file")
+  app.add_option("curve", name,
+                 "A curve of the catalogue (greycard gamma list), HDR10, HLG, or a file of a curve")
       ->required()
       ->transform(inputFile())
       ->type_name("NAME|FILE");
@@ -68,7 +66,7 @@ void CurvePlotOptions::addTo(CLI::App& app) {
 void CurvePlotOptions::nameFiles(JobFiles& files) const {
   if (plot.empty() && !against.empty())
     throw UsageError("--against is a second curve in the plot; it needs --plot");
-  if (!isGenerated(against)) nameCurveFile(files, "--against", against);
+  nameCurveFile(files, "--against", against);
   files.plotOutput("--plot", plot);
 }
 

@@ -63,6 +63,9 @@ void addGamma(CLI::App& parent) {
   addGammaHlg(gamma);
   addGammaPoints(gamma);
   addGammaDegamma(gamma);
+  addGammaPower(gamma);
+  addGammaMerge(gamma);
+  addGammaInvert(gamma);
 }
 
 }  // namespace greycard::cli

@@ -15,5 +15,8 @@ void addGammaHdr10(CLI::App& gamma);
 void addGammaHlg(CLI::App& gamma);
 void addGammaPoints(CLI::App& gamma);
 void addGammaDegamma(CLI::App& gamma);
+void addGammaPower(CLI::App& gamma);
+void addGammaMerge(CLI::App& gamma);
+void addGammaInvert(CLI::App& gamma);
 
 }  // namespace greycard::cli

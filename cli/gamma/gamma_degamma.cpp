@@ -59,7 +59,8 @@ void addGammaDegamma(CLI::App& gamma) {
       "The inputs at which a curve gives an encoded colour, as entries 1 to 256 of its 256-entry\n"
       "table, by straight lines; levels that the curve doesn't reach are extrapolated",
       "greycard gamma degamma VGammaSRGB 200 128 64", *options);
-  app.add_option("curve", options->curve, "A curve of the catalogue, or a curve file")
+  app.add_option("curve", options->curve,
+                 "A curve of the catalogue, HDR10, HLG, or a file of a curve")
       ->required()
       ->type_name("NAME|FILE");
   constexpr std::array kNames{"R", "G", "B"};

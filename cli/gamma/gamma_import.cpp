@@ -1,4 +1,4 @@
-// greycard gamma import: what curve files hold.
+// greycard gamma import: what files of curves hold.
 
 #include <filesystem>
 #include <iostream>
@@ -19,6 +19,7 @@ namespace {
 
 struct ImportOptions : CommonOptions {
   std::vector<std::string> inputs;
+  CurveImportOptions import;
   std::vector<std::filesystem::path> exports;
   CurveFileForm form;
   CurvePlotOptions plot;
@@ -33,16 +34,34 @@ void nameFiles(ImportOptions& options) {
   options.files.output("--json", options.json);
 }
 
-CurveImportReport importAll(GammaCurveModel& catalogue, const ImportOptions& options) try {
-  const std::vector<std::filesystem::path> files(options.inputs.begin(), options.inputs.end());
-  return importCurves(catalogue, files);
-} catch (const CurveFileRefused& refusal) {
-  printNotes(refusal.notes());
-  throw;
+// The curve of each file goes to the file that stands in the same place behind --export.
+void exportAll(const GammaCurveModel& catalogue, const CurveImportReport& report,
+               ImportOptions& options) {
+  auto next = report.curves.begin();
+  for (std::size_t i = 0; i < options.exports.size() && next != report.curves.end(); ++i) {
+    if (next->file != options.inputs[i]) continue;
+    options.files.write(
+        options.exports[i],
+        curveFileText(*catalogue.GetGammaCurveByName(next->curve.name), options.form));
+    ++next;
+  }
+}
+
+// What could be read has been dealt with by now.
+void tellRefusals(const CurveImportReport& report) {
+  for (const RefusedCurveFile& refused : report.refused) printNotes(refused.notes);
+  if (report.refused.empty()) return;
+  if (report.refused.size() == 1) throw JobError(report.refused[0].reason);
+  for (const RefusedCurveFile& refused : report.refused)
+    std::cerr << "refused: " << printable(refused.reason) << '\n';
+  throw JobError(std::to_string(report.refused.size()) + " of " +
+                 std::to_string(report.curves.size() + report.refused.size()) +
+                 " files gave no curve");
 }
 
 std::string tableText(const CurveFileTable& table) {
-  return std::to_string(table.values) + " x " + std::to_string(table.bits) + " bits";
+  return std::to_string(table.values) +
+         (table.bits == 0 ? " fractions" : " x " + std::to_string(table.bits) + " bits");
 }
 
 void printText(const CurveImportReport& report) {
@@ -52,7 +71,8 @@ void printText(const CurveImportReport& report) {
     const CurveTables& curve = imported.curve;
     std::string tables, points;
     for (std::size_t c = 0; c < (curve.unified ? 1 : curve.channels.size()); ++c) {
-      tables += (c == 0 ? "" : ", ") + tableText(imported.fileTables.at(c));
+      if (c < imported.fileTables.size())
+        tables += (c == 0 ? "" : ", ") + tableText(imported.fileTables[c]);
       points += (c == 0 ? "" : ", ") + std::to_string(curve.channels[c].points.size());
     }
     text.addRow({printable(curve.name), curve.unified ? "together" : "separate", tables, points});
@@ -66,15 +86,15 @@ void printText(const CurveImportReport& report) {
 void run(ImportOptions& options) {
   nameFiles(options);
   GammaCurveModel catalogue(true);
-  const CurveImportReport report = importAll(catalogue, options);
-  for (std::size_t i = 0; i < options.exports.size(); ++i) {
-    const auto& curve = *catalogue.GetGammaCurveByName(report.curves[i].curve.name);
-    options.files.write(options.exports[i], curveFileText(curve, options.form));
-  }
+  const std::vector<std::filesystem::path> files(options.inputs.begin(), options.inputs.end());
+  const CurveImportReport report = importCurves(catalogue, files, options.import);
+  if (report.curves.empty()) return tellRefusals(report);
+  exportAll(catalogue, report, options);
   options.plot.write(options.files,
                      [&](const auto& against) { return present::curvePlot(report, against); });
   options.writeJson(present::toJson(report));
   if (options.printsText()) printText(report);
+  tellRefusals(report);
 }
 
 }  // namespace
@@ -83,13 +103,17 @@ void addGammaImport(CLI::App& gamma) {
   const auto options = std::make_shared<ImportOptions>();
   CLI::App& app = addSubCommand(
       gamma, "import",
-      "What curve files hold, and what of it could not be used; also converts them.\n"
-      "A plot of several files shows the red (or common) table of each.",
+      "What files of curves hold, and what of it could not be used; also converts them. A file\n"
+      "may be a curve file, .cube (1D), CSV of one to four columns, JSON or YAML lists, C arrays, "
+      "or\n"
+      "plain numbers; its content tells.",
       "greycard gamma import outdoor.txt --export outdoor64.txt --size 64 --bits 8", *options);
-  app.add_option("file", options->inputs, "Curve files")
+  app.add_option("file", options->inputs, "Files of curves")
       ->required()
       ->transform(inputFile())
       ->type_name("FILE...");
+  app.add_flag("--from-points", options->import.fromPoints,
+               "Compute each curve from the control points of its file, whatever its table says");
   app.add_option("--export", options->exports, "Curve files to write, one for each that is read")
       ->type_name("FILE...");
   addCurveFileForm(app, options->form);

@@ -10,6 +10,7 @@
 #include "gamma_commands.h"
 #include "greycard/number_text.h"
 #include "greycard/present/gamma.h"
+#include "option_checks.h"
 #include "text_output.h"
 #include "text_table.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 struct PointsOptions : CommonOptions {
   CurveChoice choice;
+  std::optional<double> within;
   CurvePlotOptions plot;
 };
 
@@ -37,8 +39,10 @@ void run(PointsOptions& options) {
   options.plot.nameFiles(options.files);
   options.files.output("--json", options.json);
   const GammaCurvePtr curve = options.choice.curve();
-  const ControlPointReduction reduction =
-      reduceToControlPoints(*curve, options.choice.curveChannel());
+  const CurveChannel channel = options.choice.curveChannel();
+  const ControlPointReduction reduction = options.within
+                                              ? fewestPointsOf(*curve, *options.within, channel)
+                                              : reduceToControlPoints(*curve, channel);
   options.plot.write(options.files,
                      [&](const auto& against) { return present::curvePlot(reduction, against); });
   options.writeJson(present::toJson(reduction));
@@ -55,6 +59,11 @@ void addGammaPoints(CLI::App& gamma) {
       "deviation of the curve through them over the whole table",
       "greycard gamma points VOutdoor --plot points.svg", *options);
   options->choice.addTo(app);
+  app.add_option("--within", options->within,
+                 "Instead: the fewest points found whose curve stays within so many percent of\n"
+                 "full scale of the table")
+      ->type_name("PERCENT")
+      ->check(numbersFrom(0.01, 100.0));
   options->plot.addTo(app);
   setJob(app, options, run);
 }

@@ -8,9 +8,11 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/jobs/apply_fit.h"
 #include "greycard/photograph.h"
 #include "greycard/picture.h"
 #include "greycard/present/lut2d.h"
+#include "greycard/present/photograph.h"
 #include "job_files.h"
 #include "lut2d_commands.h"
 #include "option_checks.h"
@@ -20,7 +22,7 @@ namespace greycard::cli {
 namespace {
 
 struct ApplyOptions : CommonOptions {
-  std::filesystem::path photo, lut, output, compare;
+  std::filesystem::path photo, lut, from, output, compare;
   std::optional<int> bits;
 };
 
@@ -36,12 +38,17 @@ AppliedLut2d applied(const ApplyOptions& options, const Picture& picture,
 void run(ApplyOptions& options) {
   options.files.input("PHOTO", options.photo);
   options.files.input("--lut", options.lut);
+  options.files.input("--from", options.from);
   options.files.pictureOutput("--output", options.output);
   options.files.pictureOutput("--compare", options.compare);
   options.files.output("--json", options.json);
   const Lut2DConfig table = present::readLut2d(options.lut);
   const Photograph photograph = readPhotograph(options.photo);
-  const AppliedLut2d result = applied(options, photograph.picture, table);
+  const AppliedLut2d result = applied(
+      options,
+      options.from.empty() ? photograph.picture
+                           : applyFit(photograph, present::readFittedPipeline(options.from)),
+      table);
   const Lut2dApplyReport& report = result.report;
   const double share =
       static_cast<double>(report.changedPixels) / static_cast<double>(report.pixels);
@@ -70,6 +77,11 @@ void addLut2dApply(CLI::App& lut2d) {
       ->type_name("PHOTO");
   app.add_option("--lut", options->lut, "Table")
       ->required()
+      ->transform(inputFile())
+      ->type_name("FILE");
+  app.add_option("--from", options->from,
+                 "A fit that ccm --json wrote: the photograph goes through its gains, matrix and "
+                 "tone curve before the table moves its colours")
       ->transform(inputFile())
       ->type_name("FILE");
   app.add_option("-o,--output", options->output, "Picture to write, with the same bits")

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "brent.h"
 #include "greycard/types.h"
@@ -60,6 +61,16 @@ std::optional<ColourTemperature> correlatedColourTemperature(const Vector3& xyz)
   // The locus rises to the right and green lies above it.
   const Point2 locus = planckianUv(minimum.x);
   return ColourTemperature{1e6 / minimum.x, std::copysign(distance, light.y - locus.y)};
+}
+
+ColourTemperature lightTemperature(Illum light) {
+  const CDoubleMatrix grid{380.0, 5.0, 780.0};
+  const CDoubleMatrix power = illuminantSpectrum(light, grid), observer = observerFunctions(grid);
+  Vector3 xyz{};
+  for (std::int32_t i = 0; i < grid.rows(); ++i)
+    for (std::int32_t c = 0; c < 3; ++c)
+      xyz[static_cast<std::size_t>(c)] += power[i][0] * observer[i][c];
+  return correlatedColourTemperature(xyz).value();
 }
 
 }  // namespace greycard

@@ -23,6 +23,12 @@ bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
   if (shift != 0)
     for (std::int32_t& entry : src) entry = shift > 0 ? entry << shift : entry >> -shift;
 
+  expandTable(src, gammaBitSize, dest);
+  return true;
+}
+
+void expandTable(std::span<const std::int32_t> src, std::int32_t gammaBitSize,
+                 std::span<std::int32_t> dest) {
   const std::size_t step = kCurveEntries / src.size();
   const int halvings = std::countr_zero(step);
   const std::int64_t fullScale = (std::int64_t{1} << gammaBitSize) - 1;
@@ -36,7 +42,6 @@ bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
     for (std::size_t k = 0; k < step; ++k)
       dest[i * step + k] = static_cast<std::int32_t>(from + static_cast<std::int64_t>(k) * inc);
   }
-  return true;
 }
 
 void fillReferenceCurve(double denominator, std::span<std::int32_t> dest, std::int32_t maxY) {

@@ -19,6 +19,12 @@ std::int32_t inferredDepth(std::int32_t lastEntry);
 bool makeGammaTable(std::int32_t gammaBitSize, std::span<std::int32_t> src,
                     std::span<std::int32_t> dest);
 
+/// What is left once the depth is right: 1024 entries by straight lines, the last with full scale.
+/// \param src  64, 256, 512 or 1024 entries of gammaBitSize bits
+/// \param dest  1024 entries
+void expandTable(std::span<const std::int32_t> src, std::int32_t gammaBitSize,
+                 std::span<std::int32_t> dest);
+
 /// trunc((i / (n - 1))^(1 / denominator) * maxY), n the length of dest. What does not fit 32 bits
 /// saturates, not-a-number gives 0, a single entry is that of i / (n - 1) = 0.
 void fillReferenceCurve(double denominator, std::span<std::int32_t> dest, std::int32_t maxY);

@@ -46,13 +46,18 @@ CurveExport exportCurve(const GammaCurve& curve, const std::filesystem::path& fi
 }
 
 CurveImportReport importCurves(GammaCurveModel& catalogue,
-                               std::span<const std::filesystem::path> files) {
+                               std::span<const std::filesystem::path> files,
+                               const CurveImportOptions& options) {
   CurveImportReport report;
-  for (const std::filesystem::path& file : files) {
-    const GammaImport import = catalogue.ImportWithReport(file);
-    if (import.refusal) throw CurveFileRefused(file, import);
-    report.curves.push_back(imported(file, import));
-  }
+  for (const std::filesystem::path& file : files) try {
+      const GammaImport import = importAnyCurveFile(catalogue, file, options);
+      if (import.refusal) throw CurveFileRefused(file, import);
+      report.curves.push_back(imported(file, import));
+    } catch (const CurveFileRefused& refusal) {
+      report.refused.push_back({file, refusal.what(), refusal.notes()});
+    } catch (const FileError& error) {
+      report.refused.push_back({file, error.what(), {}});
+    }
   return report;
 }
 

@@ -106,6 +106,7 @@ void describe(auto& fields, Like<CurveFileTable> auto& table) {
 
 void describe(auto& fields, Like<GammaImportNote> auto& note) {
   fields("line", note.line);
+  fields.optional("column", note.column);
   fields("token", note.token);
   fields("text", note.text);
 }
@@ -117,14 +118,22 @@ void describe(auto& fields, Like<ImportedCurve> auto& imported) {
   fields("notes", imported.notes);
 }
 
+void describe(auto& fields, Like<RefusedCurveFile> auto& refused) {
+  fields("file", refused.file);
+  fields("reason", refused.reason);
+  fields("notes", refused.notes);
+}
+
 void describe(auto& fields, Like<CurveImportReport> auto& report) {
   fields("curves", report.curves);
+  fields("refused", report.refused);
 }
 
 void describe(auto& fields, Like<ControlPointReduction> auto& reduction) {
   fields("name", reduction.name);
   fields("channel", reduction.channel);
   fields.derived("bits", kCurveBits);
+  fields.optional("within_percent", reduction.withinPercent);
   fields("points", reduction.points);
   fields("largest_deviation", reduction.largestDeviation);
   fields("largest_deviation_index", reduction.largestDeviationIndex);

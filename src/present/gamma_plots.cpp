@@ -29,7 +29,10 @@ std::string curvePlot(const CurveImportReport& report, const std::optional<Curve
   CurvePlot plot("Imported tone curves", kEntries);
   for (std::size_t i = 0; i < report.curves.size(); ++i) {
     const CurveTables& curve = report.curves[i].curve;
-    plot.addTable(curve.name, curve.channels[0].table, plotColour(i));
+    if (!curve.unified)
+      plot.addCurve(curve);
+    else
+      plot.addTable(curve.name, curve.channels[0].table, plotColour(i));
   }
   return plot.svg(against);
 }

@@ -6,6 +6,7 @@
 #include "greycard/files.h"
 #include "greycard/present/best_fit.h"
 #include "greycard/present/chart.h"
+#include "greycard/present/fit_file.h"
 #include "greycard/present/photograph.h"
 #include "json_reader.h"
 #include "json_writer.h"
@@ -58,19 +59,7 @@ std::string toJson(std::span<const AppliedFit> applied) {
 }
 
 FittedPipeline readFittedPipeline(const std::filesystem::path& file) {
-  const std::string text = readWholeFile(file);
-  try {
-    if (parsedJson(text).contains("stated")) {
-      BestChartFit best;
-      fromJson(text, best);
-      return pipelineOf(best);
-    }
-    ChartFit fit;
-    fromJson(text, fit);
-    return pipelineOf(fit);
-  } catch (const std::invalid_argument& error) {
-    throw JobError(quoted(file) + " is no fit that greycard ccm --json wrote: " + error.what());
-  }
+  return std::visit([](const auto& fit) { return pipelineOf(fit); }, readFit(file));
 }
 
 }  // namespace greycard::present

@@ -33,7 +33,29 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
   EXPECT_EQ(read("cam.json").substr(0, curveAt), both.substr(0, curveAt));
   EXPECT_NE(read("cam.json"), both);
 
+  const Outcome profile =
+      run({"profile", "D65=d65.png", "A@2700=a.json", "--kelvin", "4000", "--kelvin-json", "k.json",
+           "--json", "p.json", "--export", "rpi=both.json", "--export", "dcp=both.dcp"});
+  ASSERT_EQ(profile.status, 0) << profile.err;
+  EXPECT_THAT(profile.out,
+              testing::AllOf(HasSubstr("A      2700  given"), HasSubstr("D65    6503  spectrum"),
+                             HasSubstr("At 4000 K: 44.4 % A, the rest D65")));
+  EXPECT_THAT(read("both.json"), testing::AllOf(HasSubstr("\"ct\": 2700"), HasSubstr("6503")));
+  EXPECT_THAT(read("p.json"), HasSubstr("\"kelvin_from\": \"given\""));
+  EXPECT_EQ(run({"profile", "A", "D65=d65.png"}).status, 2);
+  EXPECT_EQ(run({"profile", "D65=a.json"}).status, 1);
+
+  // A fit that was made before gives what it gave then.
+  run({"ccm", "a.png", "--light", "A", "--corrected", "then.png", "--export", "csv=then.csv"});
+  run({"ccm", "a.png", "--from", "a.json", "--corrected", "now.png", "--export", "csv=now.csv"});
+  EXPECT_EQ(read("now.png"), read("then.png"));
+  EXPECT_EQ(read("now.csv"), read("then.csv"));
+  const Outcome fromFit = run({"gamma", "export", "a.json", "-o", "fit.txt"});
+  EXPECT_EQ(fromFit.status, 0) << fromFit.err;
   run({"lut2d", "new", "-o", "table.json"});
+  run({"lut2d", "apply", "a.png", "--from", "a.json", "--lut", "table.json", "-o", "same.png"});
+  EXPECT_EQ(read("same.png"), read("then.png"));
+
   EXPECT_EQ(run({"lut2d", "show", "table.json", "--export", "cube17=table.cube"}).status, 0);
   EXPECT_THAT(read("table.cube"), HasSubstr("LUT_3D_SIZE 17"));
 }

@@ -42,6 +42,14 @@ TEST_F(CommandTest, CurveFileErrorsNameFileLineAndWord) {
   EXPECT_THAT(outcome.err, HasSubstr("\"bad.txt\", line 2, \"GammaTableV2:\": the red table holds "
                                      "3 numbers where 64, 256, 512 or 1024 are accepted"));
   EXPECT_THAT(outcome.err, HasSubstr("line 2, \"junk\""));
+  std::ofstream(folder / "points.csv") << "0,0\n99,200\n255,255\n";
+  const auto mixed = run({"gamma", "import", "bad.txt", "points.csv", "no.txt", "--export", "a.txt",
+                          "b.txt", "c.txt", "--json", "r.json", "--from-points"});
+  EXPECT_EQ(mixed.status, 1);
+  EXPECT_THAT(mixed.err, HasSubstr("2 of 3 files gave no curve"));
+  EXPECT_EQ(json::parse(read("r.json"))["refused"].size(), 2u);
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.txt"));
+  EXPECT_EQ(run({"gamma", "merge", "VHDR", "b.txt", "HLG", "-o", "m.txt"}).status, 0);
   EXPECT_EQ(run({"gamma", "export", "VNormal", "-o", "none/x.txt"}).status, 1);
   EXPECT_EQ(run({"gamma", "import", "bad.txt", "--export", "bad.txt"}).status, 2);
   EXPECT_EQ(run({"gamma", "hlg", "--against", "VNormal"}).status, 2);

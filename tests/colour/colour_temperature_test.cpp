@@ -38,6 +38,21 @@ TEST(ColourTemperature, AgreesWithThePublishedLights) {
   EXPECT_LT(correlatedColourTemperature({0.36, 0.34, 0.30})->duv, -0.005);
 }
 
+TEST(ColourTemperature, OfTheNamedLights) {
+  struct Light {
+    Illum light;
+    double kelvin, tolerance;
+  };
+  for (const auto& [light, kelvin, tolerance] : {Light{illum_A, 2856, 2},
+                                                 {illum_D50, 5003, 3},
+                                                 {illum_D65, 6504, 3},
+                                                 {illum_D75, 6504, 3},
+                                                 {illum_TL84, 4000, 10},
+                                                 {illum_Horizon, 2300, 3},
+                                                 {illum_LED, 6504, 3}})
+    EXPECT_NEAR(lightTemperature(light).kelvin, kelvin, tolerance) << illumName(light);
+}
+
 TEST(ColourTemperature, RefusesWhatHasNone) {
   for (const Vector3& xyz : {Vector3{},
                              {-1, -1, -1},

@@ -10,6 +10,7 @@
 #include "greycard/jobs/build_curve_lut.h"
 #include "greycard/jobs/curve_files.h"
 #include "greycard/jobs/degamma_colour.h"
+#include "greycard/jobs/make_curve.h"
 #include "greycard/jobs/reduce_curve.h"
 #include "greycard/jobs/show_curve.h"
 #include "greycard/jobs/standard_curve.h"
@@ -69,10 +70,8 @@ TEST_F(GammaJobs, FilesGoOutAndComeBackWithTheirNotes) {
 TEST_F(GammaJobs, AFileWithoutACurveIsRefusedWithItsNotes) {
   const auto file = folder / "bad.txt";
   writeWholeFile(file, "\nGammaTableV2: junk 1 2 3");
-  const std::vector<std::filesystem::path> files{file};
   const std::vector<std::function<void()>> calls{[&] { curveByNameOrFile(file.string()); },
-                                                 [&] { comparisonCurve(file.string()); },
-                                                 [&] { importCurves(model, files); }};
+                                                 [&] { comparisonCurve(file.string()); }};
   for (const auto& call : calls) try {
       call();
       FAIL();
@@ -80,6 +79,15 @@ TEST_F(GammaJobs, AFileWithoutACurveIsRefusedWithItsNotes) {
       EXPECT_THAT(refusal.what(), HasSubstr("line 2, \"GammaTableV2:\": the red table holds"));
       EXPECT_THAT(refusal.notes(), testing::Contains(HasSubstr("line 2, \"junk\"")));
     }
+  writeWholeFile(folder / "good.txt", ramp(4));
+  const std::vector<std::filesystem::path> files{file, folder / "none.txt", folder / "good.txt"};
+  const CurveImportReport report = importCurves(model, files);
+  EXPECT_EQ(report.curves.size(), 1u);
+  ASSERT_EQ(report.refused.size(), 2u);
+  EXPECT_THAT(report.refused[0].reason,
+              HasSubstr("line 2, \"GammaTableV2:\": the red table holds"));
+  EXPECT_EQ(report.refused[0].notes.size(), 1u);
+  EXPECT_THAT(report.refused[1].reason, HasSubstr("none.txt"));
   try {
     curveByNameOrFile("vnormal");
     FAIL();
@@ -100,6 +108,87 @@ TEST_F(GammaJobs, ControlPointsComeWithTheirLargestDeviation) {
   const std::size_t at = reduction.largestDeviationIndex;
   EXPECT_EQ(reduction.largestDeviation,
             reduction.tableThroughPoints.at(at) - reduction.table.at(at));
+}
+
+// The least number is proved by trying all sets of one point less.
+TEST_F(GammaJobs, FewestPointsStayWithinTheLimit) {
+  const double percent = 1.0, codes = percent / 100.0 * kCurveMax;
+  for (const char* name : {"VLowlight", "VOutdoor", "VNexus5"}) {
+    const GammaCurvePtr curve = model.GetGammaCurveByName(name);
+    const ControlPointReduction found = fewestPointsOf(*curve, percent);
+    ASSERT_LE(std::abs(found.largestDeviation), codes) << name;
+    ASSERT_EQ(found.points.size(), 4u) << name;
+    GammaCurve through("through", model);
+    const auto table = [&](int index) {
+      return curve->Data()->at(static_cast<std::size_t>(index));
+    };
+    const auto near = [&](int x) {
+      return std::pair((table(4 * x) - static_cast<int>(codes)) / 64,
+                       (table(4 * x) + static_cast<int>(codes)) / 64 + 1);
+    };
+    // A natural spline through three points in closed form: one second derivative, at the middle.
+    const auto fits = [&](double x, double y0, double y1, double y2) {
+      const double h = x, k1 = 1020.0 - x;
+      const double m = 3.0 * ((y2 - y1) / k1 - (y1 - y0) / h) / (h + k1);
+      for (int k = 0; k < 1024; ++k) {
+        const int i = k * 331 % 1024;  // far apart, as most sets fail at once somewhere
+        const double t = i < x ? i / h : (1020.0 - i) / k1, end = i < x ? y0 : y2;
+        const double width = i < x ? h : k1;
+        const double v = end + t * (y1 - end) + (t * t * t - t) * m * width * width / 6.0;
+        if (std::abs(std::min(v, 16383.0) - table(i)) > codes + 0.5) return false;
+      }
+      return true;
+    };
+    const auto threeAreEnough = [&] {
+      for (int x = 1; x < 255; ++x)
+        for (int y0 = near(0).first; y0 <= near(0).second; ++y0)
+          for (int y1 = near(x).first; y1 <= near(x).second; ++y1)
+            for (int y2 = near(255).first; y2 <= near(255).second; ++y2)
+              if (fits(4.0 * x, 64.0 * y0, 64.0 * y1, 64.0 * y2)) return true;
+      return false;
+    };
+    EXPECT_FALSE(threeAreEnough()) << name;
+  }
+  EXPECT_THROW(fewestPointsOf(*model.GetGammaCurveByName("VHDR"), 0.01), JobError);
+  EXPECT_THROW(fewestPointsOf(*model.GetGammaCurveByName("VHDR"), NAN), std::invalid_argument);
+}
+
+TEST_F(GammaJobs, CurvesAreMadeOfOthers) {
+  const auto at = [](const GammaCurve& curve, double index, CurveChannel channel) {
+    const auto table = curveTable(curve, channel);
+    const auto i = std::min(static_cast<std::size_t>(index), table.size() - 2);
+    return table[i] + (index - static_cast<double>(i)) * (table[i + 1] - table[i]);
+  };
+  const GammaCurvePtr root = powerCurve(2.0), srgb = model.GetGammaCurveByName("VGammaSRGB");
+  EXPECT_EQ(root->Data()->at(256), static_cast<int>(16383.0 * std::sqrt(256.0 / 1023.0)));
+  const GammaCurvePtr merged = mergedCurve("m", *root, *srgb, *threeChannels());
+  EXPECT_EQ(*merged->DataR(), *root->Data());
+  EXPECT_EQ(*merged->DataG(), *srgb->Data());
+  EXPECT_EQ(*merged->DataB(), *threeChannels()->DataB());
+  const GammaCurvePtr inverse = invertedCurve(*merged);
+  // Forth and back, up to the rounding of codes.
+  for (const auto channel : {CurveChannel::Red, CurveChannel::Green})
+    for (double i = 0; i < 1023; i += 0.7) {
+      const double back = at(*merged, at(*inverse, i, channel) / kCurveMax * 1023, channel);
+      const double steepest = i < 40 ? 200 : 30;
+      EXPECT_NEAR(back, i / 1023 * kCurveMax, steepest) << i;
+    }
+  const GammaCurvePtr steps = model
+                                  .ImportText("s",
+                                              [] {
+                                                std::string text = "GammaTable: 9 9 ";
+                                                for (int i = 2; i < 64; ++i)
+                                                  text += i < 32 ? "9 " : "255 ";
+                                                return text;
+                                              }())
+                                  .curve;
+  // Level at 9 * 64 up to index 31 * 16; at 255 * 64 from 32 * 16 to 63 * 16.
+  EXPECT_EQ(invertedCurve(*steps)->Data()->at(0), 0);
+  EXPECT_NEAR(invertedCurve(*steps)->Data()->at(100),
+              16383.0 / 1023 * (496 + 16.0 * (100 * 16.0147 - 576) / 15744), 9);
+  EXPECT_THROW(powerCurve(NAN), std::invalid_argument);
+  (*root->Data())[7] = 0;
+  EXPECT_THROW(invertedCurve(*root), JobError);
 }
 
 TEST_F(GammaJobs, OptionsAndCurvesThatCantBeAreRefused) {

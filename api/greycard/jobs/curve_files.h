@@ -6,8 +6,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "greycard/curve_import.h"
 #include "greycard/curve_source.h"
 #include "greycard/curve_tables.h"
 #include "greycard/export.h"
@@ -41,7 +43,8 @@ GREYCARD_EXPORT CurveExport exportCurve(const GammaCurve& curve, const std::file
 struct CurveFileTable {
   CurveChannel channel = CurveChannel::Red;  ///< Red also of a table for all channels
   std::size_t values = 0;
-  std::int32_t bits = 0;  ///< as its last number tells; 0 for an unusable table
+  std::int32_t bits = 0;  ///< as its last number tells, or the largest where the file is no curve
+                          ///< file; 0 for an unusable table and for fractions
 };
 
 /// What a curve file held.
@@ -52,16 +55,23 @@ struct ImportedCurve {
   std::vector<GammaImportNote> notes;  ///< what was left out or may surprise, in file order
 };
 
-struct CurveImportReport {
-  std::vector<ImportedCurve> curves;  ///< one for each file
+/// A file that gives no curve.
+struct RefusedCurveFile {
+  std::filesystem::path file;
+  std::string reason;              ///< one sentence with file, line and column
+  std::vector<std::string> notes;  ///< what else there is to say, a line each (noteText)
 };
 
-/// Reads curve files into the catalogue (GammaCurveModel::ImportWithReport), where the curves are
-/// found by the names that the report tells.
-/// \throws CurveFileRefused, FileError at the first file that gives no curve; those before it are
-/// in
-///         the catalogue then
+struct CurveImportReport {
+  std::vector<ImportedCurve> curves;        ///< one for each file that gives one
+  std::vector<RefusedCurveFile> refused{};  ///< the others
+};
+
+/// Reads files of curves into the catalogue (importAnyCurveFile), where the curves are found by the
+/// names that the report tells.
+/// \throws std::invalid_argument as importAnyCurve
 GREYCARD_EXPORT CurveImportReport importCurves(GammaCurveModel& catalogue,
-                                               std::span<const std::filesystem::path> files);
+                                               std::span<const std::filesystem::path> files,
+                                               const CurveImportOptions& options = {});
 
 }  // namespace greycard

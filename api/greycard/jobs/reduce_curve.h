@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "greycard/curve_tables.h"
@@ -20,10 +21,17 @@ struct ControlPointReduction {
   std::int64_t largestDeviation = 0;
   std::size_t largestDeviationIndex = 0;
   GammaTable table, tableThroughPoints;
+  std::optional<double> withinPercent{};  ///< as it was asked of fewestPointsOf
 };
 
 /// \throws JobError for a curve without a table; NumericError as GammaCurve::CalculateCurve
 GREYCARD_EXPORT ControlPointReduction
 reduceToControlPoints(const GammaCurve& curve, CurveChannel channel = CurveChannel::All);
+
+/// Few points whose curve stays within so many percent of full scale: see fewestControlPoints.
+/// \throws JobError for a curve without a table of 1024 entries, and when 32 points are not enough;
+///         std::invalid_argument for percent that are not above 0
+GREYCARD_EXPORT ControlPointReduction fewestPointsOf(const GammaCurve& curve, double percent,
+                                                     CurveChannel channel = CurveChannel::All);
 
 }  // namespace greycard

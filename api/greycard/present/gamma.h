@@ -66,7 +66,7 @@ GREYCARD_PRESENT_EXPORT std::string curvePlot(const ShownCurve& curve,
 /// A curve's one table, or three, each with its control points.
 GREYCARD_PRESENT_EXPORT std::string curvePlot(const CurveTables& curve,
                                               const std::optional<CurveTables>& against = {});
-/// One curve as above; of several the first table each.
+/// One curve as above; of several the tables without points, or those of each channel with them.
 GREYCARD_PRESENT_EXPORT std::string curvePlot(const CurveImportReport& report,
                                               const std::optional<CurveTables>& against = {});
 /// The table, the points and the curve through them.

@@ -1,0 +1,222 @@
+#include "greycard/curve_import.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+
+#include "greycard/curve_source.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+
+GammaImport import(const std::string& text, bool fromPoints = false) {
+  GammaCurveModel model(false);
+  return importAnyCurve(model, "curve", text, {fromPoints});
+}
+
+std::string joined(int count, const std::function<std::string(int)>& item) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += item(i);
+  return text;
+}
+
+// A code of 8 bits at i of 0..last along x^(1/2).
+std::string rootOf(int i, int last) {
+  return std::to_string(std::lround(255.0 * std::sqrt(static_cast<double>(i) / last)));
+}
+
+struct FormCase {
+  const char* name;
+  std::string text;
+  int entries;
+  int channels = 1;
+};
+
+// Each holds 255 sqrt(x) rounded: straight lines between rounded samples are near the root but for
+// the first steps.
+TEST(CurveImport, TheSameCurveInEveryForm) {
+  const auto list = [](int n, const char* separator) {
+    return joined(n, [&](int i) { return (i > 0 ? separator : "") + rootOf(i, n - 1); });
+  };
+  const auto rows = [](int n, const std::function<std::string(const std::string&, int)>& row) {
+    return joined(n, [&](int i) { return row(rootOf(i, n - 1), i); });
+  };
+  const FormCase cases[] = {
+      {"plain numbers", list(1000, "\n"), 1000},
+      {"a mark and comments", "\xEF\xBB\xBF# 7 of 9\r\n" + list(300, ",\r\n") + " // 8", 300},
+      {"index and value",
+       "index,code\n" +
+           rows(200, [](auto& y, int i) { return std::to_string(i) + "," + y + "\n"; }),
+       200},
+      {"input and value",
+       rows(101, [](auto& y, int i) { return std::to_string(5 * i) + "; " + y + "\n"; }), 101},
+      {"R, G, B", rows(129, [](auto& y, int) { return y + "," + y + ",0\n"; }), 129, 3},
+      {"input, R, G, B",
+       rows(130,
+            [](auto& y, int i) { return std::to_string(2 * i) + "\t" + y + "\t" + y + "\t0\n"; }),
+       130, 3},
+      {"cube",
+       "TITLE \"x\"\nLUT_1D_SIZE 400\n" + rows(400,
+                                               [](auto&, int i) {
+                                                 const std::string y =
+                                                     std::to_string(std::sqrt(i / 399.0));
+                                                 return y + " " + y + " 0 # 5\n";
+                                               }),
+       400, 3},
+      {"JSON list", "[" + list(333, ", ") + "]", 333},
+      {"JSON points",
+       "{\"points\": [" +
+           rows(99,
+                [](auto& y, int i) {
+                  return (i > 0 ? ",[" : "[") + std::to_string(i) + "," + y + "]";
+                }) +
+           "]}",
+       99},
+      {"flat pairs in a tuning file",
+       "{\"ccm\": [1, 0, 0], \"a\": {\"gamma_curve\": [" +
+           rows(77, [](auto& y,
+                       int i) { return (i > 0 ? "," : "") + std::to_string(3 * i) + "," + y; }) +
+           "]}}",
+       77},
+      {"YAML points",
+       "%YAML 1.1\n---\ncurve: # 4\n" +
+           rows(90, [](auto& y,
+                       int i) { return "  - x: " + std::to_string(i) + "\n    y: " + y + "\n"; }),
+       90},
+      {"YAML pairs",
+       rows(91, [](auto& y, int i) { return "- " + std::to_string(i) + ", " + y + "\n"; }), 91},
+      {"YAML flow",
+       "red: [" + list(70, ",\n ") + "]\ngreen: !!tag\n  data: [" + list(70, ",") +
+           "]\nblue: [0, 255]\n",
+       70, 3},
+      {"C array",
+       "#define N 3\n/* 1, 2 */ static const uint8_t gamma[80] = { // 6\n" + list(80, "u, ") + "};",
+       80},
+      {"hexadecimal", "std::array<int, 3> lut{{0x00, 0xB4, 0xFFu}};", 3},
+      {"C channels",
+       "int g_r[]={" + list(88, ",") + "}, g_g[]={" + list(88, ",") + "}, g_b[]={0,255};", 88, 3}};
+  for (const FormCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    const GammaImport got = import(c.text);
+    ASSERT_TRUE(got.curve) << got.refusal->text;
+    EXPECT_EQ(got.curve->IsUnified(), c.channels == 1);
+    EXPECT_EQ(got.tables[0].numbers, static_cast<std::size_t>(c.entries));
+    EXPECT_THAT(got.notes, testing::Contains(testing::Field(&GammaImportNote::text,
+                                                            HasSubstr("resampled to 1024"))));
+    const double step = 0.26 * std::sqrt(1.0 / (c.entries - 1));
+    for (const auto& table : {*got.curve->Data(), *got.curve->DataG()})
+      for (std::size_t i = 0; i < table.size(); ++i)
+        EXPECT_NEAR(table[i] / 16383.0, std::sqrt(static_cast<double>(i) / 1023.0), step + 0.002)
+            << i;
+    EXPECT_EQ(*got.curve->DataB() == *got.curve->Data(), c.channels == 1);
+  }
+}
+
+TEST(CurveImport, CurveFilesReadAsEver) {
+  const auto ramp = [](int n, int top) {
+    return joined(n, [&](int i) { return std::to_string(top * i / (n - 1)) + " "; });
+  };
+  const std::string files[] = {
+      ramp(64, 255), ramp(256, 1023) + "junk", ramp(512, 16383),
+      "GammaTableV2: 3 " + ramp(255, 4095),
+      "GammaTableV2: " + ramp(64, 255) + "GammaControlPointsV2: 0,9 255,200"};
+  for (const std::string& file : files) {
+    GammaCurveModel model(false);
+    const GammaImport stated = model.ImportText("curve", file), got = import(file);
+    ASSERT_TRUE(stated.curve && got.curve);
+    EXPECT_EQ(*got.curve->Data(), *stated.curve->Data());
+    EXPECT_EQ(got.notes.size(), stated.notes.size() + (file.ends_with("200") ? 1 : 0));
+  }
+  const GammaImport low = import(ramp(63, 900) + "200");
+  EXPECT_THAT(low.notes.at(0).text, HasSubstr("the largest value, 900, doesn't fit the 8 bits"));
+}
+
+TEST(CurveImport, ControlPointsAloneMakeACurve) {
+  GammaCurveModel model(false);
+  const std::string points = "0,0 64,140 255,250", zeros = joined(64, [](int) { return "0 "; });
+  GammaCurve through("through", model);
+  through.SetControlPoints(ColorChannel::All, points);
+  through.CalculateCurve();
+  for (const std::string& text :
+       {"GammaControlPointsV2: " + points, std::string("[[0,0],[64,140],[255,250]]"),
+        std::string("0,0\n64,140\n255,250"),
+        "GammaTable: " + zeros + "GammaControlPoints: " + points})
+    EXPECT_EQ(*import(text, true).curve->Data(), *through.Data()) << text;
+  const GammaImport three = import(
+      "GammaControlPointsV2R: 0,0 255,9 GammaControlPointsV2G: 0,0 "
+      "255,19 GammaControlPointsV2B: 0,0 255,255");
+  ASSERT_TRUE(three.curve);
+  EXPECT_FALSE(three.curve->IsUnified());
+  EXPECT_EQ(three.curve->DataG()->at(1020), 19 * 64);
+}
+
+TEST(CurveImport, StandardCurvesComeBack) {
+  GammaCurveModel model(false);
+  for (const auto& curve : {model.GenerateHDRCurve(10000), model.GenerateHLGCurve()}) {
+    const std::string codes =
+        joined(257, [&](int i) { return std::to_string(curve->Data()->at(i)) + "\n"; });
+    const GammaTable table = *import(codes).curve->Data();
+    EXPECT_EQ(table, *curveByNameOrFile(curve->Name()).curve->Data());
+    EXPECT_EQ(table.back(), 16383);
+    // Index 512 is the input 2049.5 of 12 bits, a part of 1.5 / 16 behind code 128.
+    const double code =
+        curve->Data()->at(128) + 1.5 / 16 * (curve->Data()->at(129) - curve->Data()->at(128));
+    EXPECT_NEAR(table[512], 16383.0 / 1023.0 * code, 1.0);
+  }
+}
+
+TEST(CurveImport, WhatIsWrongIsSaidWithItsPlace) {
+  struct Case {
+    std::string text;
+    std::size_t line, column;
+    const char* why;
+  };
+  const Case cases[] = {{"1 2 3\n4 x 6", 2, 3, "this is no number"},
+                        {"0 1 2\n\n-3 9", 3, 1, "lie at 0 or above"},
+                        {"0 1 99999", 1, 5, "16 bits at most"},
+                        {"0,0\n1,5\n2\n3,9", 3, 1, "holds 1 numbers where those before hold 2"},
+                        {"7 # 5", 1, 0, "1 values where a curve has 2 to 65536"},
+                        {"[0, 1, \"a\"]", 1, 8, "no number"},
+                        {"[0, 1\n", 1, 1, "never closed"},
+                        {"{\"a\": [0, 1], \"b\": [0, 2]}", 1, 20, "could both be the curve"},
+                        {"[[0, 0], [1]]", 1, 10, "2 numbers is wanted"},
+                        {"points:\n  - [5, 0]\n  - [5, 9]", 3, 6, "inputs must rise"},
+                        {"a: 1\n b: 2", 2, 2, "doesn't fit"},
+                        {"int a[] = {1,\n 2, b};", 2, 5, "this is no number"},
+                        {"int a[] = {010, 9};", 1, 12, "octal"},
+                        {"/* 1 2", 1, 1, "never ends"},
+                        {"LUT_3D_SIZE 2", 1, 1, "three dimensions"},
+                        {"LUT_1D_SIZE 3\n0 0 0\n1 1 1", 3, 0, "after 2 of the 3 rows"},
+                        {"LUT_1D_SIZE 2\n0 0 0\n1 nan 1", 3, 3, "finite"},
+                        {std::string(70, '['), 1, 66, "deeper than 64"},
+                        {"GammaControlPointsV2: 9,1 9,2", 1, 0, "increasing X"}};
+  for (const Case& c : cases) {
+    const GammaImport got = import(c.text);
+    ASSERT_TRUE(got.refusal) << c.text;
+    EXPECT_THAT(got.refusal->text, HasSubstr(c.why)) << c.text;
+    EXPECT_EQ(got.refusal->line, c.line) << c.text;
+    EXPECT_EQ(got.refusal->column.value_or(0), c.column) << c.text;
+  }
+  EXPECT_THAT(import("GammaTable: 1 2", true).refusal->text, HasSubstr("holds 2 numbers"));
+  EXPECT_THAT(import("[0, 9]", true).refusal->text, HasSubstr("no control points"));
+}
+
+TEST(CurveImport, WhatIsDoubtfulIsNoted) {
+  const auto notes = [](const std::string& text) {
+    std::string all;
+    for (const auto& note : import(text).notes) all += note.text + "\n";
+    return all;
+  };
+  EXPECT_THAT(notes("0 9 # 12\n200"), HasSubstr("numbers in comments"));
+  EXPECT_THAT(notes("0 700 1000 30"), HasSubstr("takes 10 bits, the last, 30, only 8"));
+  EXPECT_THAT(notes("LUT_1D_SIZE 2\n-1 0 0\n1 1 2"), HasSubstr("2 values outside 0 to 1"));
+  EXPECT_THAT(notes("[[0.1, 0.2], [0.5, 0.7]]"), HasSubstr("level beyond"));
+  EXPECT_EQ(notes("0.5 1"), "2 values are resampled to 1024 entries by straight lines\n");
+}
+
+}  // namespace
+}  // namespace greycard
