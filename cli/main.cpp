@@ -10,6 +10,7 @@ void addAll(CLI::App& program) {
   addChart(program);
   addCcm(program);
   addEvaluate(program);
+  addCompare(program);
   addApply(program);
   addGamma(program);
   addLut2d(program);

@@ -35,7 +35,8 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/greycardConfig.cmake.in
 if(NOT BUILD_SHARED_LIBS) # then a program links what the library uses
   install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake
                 ${PROJECT_SOURCE_DIR}/cmake/FindLCMS2.cmake
-                ${PROJECT_SOURCE_DIR}/cmake/FindLibRaw.cmake DESTINATION ${package_dir})
+                ${PROJECT_SOURCE_DIR}/cmake/FindLibRaw.cmake
+                ${PROJECT_SOURCE_DIR}/cmake/FindRsvg.cmake DESTINATION ${package_dir})
 endif()
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -2,7 +2,8 @@
 # Sourced by the other scripts: makes sure that the Debian packages they name are there.
 
 build_packages=(g++ cmake ninja-build libopencv-core-dev libopencv-imgproc-dev
-  libopencv-imgcodecs-dev libcli11-dev nlohmann-json3-dev libnlopt-dev liblcms2-dev libraw-dev)
+  libopencv-imgcodecs-dev libcli11-dev nlohmann-json3-dev libnlopt-dev liblcms2-dev libraw-dev
+  librsvg2-dev pkg-config fonts-dejavu-core)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck codespell)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev
   opencolorio-tools libimage-exiftool-perl python3-yaml)

@@ -45,4 +45,11 @@ class GREYCARD_EXPORT JobError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// \ingroup own
+/// A name that nothing known has; what() tells the nearest one (unknownName).
+class GREYCARD_EXPORT UnknownName : public JobError {
+ public:
+  using JobError::JobError;
+};
+
 }  // namespace greycard

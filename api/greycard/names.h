@@ -10,6 +10,10 @@
 
 namespace greycard {
 
+/// The known name that is nearest to a mistyped one; null where none is near.
+GREYCARD_EXPORT const std::string* closestName(const std::string& name,
+                                               std::span<const std::string> known);
+
 /// One sentence about a name that is not among the known ones: the closest known name when one is
 /// near, and the list. For example: there is no curve "vnormal"; did you mean "VNormal"? Known: ...
 /// \param kind  what is named, as in "curve"

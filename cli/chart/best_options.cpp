@@ -40,7 +40,7 @@ void BestOptions::addTo(CLI::App& app) {
   app.add_option("--fit", fit,
                  "stated, or best: the least colour error, and how far to believe it; the options "
                  "below are for that")
-      ->check(CLI::IsMember({"stated", "best"}))
+      ->check(oneOf({"stated", "best"}))
       ->capture_default_str()
       ->type_name("NAME");
   CLI::Option_group& group = *app.add_option_group("Best fit");
@@ -50,9 +50,7 @@ void BestOptions::addTo(CLI::App& app) {
   };
   const auto named = [&](const char* name, std::string& value, const char* help,
                          const std::vector<std::string>& names) {
-    add(group.add_option(name, value, help), "NAME")
-        ->capture_default_str()
-        ->check(CLI::IsMember(names));
+    add(group.add_option(name, value, help), "NAME")->capture_default_str()->check(oneOf(names));
   };
   named("--difference", difference, "Colour difference: ciede2000, cie94, cie76 or cam16",
         texts(kFitDifferenceNames));
@@ -85,7 +83,7 @@ void BestOptions::addTo(CLI::App& app) {
                          "greys and the patches: =power (default), =power-offset, =black-white or "
                          "=monotone"),
           "");
-  estimate->check(CLI::IsMember({"power", "power-offset", "black-white", "monotone"}));
+  estimate->check(oneOf({"power", "power-offset", "black-white", "monotone"}));
   add(group.add_option("--curve", curve,
                        "The photograph's tone curve: light for sRGB-encoded values at equal steps "
                        "over 0..1, rising numbers"),

@@ -21,7 +21,7 @@ template <typename Fit, typename Correct>
 void write(CcmOptions& options, const Picture& picture, const Fit& fit, Correct correct) {
   if (!options.corrected.empty()) options.files.write(options.corrected, correct());
   if (!options.report.empty())
-    options.files.write(options.report, present::fitReport(fit, picture));
+    options.files.write(options.report, present::fitReport(fit, picture, options.provenance));
   options.writeJson(present::toJson(fit));
 }
 
@@ -76,7 +76,7 @@ void run(CcmOptions& options) {
   options.source.nameFiles(options.files);
   options.files.input("--reference-lab", options.fit.referenceLab);
   options.files.input("--reference-srgb", options.fit.referenceSRgb);
-  options.files.output("--report", options.report);
+  options.files.pageOutput("--report", options.report);
   options.files.pictureOutput("--corrected", options.corrected);
   options.files.output("--json", options.json);
   options.best.nameFiles(options.files);

@@ -24,7 +24,7 @@ void addFitOptions(CLI::App& app, CcmOptions& options) {
       ->capture_default_str()
       ->type_name("NAME|FILE");
   fit.add_option("--delta-e", options.deltaE, "Colour difference to minimise: cie76 or cie94")
-      ->check(CLI::IsMember({"cie76", "cie94"}))
+      ->check(oneOf({"cie76", "cie94"}))
       ->capture_default_str()
       ->type_name("NAME");
   fit.add_option(

@@ -27,14 +27,14 @@ void addPlaceOptions(CLI::App& app, ChartSource& source, int photos) {
       .add_option("--corners-of", source.cornersOf,
                   "What the corners are: those of the patch field, or the centres of the four "
                   "patches")
-      ->check(CLI::IsMember({"field", "patches"}))
+      ->check(oneOf({"field", "patches"}))
       ->needs(corners)
       ->capture_default_str()
       ->type_name("field|patches");
   place
       .add_option("--method", source.method,
                   "Search: lattice (flat regions in a grid), stated (dark-framed squares), or both")
-      ->check(CLI::IsMember({"both", "lattice", "stated"}))
+      ->check(oneOf({"both", "lattice", "stated"}))
       ->excludes(corners)
       ->capture_default_str()
       ->type_name("NAME");

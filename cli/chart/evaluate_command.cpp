@@ -21,6 +21,7 @@ struct EvaluateOptions : CommonOptions {
   ChartSource source;
   std::string light = "D65";
   double scale = 1.0;
+  std::filesystem::path report;
 };
 
 void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
@@ -42,12 +43,16 @@ void print(const EvaluateOptions& options, const ChartEvaluation& evaluation) {
 
 void run(EvaluateOptions& options) {
   options.source.nameFiles(options.files);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   const EvaluationOptions evaluation{options.source.options(), lightFromOption(options.light),
                                      options.scale};
   options.tellOptions(present::toJson(evaluation), present::toJson(EvaluationOptions{}));
   const Photograph photograph = options.source.read();
   const ChartEvaluation result = locating([&] { return evaluateChart(photograph, evaluation); });
+  if (!options.report.empty())
+    options.files.write(options.report,
+                        present::evaluationReport(result, photograph.picture, options.provenance));
   options.writeJson(present::toJson(result));
   if (options.printsText()) print(options, result);
 }
@@ -56,15 +61,16 @@ void run(EvaluateOptions& options) {
 
 void addEvaluate(CLI::App& parent) {
   const auto options = std::make_shared<EvaluateOptions>();
-  CLI::App& app = addSubCommand(parent, "evaluate",
-                                "Colour error of a photographed chart as it is, without correction",
-                                "greycard evaluate photo.jpg --light D65", *options);
+  CLI::App& app = addSubCommand(
+      parent, "evaluate", "Colour error of a photographed chart as it is, without correction",
+      "greycard evaluate photo.jpg --light D65 --report report.html", *options);
   options->source.addTo(app);
   addLightOption(app, options->light);
   app.add_option("--scale", options->scale, "Factor on the linear samples before they are judged")
       ->check(numbersFrom(1e-6, 1e6))
       ->capture_default_str()
       ->type_name("FACTOR");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   setJob(app, options, run);
 }
 

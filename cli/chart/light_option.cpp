@@ -20,7 +20,10 @@ std::vector<std::string> lightNames() {
 void addLightOption(CLI::App& app, std::string& name) {
   std::string list;
   for (const std::string& known : lightNames()) list += (list.empty() ? "" : ", ") + known;
-  app.add_option("--light", name, "Light on the chart: " + list)
+  app.add_option("--light", name,
+                 "Light on the chart: " + list +
+                     ". Reference colours are those of the light, but of D65 for Outdoor, LED, "
+                     "Strobe, CoolWhite, D75, LED1 and LED2, and of TL84 for Lowlight")
       ->capture_default_str()
       ->type_name("NAME");
 }

@@ -18,12 +18,12 @@ namespace greycard::cli {
 namespace {
 
 struct AeOptions : CommonOptions {
-  std::filesystem::path fit, plot;
+  std::filesystem::path fit, plot, report;
   std::vector<std::filesystem::path> pictures;
   std::vector<double> targets;
   std::optional<int> whiteLevel;
   bool manual = false;
-  SearchOptions search;
+  SearchOptions search = exposureSearch();
 };
 
 // The pictures of a file come before those of the command line.
@@ -36,7 +36,8 @@ ExposureJob jobOf(AeOptions& options) {
     throw UsageError("with --time 0, limit the --evaluations");
   options.files.input("FIT.json", options.fit);
   for (const auto& picture : options.pictures) options.files.input("--image", picture);
-  options.files.output("--plot", options.plot);
+  options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   ExposureJob job = options.fit.empty() ? ExposureJob() : present::readExposureJob(options.fit);
   for (std::size_t i = 0; i < job.images.size(); ++i)
@@ -55,13 +56,16 @@ ExposureJob jobOf(AeOptions& options) {
 
 template <typename Result>
 void write(AeOptions& options, const ExposureJob& job, const Result& result) {
-  if (!options.plot.empty()) options.files.write(options.plot, present::exposurePlot(result));
+  if (!options.plot.empty()) options.files.writePlot(options.plot, present::exposurePlot(result));
+  if (!options.report.empty())
+    options.files.write(options.report, present::exposureReport(job, result, options.provenance));
   options.writeJson(present::toJson(result));
   if (options.printsText()) std::cout << aeText(job, result);
 }
 
 void run(AeOptions& options) {
   const ExposureJob job = jobOf(options);
+  options.tellOptions(present::toJson(options.search), present::toJson(exposureSearch()));
   if (options.manual) return write(options, job, evaluateExposure(job));
   write(options, job, [&] {
     ProgressBar progress("fitting");
@@ -104,7 +108,8 @@ void addAe(CLI::App& parent) {
   app.add_option("--seed", options->search.seed, "Seed of the random numbers")
       ->capture_default_str()
       ->check(wholeNumbersFrom(0, UINT32_MAX));
-  app.add_option("--time", options->search.maxSeconds, "Longest time of the search; 0 = no limit")
+  app.add_option("--time", options->search.maxSeconds,
+                 "Longest time of the search, which its result then depends on; 0 = no limit")
       ->capture_default_str()
       ->type_name("SECONDS")
       ->check(numbersFrom(0.0, 1e6));
@@ -114,8 +119,9 @@ void addAe(CLI::App& parent) {
       ->type_name("COUNT")
       ->check(wholeNumbersFrom(0, INT32_MAX));
   app.add_option("--plot", options->plot,
-                 "Plot to write, as SVG: the targets reached against those wanted")
+                 "Plot to write, as SVG or PNG: the targets reached against those wanted")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   addAeLumaMatch(app);
   for (CLI::Option* option : app.get_options())  // which luma-match would pass over in silence
     if (option != app.get_help_ptr()) app.get_subcommand("luma-match")->excludes(option);

@@ -1,6 +1,5 @@
 #include "ae_text.h"
 
-#include <array>
 #include <vector>
 
 #include "greycard/names.h"
@@ -9,19 +8,6 @@
 
 namespace greycard::cli {
 namespace {
-
-constexpr std::array<const char*, kGaParameters> kRoles{"target A: numerator",
-                                                        "target B: numerator",
-                                                        "upper dark target: numerator",
-                                                        "lower dark target: numerator",
-                                                        "push-up range: 1 - start",
-                                                        "push-down range: 1 - start",
-                                                        "ceiling factor",
-                                                        "floor factor",
-                                                        "push-up range: 1 - end",
-                                                        "push-down range: 1 - end",
-                                                        "dark range: start",
-                                                        "dark range: end"};
 
 struct Named {
   std::string title;
@@ -41,7 +27,7 @@ std::string parameterTable(const ExposureJob& job, const std::vector<Named>& col
   titles.push_back({"", TextTable::Align::Left});
   TextTable table(titles);
   for (std::size_t k = 0; k < kGaParameters; ++k) {
-    std::vector<std::string> row{std::to_string(k), kRoles[k]};
+    std::vector<std::string> row{std::to_string(k), kExposureParameterNames[k]};
     for (const Named& column : columns) row.push_back(fixed(column.evaluation.parameters[k], 4));
     row.push_back(job.fits(k) ? "" : "not fitted");
     table.addRow(row);

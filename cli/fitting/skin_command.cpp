@@ -25,7 +25,7 @@ struct SkinCommandOptions : CommonOptions {
   ChartSource source;  ///< what the three photographs have in common
   SkinChartFiles charts;
   std::string ccm, gamma = "VGammaSRGB";
-  std::filesystem::path csv, plot;
+  std::filesystem::path csv, plot, report;
 };
 
 // The matrix of --ccm, or that of the last chart.
@@ -45,7 +45,8 @@ void run(SkinCommandOptions& options) {
     options.files.input(std::string("CHART_") + kSkinLights[light], options.charts[light]);
   if (namesFile(options.ccm)) options.files.input("--ccm", options.ccm);
   options.files.output("--csv", options.csv);
-  options.files.output("--plot", options.plot);
+  options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
 
   cameraGamma(options.gamma);  // a wrong name is told before the charts are looked for
@@ -58,10 +59,13 @@ void run(SkinCommandOptions& options) {
   SkinOptions skin;
   skin.gamma = options.gamma;
   takeMatrix(options, charts.back(), skin);
+  options.tellOptions(present::toJson(skin), present::toJson(SkinOptions{}));
   const SkinCalibration result = calibrateSkin(charts, skin, options.charts);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::skinCsv(result));
-  if (!options.plot.empty()) options.files.write(options.plot, present::skinPlot(result));
+  if (!options.plot.empty()) options.files.writePlot(options.plot, present::skinPlot(result));
+  if (!options.report.empty())
+    options.files.write(options.report, present::skinReport(result, options.provenance));
   options.writeJson(present::toJson(result));
   if (!options.printsText()) return;
   std::cout << skinText(result);
@@ -99,7 +103,9 @@ void addSkin(CLI::App& parent) {
       ->type_name("NAME|FILE");
   options->source.addSharedOptions(app, static_cast<int>(kSkinLights.size()));
   app.add_option("--csv", options->csv, "A line per synthetic colour")->type_name("FILE");
-  app.add_option("--plot", options->plot, "Saturation over hue ratio, as SVG")->type_name("FILE");
+  app.add_option("--plot", options->plot, "Saturation over hue ratio, as SVG or PNG")
+      ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   setJob(app, options, run);
 }
 

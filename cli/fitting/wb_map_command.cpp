@@ -24,7 +24,7 @@ constexpr int kDigits = 8;
 
 struct WbMapOptions : CommonOptions {
   std::vector<std::string> from, to, points;
-  std::filesystem::path pointsFile, csv;
+  std::filesystem::path pointsFile, csv, report;
 };
 
 WhiteBalancePoint pointOption(const std::string& option, const std::string& text) {
@@ -87,6 +87,7 @@ void print(const WhiteBalanceMapping& result) {
 void run(WbMapOptions& options) {
   options.files.input("--points", options.pointsFile);
   options.files.output("--csv", options.csv);
+  options.files.pageOutput("--report", options.report);
   options.files.output("--json", options.json);
   WhiteBalanceOptions job;
   job.from = references("--from", options.from);
@@ -96,9 +97,12 @@ void run(WbMapOptions& options) {
     const auto more = readWhiteBalancePoints(options.pointsFile);
     job.points.insert(job.points.end(), more.begin(), more.end());
   }
+  options.tellOptions(present::toJson(job), present::toJson(WhiteBalanceOptions{}));
   const WhiteBalanceMapping result = mapWhiteBalance(job);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::wbMapCsv(result));
+  if (!options.report.empty())
+    options.files.write(options.report, present::wbMapReport(result, options.provenance));
   options.writeJson(present::toJson(result));
   if (options.printsText()) print(result);
 }
@@ -131,6 +135,7 @@ void addWbMap(CLI::App& parent) {
       ->type_name("FILE");
   app.add_option("--csv", options->csv, "Points and mapped points to write, as CSV")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   setJob(app, options, run);
 }
 

@@ -9,6 +9,7 @@
 
 #include "greycard/diagnostics.h"
 #include "greycard/names.h"
+#include "greycard/number_text.h"
 #include "greycard/version.h"
 #include "text_output.h"
 
@@ -41,6 +42,12 @@ class Program : public CLI::App {
   std::string commandLine;
 };
 
+std::vector<double> finiteNumbersOrNone(const std::string& word) try {
+  return finiteNumbers(word);
+} catch (const std::invalid_argument&) {
+  return {};
+}
+
 // As it can be given to a shell again.
 std::string shellWord(const std::string& word) {
   constexpr std::string_view kPlain =
@@ -65,6 +72,20 @@ std::vector<const CLI::App*> parsedChain(const CLI::App& app) {
   return chain;
 }
 
+std::string unknownOption(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  const auto take = [&names](const CLI::App& part) {
+    for (const CLI::Option* option : part.get_options())
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  };
+  take(app);
+  for (const CLI::App* group : app.get_subcommands([](const CLI::App*) { return true; }))
+    if (group->get_name().empty()) take(*group);
+  const std::string* closest = closestName(word.substr(0, word.find('=')), names);
+  return "there is no option " + word +
+         (closest != nullptr ? "; did you mean " + *closest + "?" : std::string());
+}
+
 // What is likely to be wrong behind the parser's own words.
 std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   const auto& deepest = *parsedChain(app).back();
@@ -74,7 +95,7 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
   if (!words.empty() && words.front().starts_with('-'))
     return deepest.get_option_no_throw(words.front()) != nullptr
                ? words.front() + " must stand behind " + deepest.get_name()
-               : "there is no option " + words.front();
+               : unknownOption(deepest, words.front());
   if (deepest.get_require_subcommand_min() == 0) {
     if (!words.empty() && error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError))
       return "\"" + words.front() + "\" is one argument too many";
@@ -98,13 +119,31 @@ int fail(const CLI::App& app, std::string message, int status) {
   return status;
 }
 
+// The words of the command line; numbers with blanks between them are a list, as with commas.
+std::vector<std::string> wordsOf(int argc, char** argv) {
+  constexpr std::string_view kNumbers = "0123456789+-.,eE \t";
+  std::vector<std::string> words(argv + 1, argv + argc);
+  for (std::string& word : words) {
+    const bool isList = word.find_first_of(" \t") != std::string::npos &&
+                        word.find_first_not_of(kNumbers) == std::string::npos &&
+                        word.find_first_of("0123456789") != std::string::npos;
+    if (!isList || namesFile(word)) continue;
+    std::string list;
+    for (const double number : finiteNumbersOrNone(word))
+      list += (list.empty() ? "" : ",") + exact(number);
+    if (!list.empty()) word = list;
+  }
+  std::reverse(words.begin(), words.end());  // as the parser wants them
+  return words;
+}
+
 int parseAndRun(CLI::App& app, int argc, char** argv) {
   // A shell variable without a value would otherwise count as an option that was not given.
   for (int i = 1; i < argc; ++i)
     if (*argv[i] == '\0')
       return fail(app, "the argument after " + std::string(argv[i - 1]) + " is empty", kWrongUsage);
   try {
-    app.parse(argc, argv);
+    app.parse(wordsOf(argc, argv));
     std::cout.flush();
     if (!std::cout) return fail(app, "can't write to standard output", kJobFailed);
     return kDone;
@@ -112,6 +151,8 @@ int parseAndRun(CLI::App& app, int argc, char** argv) {
     if (error.get_exit_code() == kDone) return app.exit(error);  // --help and --version
     return fail(app, explain(app, error), kWrongUsage);
   } catch (const UsageError& error) {
+    return fail(app, error.what(), kWrongUsage);
+  } catch (const UnknownName& error) {
     return fail(app, error.what(), kWrongUsage);
   } catch (const std::bad_alloc&) {
     return fail(app, "not enough memory for this job; try a smaller picture", kJobFailed);

@@ -6,6 +6,8 @@
 
 #include "command.h"
 #include "greycard/files.h"
+#include "greycard/names.h"
+#include "greycard/present/plot_picture.h"
 
 namespace greycard::cli {
 namespace {
@@ -21,6 +23,19 @@ bool isSame(const std::filesystem::path& a, const std::filesystem::path& b) {
   return wholeA == wholeB;
 }
 
+bool endsWith(const std::filesystem::path& path, std::string_view ending) {
+  return equalIgnoringCase(path.extension().string(), ending);
+}
+
+void requireEnding(const std::string& option, const std::filesystem::path& path,
+                   const std::vector<std::string>& endings) {
+  if (path.empty() || path == kStandardOutput) return;
+  if (std::ranges::none_of(endings,
+                           [&](const std::string& ending) { return endsWith(path, ending); }))
+    throw UsageError(option + " can't write " + quoted(path) + ": name a file that ends in " +
+                     endings[0] + " or " + endings[1]);
+}
+
 }  // namespace
 
 void JobFiles::input(const std::string& option, const std::filesystem::path& path) {
@@ -30,6 +45,19 @@ void JobFiles::input(const std::string& option, const std::filesystem::path& pat
 void JobFiles::pictureOutput(const std::string& option, const std::filesystem::path& path) {
   output(option, path);
   if (!path.empty() && path != kStandardOutput) checkPictureName(path);
+}
+
+void JobFiles::plotOutput(const std::string& option, const std::filesystem::path& path) {
+  requireEnding(option, path, {".svg", ".png"});
+  if (endsWith(path, ".png") && !present::drawsPlotPictures())
+    throw UsageError(option + " " + quoted(path) +
+                     ": this greycard was built without librsvg, which draws .png; take .svg");
+  output(option, path);
+}
+
+void JobFiles::pageOutput(const std::string& option, const std::filesystem::path& path) {
+  requireEnding(option, path, {".html", ".htm"});
+  output(option, path);
 }
 
 void JobFiles::output(const std::string& option, const std::filesystem::path& path) {
@@ -65,6 +93,14 @@ void JobFiles::write(const std::filesystem::path& path, const Picture& picture,
     writePicture(path, picture);
   }
   remember(path, note);
+}
+
+void JobFiles::writePlot(const std::filesystem::path& path, std::string_view svg) {
+  if (path.empty()) return;
+  if (endsWith(path, ".png"))
+    write(path, present::plotPicture(svg));
+  else
+    write(path, svg);
 }
 
 void JobFiles::remember(const std::filesystem::path& path, const std::string& note) {

@@ -25,6 +25,11 @@ class JobFiles {
   /// Likewise, a picture's name. \throws FileError when no picture format has its ending
   void pictureOutput(const std::string& option, const std::filesystem::path& path);
 
+  /// Likewise, a plot's name. \throws UsageError for another ending than .svg and .png
+  void plotOutput(const std::string& option, const std::filesystem::path& path);
+  /// Likewise, a page's name. \throws UsageError for another ending than .html and .htm
+  void pageOutput(const std::string& option, const std::filesystem::path& path);
+
   /// Writes an output; nothing for an empty path.
   /// \param note  what the line about it says behind the name. \throws FileError
   void write(const std::filesystem::path& path, std::string_view bytes,
@@ -32,6 +37,9 @@ class JobFiles {
   /// Likewise a picture: as PNG to standard output.
   void write(const std::filesystem::path& path, const Picture& picture,
              const std::string& note = {});
+
+  /// Likewise a plot: as SVG, and drawn where the name is a .png.
+  void writePlot(const std::filesystem::path& path, std::string_view svg);
 
   /// Whether one of the outputs is standard output, which is then no place for texts.
   bool takesStandardOutput() const;

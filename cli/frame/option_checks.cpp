@@ -4,7 +4,9 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
 
+#include "greycard/names.h"
 #include "greycard/number_text.h"
 #include "job_files.h"
 #include "text_table.h"
@@ -55,6 +57,16 @@ CLI::Validator anyFiniteNumber() {
         return value && std::isfinite(*value);
       },
       "");
+}
+
+CLI::Validator oneOf(std::vector<std::string> names) {
+  const std::string list = listed(names);
+  return CLI::Validator(
+      [names = std::move(names)](std::string& word) {
+        if (std::ranges::find(names, word) != names.end()) return std::string();
+        return unknownName("choice", word, names);
+      },
+      list);
 }
 
 CLI::Validator namesOrNumbers(std::vector<std::string> names, double low, double high) {

@@ -13,6 +13,8 @@ CLI::Validator numbersFrom(double low, double high);
 CLI::Validator anyFiniteNumber();
 /// Not a check: "-" becomes standard input's name as a file (kStandardInput).
 CLI::Validator inputFile();
+/// One of the names, as they stand here.
+CLI::Validator oneOf(std::vector<std::string> names);
 /// One of the names, or a number within the bounds.
 CLI::Validator namesOrNumbers(std::vector<std::string> names, double low, double high);
 CLI::Validator wholeNumbersFrom(std::int64_t low, std::int64_t high);

@@ -12,7 +12,7 @@ void SampleOptions::addTo(CLI::App& app) {
   app.add_option("--encoding", m_encoding,
                  "What samples mean: srgb (default for 8 bits) or linear (default for 16 bits and "
                  "raw files)")
-      ->check(CLI::IsMember({"srgb", "linear"}))
+      ->check(oneOf({"srgb", "linear"}))
       ->type_name("NAME");
   app.add_option("--black", m_levels.blackLevel,
                  "Sample value without light (default 0, or what a raw file says)")

@@ -10,6 +10,7 @@ void addInfo(CLI::App& parent);
 void addChart(CLI::App& parent);
 void addCcm(CLI::App& parent);
 void addEvaluate(CLI::App& parent);
+void addCompare(CLI::App& parent);
 void addApply(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);

@@ -51,7 +51,7 @@ void CurveChoice::addTo(CLI::App& app) {
   app.add_option("--channel", channel, "Of the curve; all is the same as red")
       ->capture_default_str()
       ->type_name("NAME")
-      ->check(CLI::IsMember({"all", "red", "green", "blue"}));
+      ->check(oneOf({"all", "red", "green", "blue"}));
 }
 
 void CurveChoice::nameFile(JobFiles& files) const {
@@ -59,7 +59,7 @@ void CurveChoice::nameFile(JobFiles& files) const {
 }
 
 void CurvePlotOptions::addTo(CLI::App& app) {
-  app.add_option("--plot", plot, "Plot to write, as SVG")->type_name("FILE");
+  app.add_option("--plot", plot, "Plot to write, as SVG or PNG")->type_name("FILE");
   app.add_option("--against", against,
                  "A second curve in the plot: of the catalogue, from a curve file, HDR10 or HLG")
       ->type_name("NAME|FILE");
@@ -69,7 +69,7 @@ void CurvePlotOptions::nameFiles(JobFiles& files) const {
   if (plot.empty() && !against.empty())
     throw UsageError("--against is a second curve in the plot; it needs --plot");
   if (!isGenerated(against)) nameCurveFile(files, "--against", against);
-  files.output("--plot", plot);
+  files.plotOutput("--plot", plot);
 }
 
 void CurvePlotOptions::write(
@@ -79,7 +79,7 @@ void CurvePlotOptions::write(
   std::optional<CurveTables> comparison;
   if (!against.empty())
     comparison = withNotesPrinted([this] { return comparisonCurve(against); }).curve;
-  files.write(plot, draw(comparison));
+  files.writePlot(plot, draw(comparison));
 }
 
 void addCurveFileForm(CLI::App& app, CurveFileForm& form) {

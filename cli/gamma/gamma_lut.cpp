@@ -9,6 +9,7 @@
 #include "gamma_commands.h"
 #include "greycard/files.h"
 #include "greycard/present/gamma.h"
+#include "option_checks.h"
 #include "text_output.h"
 
 namespace greycard::cli {
@@ -53,7 +54,7 @@ void addGammaLut(CLI::App& gamma) {
   app.add_option("--kind", options->kind, "See above")
       ->required()
       ->type_name("NAME")
-      ->check(CLI::IsMember({"255", "255-14bit", "norm", "12bit"}));
+      ->check(oneOf({"255", "255-14bit", "norm", "12bit"}));
   app.add_option(
          "--bits", options->bits,
          "Bits that the curve is shifted to first: 8 or 14 (default: what the kind expects, "

@@ -42,13 +42,14 @@ void printChanges(const char* title, const Lut2DConfig& table, const Changes& ch
 
 void run(ShowOptions& options) {
   options.files.input("LUT", options.lut);
-  options.files.output("--plot", options.plot);
+  options.files.plotOutput("--plot", options.plot);
   options.files.output("--json", options.json);
   options.exports.nameFiles(options.files);
   const Lut2dSummary summary = summariseLut2d(present::readLut2d(options.lut));
   const Lut2DConfig& table = summary.table;
   if (!options.plot.empty())
-    options.files.write(options.plot, present::lut2dWheel(table, options.lut.filename().string()));
+    options.files.writePlot(options.plot,
+                            present::lut2dWheel(table, options.lut.filename().string()));
   options.writeJson(present::toJson(summary));
   options.exports.write(options.files, table);
   if (!options.printsText()) return;
@@ -71,8 +72,9 @@ void addLut2dShow(CLI::App& lut2d) {
       ->required()
       ->transform(inputFile())
       ->type_name("LUT");
-  app.add_option("--plot", options->plot,
-                 "Wheel to write, as SVG: each node with an arrow to where it moves its colour")
+  app.add_option(
+         "--plot", options->plot,
+         "Wheel to write, as SVG or PNG: each node with an arrow to where it moves its colour")
       ->type_name("FILE");
   options->exports.addTo(app, exchange::MaterialKind::Lut2d);
   setJob(app, options, run);

@@ -42,7 +42,7 @@ void FlatFieldSource::addTo(CLI::App& app) {
       ->transform(inputFile())
       ->type_name("FLATFIELD");
   app.add_option("--luma", luma, "What to take of a colour picture: rec601 or green")
-      ->check(CLI::IsMember({"rec601", "green"}))
+      ->check(oneOf({"rec601", "green"}))
       ->type_name("NAME");
   app.add_option("--raw", raw, "The file holds bare samples of 8 or 16 bits, low byte first")
       ->expected(3)

@@ -22,7 +22,7 @@ namespace {
 
 struct SigmaOptions : CommonOptions {
   FlatFieldSource source;
-  std::filesystem::path csv, plot, map;
+  std::filesystem::path csv, plot, map, report;
   ExportRequests exports;
   bool force = false;
 };
@@ -30,7 +30,8 @@ struct SigmaOptions : CommonOptions {
 void nameFiles(SigmaOptions& options) {
   options.files.input("FLATFIELD", options.source.file);
   options.files.output("--csv", options.csv);
-  options.files.output("--plot", options.plot);
+  options.files.plotOutput("--plot", options.plot);
+  options.files.pageOutput("--report", options.report);
   options.files.pictureOutput("--map", options.map);
   options.files.output("--json", options.json);
   options.exports.nameFiles(options.files);
@@ -72,15 +73,18 @@ void run(SigmaOptions& options) {
   nameFiles(options);
   options.tellOptions(present::toJson(options.source.options()),
                       present::toJson(FlatFieldOptions{}));
-  SigmaEstimate estimate = estimateSigma(options.source.read(), !options.map.empty());
+  const bool showsPixels = !options.map.empty() || !options.report.empty();
+  SigmaEstimate estimate = estimateSigma(options.source.read(), showsPixels);
   if (options.force)
     std::ranges::copy(estimate.doubts, std::back_inserter(estimate.advice));
   else
     requireFlat(estimate);
 
   if (!options.csv.empty()) options.files.write(options.csv, present::sigmaCsv(estimate));
-  if (!options.plot.empty()) options.files.write(options.plot, present::sigmaPlot(estimate));
+  if (!options.plot.empty()) options.files.writePlot(options.plot, present::sigmaPlot(estimate));
   if (!options.map.empty()) options.files.write(options.map, present::sigmaMap(estimate));
+  if (!options.report.empty())
+    options.files.write(options.report, present::sigmaReport(estimate, options.provenance));
   options.writeJson(present::toJson(estimate));
   options.exports.write(options.files, estimate);
   if (!options.printsText()) return;
@@ -105,10 +109,11 @@ void addSigma(CLI::App& parent) {
   options->source.addTo(app);
   app.add_flag("--force", options->force, "Go on with a field that isn't flat or is cut off");
   app.add_option("--csv", options->csv, "Write a line per ring")->type_name("FILE");
-  app.add_option("--plot", options->plot, "Draw the factors over the radius, as SVG")
+  app.add_option("--plot", options->plot, "Draw the factors over the radius, as SVG or PNG")
       ->type_name("FILE");
   app.add_option("--map", options->map, "Picture of the local sigma in code values (.png, ...)")
       ->type_name("FILE");
+  app.add_option("--report", options->report, "Report as one HTML file")->type_name("FILE");
   options->exports.addTo(app, exchange::MaterialKind::Noise);
   setJob(app, options, run);
 }

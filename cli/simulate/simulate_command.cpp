@@ -222,7 +222,7 @@ void addPictureOptions(CLI::App& app, SimulateOptions& options) {
           .add_option("--encoding", options.encoding,
                       "What samples mean: srgb (default for 8 bits) or linear (default for 16 "
                       "bits)")
-          ->check(CLI::IsMember({"srgb", "linear"}))
+          ->check(oneOf({"srgb", "linear"}))
           ->type_name("NAME");
   picture
       .add_flag_callback(

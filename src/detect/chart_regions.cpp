@@ -27,9 +27,34 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kSpace) - begin + 1);
 }
 
-// The pieces between commas, empty ones included: a forgotten number must not shift the others.
-std::vector<std::string_view> commaPieces(std::string_view line) {
+struct Line {
+  std::string_view text;
+  std::size_t number = 0;  // from 1
+};
+
+// The lines that hold something beside a comment, which begins with #.
+std::vector<Line> contentLines(std::string_view text) {
+  std::vector<Line> lines;
+  std::size_t number = 0;
+  for (const std::string_view line : splitLines(text)) {
+    ++number;
+    const auto content = trimmed(line.substr(0, line.find('#')));
+    if (!content.empty()) lines.push_back({content, number});
+  }
+  return lines;
+}
+
+// The pieces between commas, empty ones included: a forgotten number must not shift the others. In
+// a line without commas, those between blanks.
+std::vector<std::string_view> piecesOf(std::string_view line) {
   std::vector<std::string_view> pieces;
+  if (line.find(',') == std::string_view::npos) {
+    for (line = trimmed(line); !line.empty(); line = trimmed(line)) {
+      pieces.push_back(line.substr(0, line.find_first_of(" \t")));
+      line.remove_prefix(pieces.back().size());
+    }
+    return pieces;
+  }
   for (std::size_t comma = 0; comma != std::string_view::npos;) {
     comma = line.find(',');
     pieces.push_back(trimmed(line.substr(0, comma)));
@@ -43,7 +68,7 @@ template <std::size_t Count>
 std::array<double, Count> parseNumbers(std::string_view line, const std::string& name,
                                        std::size_t number,
                                        const std::array<const char*, Count>& names) {
-  const auto pieces = commaPieces(line);
+  const auto pieces = piecesOf(line);
   if (pieces.size() != Count) {
     std::string form;
     for (const char* word : names) form += (form.empty() ? "" : ",") + std::string(word);
@@ -68,7 +93,7 @@ PatchRegion parseRegion(std::string_view line, const std::string& name, std::siz
   for (const std::size_t i : {2U, 3U})
     if (values[i] <= 0.0)
       refuse(name, number,
-             std::string(kRegionNames[i]) + " " + shown(commaPieces(line)[i]) +
+             std::string(kRegionNames[i]) + " " + shown(piecesOf(line)[i]) +
                  " is not above zero; a region needs an area");
   return {values[0], values[1], values[2], values[3]};
 }
@@ -86,13 +111,15 @@ PatchQuad parseQuad(std::string_view line, const std::string& name, std::size_t 
 // The 24 lines, each through `parse`.
 template <typename Table, typename Parse>
 Table parseLines(std::string_view text, const std::string& name, Parse parse) {
-  auto lines = splitLines(text);
-  while (!lines.empty() && trimmed(lines.back()).empty()) lines.pop_back();
+  const auto lines = contentLines(text);
   Table table{};
   for (std::size_t i = 0; i < std::min(lines.size(), table.size()); ++i)
-    table[i] = parse(lines[i], name, i + 1);
+    table[i] = parse(lines[i].text, name, lines[i].number);
   if (lines.size() != table.size())
-    refuse(name, std::min(lines.size(), table.size()) + 1,
+    refuse(name,
+           lines.size() > table.size() ? lines[table.size()].number
+           : lines.empty()             ? 1
+                                       : lines.back().number + 1,
            "the file holds " + std::to_string(lines.size()) +
                " lines; a region file has 24, one per patch in chart order");
   return table;
@@ -106,8 +133,8 @@ PatchRegions parseRegions(TextView text, const std::string& name) {
 
 PatchRegionFile parseRegionFile(TextView text, const std::string& name) {
   PatchRegionFile file;
-  const auto lines = splitLines(text);
-  file.upright = lines.empty() || commaPieces(lines.front()).size() != kQuadNames.size();
+  const auto lines = contentLines(text);
+  file.upright = lines.empty() || piecesOf(lines.front().text).size() != kQuadNames.size();
   if (file.upright) {
     file.regions = parseRegions(text, name);
     file.quads = quadsOf(file.regions);

@@ -67,7 +67,7 @@ CameraGamma cameraGamma(const std::string& nameOrFile) {
         kCatalogueBits,
         {everyFourth(*curve->DataR()), everyFourth(*curve->DataG()), everyFourth(*curve->DataB())}};
   if (std::error_code ignored; !std::filesystem::exists(nameOrFile, ignored))
-    throw JobError(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
+    throw UnknownName(unknownName("tone curve or file", nameOrFile, catalogue.GetNames()));
   const std::vector<std::int32_t> table = readTable(nameOrFile);
   return {nameOrFile, bitDepth(std::ranges::max(table)), {table, table, table}};
 }

@@ -32,7 +32,7 @@ SourcedCurve curveByNameOrFile(const std::string& nameOrFile) {
   GammaCurveModel catalogue(true);
   if (GammaCurvePtr curve = catalogue.GetGammaCurveByName(nameOrFile)) return {curve, {}};
   if (std::error_code ignored; !std::filesystem::exists(nameOrFile, ignored))
-    throw JobError(unknownName("curve or curve file", nameOrFile, catalogue.GetNames()));
+    throw UnknownName(unknownName("curve or curve file", nameOrFile, catalogue.GetNames()));
   const GammaImport import = catalogue.ImportWithReport(nameOrFile);
   if (import.refusal) throw CurveFileRefused(nameOrFile, import);
   return {import.curve, noteTexts(nameOrFile, import)};

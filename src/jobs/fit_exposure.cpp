@@ -48,6 +48,13 @@ double ExposureFit::evaluationsPerSecond() const {
   return seconds > 0.0 ? evaluations / seconds : 0.0;
 }
 
+SearchOptions exposureSearch() {
+  SearchOptions options;
+  options.maxSeconds = 0.0;
+  options.maxEvaluations = 500000;
+  return options;
+}
+
 ExposureFit fitExposure(const ExposureJob& job, const SearchOptions& options) {
   const ExposureImages images(job);
   // First, for it names the arguments that it refuses as the job does.

@@ -7,18 +7,18 @@
 namespace greycard::present {
 namespace {
 
-constexpr int kFont = cv::FONT_HERSHEY_SIMPLEX;
+constexpr int kTitleFont = cv::FONT_HERSHEY_SIMPLEX;
 constexpr double kStripShare = 0.05;  // of the picture's height
 constexpr int kLeastStrip = 20;       // pixels, for letters that can be read
 
 // In the middle of a part of the strip, as large as it holds.
 void writeTitle(cv::Mat& strip, int left, int width, const char* text) {
   int baseline = 0;
-  const cv::Size unit = cv::getTextSize(text, kFont, 1.0, 1, &baseline);
+  const cv::Size unit = cv::getTextSize(text, kTitleFont, 1.0, 1, &baseline);
   const double scale = std::min(0.6 * strip.rows / unit.height, 0.9 * width / unit.width);
   const cv::Point origin(left + static_cast<int>((width - scale * unit.width) / 2.0),
                          static_cast<int>((strip.rows + scale * unit.height) / 2.0));
-  cv::putText(strip, text, origin, kFont, scale, {0, 0, 0}, std::max(1, strip.rows / 16),
+  cv::putText(strip, text, origin, kTitleFont, scale, {0, 0, 0}, std::max(1, strip.rows / 16),
               cv::LINE_AA);
 }
 

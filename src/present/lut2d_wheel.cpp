@@ -49,7 +49,7 @@ std::string lut2dWheel(const Lut2DConfig& table, const std::string& name) {
                                       {180, "180"},
                                       {240, "240 blue"},
                                       {300, "300"}})
-    plot.addText(onWheel(degree, 1.06), label);
+    plot.addTextAt(onWheel(degree, 1.13), label);
   return plot.svg();
 }
 

@@ -44,9 +44,8 @@ std::string sigmaPlot(const SigmaEstimate& estimate) {
       kNearTypicalMost)
     plot.addLine("5.0, the typical most", {{0.0, kTypicalMost}, {1.0, kTypicalMost}}, plotColour(3),
                  SvgPlot::Stroke::Dashed);
+  plot.addLine("raw ratio of each ring", std::move(raw), plotColour(1), SvgPlot::Stroke::Broad);
   plot.addLine("table (smoothed, 1 or more)", std::move(table), plotColour(0));
-  plot.addMarkers("raw ratio of each ring", std::move(raw), plotColour(1), SvgPlot::kSpeck,
-                  plotColour(1));
   return plot.svg();
 }
 

@@ -40,7 +40,7 @@ Json objectOf(std::string_view text) {
   return json;
 }
 
-std::string compact(const Json& json) {
+std::string oneLine(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -55,7 +55,7 @@ std::vector<std::pair<std::string, std::string>> changedOptions(std::string_view
   const Json usual = objectOf(defaults), chosen = objectOf(options);
   std::vector<std::pair<std::string, std::string>> changed;
   for (const auto& [name, value] : chosen.items())
-    if (!usual.contains(name) || usual[name] != value) changed.emplace_back(name, compact(value));
+    if (!usual.contains(name) || usual[name] != value) changed.emplace_back(name, oneLine(value));
   return changed;
 }
 
@@ -64,7 +64,7 @@ std::string plainValue(const std::string& json) {
   if (value.is_string()) return value.get<std::string>();
   if (!value.is_array()) return json;
   std::string text;
-  for (const Json& item : value) text += (text.empty() ? "" : ", ") + plainValue(compact(item));
+  for (const Json& item : value) text += (text.empty() ? "" : ", ") + plainValue(oneLine(item));
   return text;
 }
 
@@ -74,8 +74,11 @@ std::string stamped(std::string_view result, const Provenance& provenance) {
   stamp["greycard"] = provenance.version;
   stamp["created"] = provenance.created;
   if (!provenance.commandLine.empty()) stamp["command"] = provenance.commandLine;
-  stamp["options"] = Json::object();
-  for (const auto& [name, value] : provenance.options) stamp["options"][name] = parsedJson(value);
+  // A result that holds all its options tells more.
+  if (result.find("\n  \"options\": ") == std::string_view::npos) {
+    stamp["options"] = Json::object();
+    for (const auto& [name, value] : provenance.options) stamp["options"][name] = parsedJson(value);
+  }
   std::string text = jsonText(stamp);
   text.replace(text.rfind("\n}"), std::string::npos, ",");
   return text.append(result.substr(1));

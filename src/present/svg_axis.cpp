@@ -40,8 +40,9 @@ AxisScale AxisScale::over(double dataLow, double dataHigh, std::optional<double>
     scale.high += 0.5 * std::max(1.0, std::abs(scale.high));
   }
   const double step = roundStep(scale.range());
-  if (!low) scale.low = std::floor(scale.low / step + 1e-6) * step;
-  if (!high) scale.high = std::ceil(scale.high / step - 1e-6) * step;
+  // A round number's rounding must not leave the data's own end outside.
+  if (!low) scale.low = std::min(scale.low, std::floor(scale.low / step + 1e-6) * step);
+  if (!high) scale.high = std::max(scale.high, std::ceil(scale.high / step - 1e-6) * step);
   scale.ticks = ticksWithin(scale.low, scale.high, step);
   return scale;
 }

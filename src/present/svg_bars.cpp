@@ -37,7 +37,7 @@ BarChart::BarChart(std::string title, std::string axisTitle, std::vector<std::st
 
 // Of the axis: all bars, marks and limits lie before it.
 double BarChart::end() const {
-  double most = 0.0;
+  double most = m_least;
   const auto take = [&](double value) {
     if (std::isfinite(value)) most = std::max(most, value);
   };
@@ -74,19 +74,20 @@ std::string BarChart::axis(double end, double bottom) const {
   std::string drawn;
   for (const double tick : AxisScale::over(0.0, end, 0.0, end).ticks) {
     const double x = across(tick, end);
-    drawn += svg::line({x, kBarsTop - 6.0}, {x, bottom},
-                       tick == 0.0 ? " class=\"zero\" stroke=\"#999\""
-                                   : " class=\"grid\" stroke=\"#e3e3e3\"");
+    drawn += svg::line(
+        {x, kBarsTop - 6.0}, {x, bottom},
+        tick == 0.0 ? " class=\"zero\" stroke=\"#999\"" : " class=\"grid\" stroke=\"#e3e3e3\"");
     drawn += svg::text(x, bottom + 16.0, " text-anchor=\"middle\"", AxisScale::label(tick));
   }
   for (const auto& [value, text] : m_limits) {
     const double x = across(value, end);
-    drawn += svg::line({x, kBarsTop - 8.0}, {x, bottom},
-                       " stroke-width=\"1.4\" stroke-dasharray=\"5 3\"" + svg::stroke(quietColour()));
+    drawn +=
+        svg::line({x, kBarsTop - 8.0}, {x, bottom},
+                  " stroke-width=\"1.4\" stroke-dasharray=\"5 3\"" + svg::stroke(quietColour()));
     drawn += svg::text(x, kBarsTop - 12.0, " font-size=\"11\" text-anchor=\"middle\"", text);
   }
-  return drawn + svg::text(kBarsLeft + 0.5 * kSpan, bottom + 34.0, " text-anchor=\"middle\"",
-                           m_axisTitle);
+  return drawn +
+         svg::text(kBarsLeft + 0.5 * kSpan, bottom + 34.0, " text-anchor=\"middle\"", m_axisTitle);
 }
 
 std::string BarChart::row(const Bar& bar, double end, double top) const {
@@ -94,8 +95,9 @@ std::string BarChart::row(const Bar& bar, double end, double top) const {
   std::string drawn;
   double nameAt = 16.0;
   if (bar.chip) {
-    drawn += svg::rectangle(16.0, middle - 0.5 * kChip, kChip, kChip,
-                            svg::fill(*bar.chip) + " class=\"rim\" stroke=\"#333\" stroke-width=\".6\"");
+    drawn +=
+        svg::rectangle(16.0, middle - 0.5 * kChip, kChip, kChip,
+                       svg::fill(*bar.chip) + " class=\"rim\" stroke=\"#333\" stroke-width=\".6\"");
     nameAt += kChip + 6.0;
   }
   drawn += svg::text(nameAt, middle + 4.0, " font-size=\"12\"", bar.name);

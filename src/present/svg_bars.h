@@ -25,6 +25,8 @@ class BarChart {
   void addBar(Bar bar) { m_bars.push_back(std::move(bar)); }
   /// What the marks are, for the legend.
   void nameMarks(std::string name) { m_markName = std::move(name); }
+  /// The axis goes on to there even if no bar does.
+  void reachTo(double value) { m_least = value; }
   /// A line across all bars. \param text  stands above it
   void addLimit(double value, std::string text) { m_limits.emplace_back(value, std::move(text)); }
 
@@ -38,6 +40,7 @@ class BarChart {
 
   std::string m_title, m_axisTitle, m_markName;
   std::vector<std::string> m_parts;
+  double m_least = 0.0;
   std::vector<Bar> m_bars;
   std::vector<std::pair<double, std::string>> m_limits;
 };

@@ -18,7 +18,8 @@ using svg::number;
 constexpr double kWidth = 600.0, kHeight = 430.0, kSquareHeight = 580.0;
 constexpr double kLegendRow = 20.0, kLegendKey = 34.0, kLegendGap = 18.0;
 constexpr double kArrowHead = 6.0;
-constexpr double kLabelHeight = 11.0, kLabelLetters = 11.0 / 13.0;  // of the size of other texts
+constexpr double kPlotLabelHeight = 11.0,
+                 kPlotLabelLetters = 11.0 / 13.0;  // of the size of other texts
 
 // Room around the area of a plot, and of one inside another.
 struct Margins {
@@ -31,13 +32,16 @@ bool isFinite(const Point2& point) {
 }
 
 std::string dashes(SvgPlot::Stroke kind) {
-  if (kind == SvgPlot::Stroke::Solid) return "";
+  if (kind == SvgPlot::Stroke::Solid || kind == SvgPlot::Stroke::Broad) return "";
   return std::string(" stroke-dasharray=\"") +
          (kind == SvgPlot::Stroke::Dashed ? "7 4\"" : "1.5 3.5\" stroke-linecap=\"round\"");
 }
 
 std::string lineLook(const PlotColour& colour, SvgPlot::Stroke kind) {
-  return " fill=\"none\" stroke-width=\"1.8\" stroke-linejoin=\"round\"" + svg::stroke(colour) +
+  const char* const width = kind == SvgPlot::Stroke::Broad
+                                ? " stroke-width=\"7\" stroke-opacity=\".45\""
+                                : " stroke-width=\"1.8\"";
+  return std::string(" fill=\"none\" stroke-linejoin=\"round\"") + width + svg::stroke(colour) +
          dashes(kind);
 }
 
@@ -227,20 +231,26 @@ class SvgPlot::Drawing {
   std::string labels() const {
     std::vector<Label> wanted;
     std::vector<std::string> texts;
+    std::string drawn;
     for (const auto& item : m_plot.m_texts) {
-      if (!isShown(item.at)) continue;
+      if (item.stays || !isShown(item.at)) continue;
       wanted.push_back(
-          {toPixels(item.at), kLabelLetters * svg::textWidth(item.text), kLabelHeight});
+          {toPixels(item.at), kPlotLabelLetters * svg::textWidth(item.text), kPlotLabelHeight});
       texts.push_back(item.text);
     }
-    if (wanted.empty()) return {};
+    for (const auto& item : m_plot.m_texts) {
+      if (!item.stays) continue;
+      const Point2 at = toPixels(item.at);
+      drawn += svg::text(at.x, at.y + 4.0, " font-size=\"11\" text-anchor=\"middle\"", item.text);
+    }
+    if (wanted.empty()) return drawn;
     std::vector<Point2> obstacles;
     for (const auto& series : m_plot.m_series)
       if (!series.line)
         for (const auto& point : series.points)
           if (isShown(point)) obstacles.push_back(toPixels(point));
     const auto places = placeLabels(wanted, obstacles, area());
-    std::string leaders, drawn;
+    std::string leaders;
     for (std::size_t i = 0; i < wanted.size(); ++i) {
       const auto& [corner, away] = places[i];
       const Point2 at = wanted[i].point;
@@ -292,6 +302,10 @@ void SvgPlot::addArrow(Point2 from, Point2 to, PlotColour colour) {
 
 void SvgPlot::addText(Point2 at, std::string text) {
   m_texts.push_back({at, std::move(text)});
+}
+
+void SvgPlot::addTextAt(Point2 middle, std::string text) {
+  m_texts.push_back({middle, std::move(text), true});
 }
 
 void SvgPlot::setInset(SvgPlot inset, Point2 lowerLeft, Point2 upperRight) {

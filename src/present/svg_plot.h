@@ -24,7 +24,8 @@ class SvgPlot {
  public:
   SvgPlot(std::string title, PlotAxis x, PlotAxis y);
 
-  enum class Stroke { Solid, Dashed, Dotted };
+  /// A broad line is pale, so that another shows on it.
+  enum class Stroke { Solid, Dashed, Dotted, Broad };
   /// An empty name keeps a series out of the legend.
   void addLine(std::string name, std::vector<Point2> points, PlotColour colour,
                Stroke stroke = Stroke::Solid);
@@ -38,6 +39,8 @@ class SvgPlot {
   void addArrow(Point2 from, Point2 to, PlotColour colour);
   /// Small text beside a point, where it covers no marker and no other text.
   void addText(Point2 at, std::string text);
+  /// Small text with its middle at the point, whatever is there.
+  void addTextAt(Point2 middle, std::string text);
   /// One unit is as long on the x axis as on the y axis.
   void useEqualScales() { m_equalScales = true; }
   /// A small plot between two corners of this one's area, in its units.
@@ -61,6 +64,7 @@ class SvgPlot {
   struct Text {
     Point2 at;
     std::string text;
+    bool stays = false;
   };
   struct Inset;
   class Drawing;

@@ -30,8 +30,7 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::string unknownName(const std::string& kind, const std::string& name,
-                        std::span<const std::string> known) {
+const std::string* closestName(const std::string& name, std::span<const std::string> known) {
   const std::string* closest = nullptr;
   // Half the letters may differ.
   std::size_t closestDistance = 1 + std::max<std::size_t>(4, name.size());
@@ -41,6 +40,12 @@ std::string unknownName(const std::string& kind, const std::string& name,
       closest = &candidate;
     }
   }
+  return closest;
+}
+
+std::string unknownName(const std::string& kind, const std::string& name,
+                        std::span<const std::string> known) {
+  const std::string* closest = closestName(name, known);
   std::string text = "there is no " + kind + " \"" + name + "\"";
   if (closest != nullptr) text += "; did you mean \"" + *closest + "\"?";
   return text + (closest != nullptr ? " Known: " : "; known: ") + listed(known);

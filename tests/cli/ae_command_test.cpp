@@ -79,8 +79,8 @@ TEST_F(AeCommandTest, RefusesFilesThatAreNoFits) {
   }
   EXPECT_EQ(run({"ae", "--image", "dark.pgm"}).status, 2);
   writeWholeFile(folder / "fit.json", R"({"images": [{"picture": "dark.pgm", "newTarget": 25}]})");
-  EXPECT_THAT(run({"ae", "fit.json", "--plot", "./dark.pgm"}).err,
-              HasSubstr("--plot and images[0].picture name the same file"));
+  EXPECT_THAT(run({"ae", "fit.json", "--json", "./dark.pgm"}).err,
+              HasSubstr("--json and images[0].picture name the same file"));
 }
 
 }  // namespace

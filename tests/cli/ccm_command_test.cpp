@@ -66,7 +66,7 @@ TEST_F(ChartCommands, TheCorrectedPhotographHasTheCorrectedColours) {
           << "patch " << i + 1;
 
   const std::string report = read("report.html");
-  EXPECT_THAT(report, HasSubstr("data:image/png;base64,"));
+  EXPECT_THAT(report, HasSubstr("data:image/jpeg;base64,"));
   for (const char* outside : {"<script", "<link", "src=\"http", "url("})
     EXPECT_THAT(report, Not(HasSubstr(outside)));
 }
@@ -199,7 +199,7 @@ TEST_F(ChartCommands, BadInputGetsOneSentence) {
   } cases[] = {
       {{"ccm", "chart.png", "--gamma", "short.txt"}, 1, "holds 3 numbers; 256 are wanted"},
       {{"ccm", "chart.png", "--gamma", "odd.txt"}, 1, "entry 2"},
-      {{"ccm", "chart.png", "--gamma", "vnormal"}, 1, "did you mean \"VNormal\""},
+      {{"ccm", "chart.png", "--gamma", "vnormal"}, 2, "did you mean \"VNormal\""},
       {{"ccm", "chart.png", "--regions", "odd.txt"}, 1, "odd.txt"},
       {{"ccm", "chart.png", "--reference-lab", "odd.txt"}, 1, "line 1"},
       {{"ccm", "chart.png", "--light", "D66"}, 2, "no light \"D66\""},

@@ -61,10 +61,11 @@ TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
       {{"gamma", "shwo", "VNormal"}, 2, "did you mean \"show\"?"},
       {{"gamma", "show"}, 2, "curve is required"},
       {{"gamma", "--json", "a", "show", "VNormal"}, 2, "--json must stand behind show"},
-      {{"gamma", "show", "vnormal"}, 1, "did you mean \"VNormal\"? Known: VNormal, VLowlight"},
+      {{"gamma", "show", "vnormal"}, 2, "did you mean \"VNormal\"? Known: VNormal, VLowlight"},
       {{"gamma", "lut", "VNormal", "--kind", "13bit"}, 2, "--kind"},
       {{"simulate"}, 2, "--output is required"},
-      {{"simulate", "-o", "a.png", "--rotat", "3"}, 2, "--rotat"},
+      {{"simulate", "-o", "a.png", "--rotat", "3"}, 2, "did you mean --rotate?"},
+      {{"gamma", "show", "VNormal", "--channel", "gren"}, 2, "did you mean \"green\"?"},
       {{"simulate", "-o", "a.png", "--rotate", "x"}, 2, "--rotate"},
       {{"simulate", "-o", "a.png", "--rotate", "nan"}, 2, "rotation"},
       {{"simulate", "-o", "a.png", "--size", "1600*1200"}, 2, "1600*1200"},
@@ -79,6 +80,8 @@ TEST_F(CommandTest, FailuresAreOneLineAndAStatus) {
       {{"simulate", "-o", "no\033[31m/a.png"}, 1, "\"no?[31m\""},
       {{"simulate", "-o", "."}, 1, "it is a folder"},
       {{"simulate", "-o", "a.doc"}, 1, "a.doc"},
+      {{"gamma", "show", "VNormal", "--plot", "a.gif"}, 2, "ends in .svg or .png"},
+      {{"ccm", "text.png", "--report", "r.png"}, 2, "ends in .html or .htm"},
       {{"chart", "missing.png"}, 1, "missing.png"},
       {{"chart", "text.png"}, 1, "text.png"},
       {{"chart", "text.png", "--annotate", "text.png"}, 2, "same file"},
@@ -117,6 +120,16 @@ TEST_F(CommandTest, AMinusIsStandardInputOrOutput) {
     std::istringstream lines(run(words).out);
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
   }
+}
+
+TEST_F(CommandTest, APlotIsDrawnWhereItsNameIsAPictures) {
+  ASSERT_EQ(run({"gamma", "show", "VNormal", "--plot", "a.svg"}).status, 0);
+  ASSERT_EQ(run({"gamma", "show", "VNormal", "--plot", "a.PNG"}).status, 0);
+  const std::string png = read("a.PNG");
+  ASSERT_THAT(png, StartsWith("\x89PNG"));
+  const int width =
+      256 * static_cast<unsigned char>(png.at(18)) + static_cast<unsigned char>(png.at(19));
+  EXPECT_THAT(read("a.svg"), HasSubstr("width=\"" + std::to_string(width / 2) + ".00\""));
 }
 
 TEST_F(CommandTest, AFailedRunLeavesOldFilesAndNoNewOnes) {

@@ -34,7 +34,7 @@ Outcome runProgram(const std::string& program, const std::filesystem::path& fold
   if (child == 0) {
     redirect(STDOUT_FILENO, out);
     redirect(STDERR_FILENO, err);
-    if (::chdir(folder.c_str()) == 0) ::execv(name.c_str(), arguments.data());
+    if (::chdir(folder.c_str()) == 0) ::execvp(name.c_str(), arguments.data());
     std::_Exit(127);
   }
   int status = 0;

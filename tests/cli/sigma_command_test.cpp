@@ -47,8 +47,9 @@ TEST_F(CommandTest, SigmaAdvisesAndRefuses) {
   EXPECT_THAT(forced("--luma", "green"), HasSubstr("Mean 2.0"));
   EXPECT_THAT(forced("--luma", "rec601"), HasSubstr("Mean 4.0"));
   EXPECT_THAT(forced("--raw", "17,1,8"), HasSubstr(", 17 x 1 pixels"));
-  // 256 and 700 of 1023 are 64 and 174 of 255.
-  EXPECT_THAT(run({"sigma", "small.pgm", "--force", "--bits", "10"}).out, HasSubstr("Mean 64.0"));
+  //  In the corners 0, 255, 256 and 9 of 1023: 0, 64, 64 and 2 of 255.
+  EXPECT_THAT(run({"sigma", "small.pgm", "--force", "--bits", "10"}).out,
+              HasSubstr("32.5 in the corners"));
   EXPECT_THAT(run({"sigma", "small.pgm", "--force", "--black", "64", "--white", "574"}).out,
               HasSubstr("in those of the file"));
   const struct {

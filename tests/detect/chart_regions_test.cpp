@@ -46,6 +46,8 @@ TEST(RegionFile, RoundsHalvesToEvenAsPrintfDoes) {
 TEST(RegionFile, AcceptsHandMadeFiles) {
   const auto regions = parseRegions(lines(24, " +1.25 , -2,3e1,4.5\r\n") + "\n \n", "regions");
   EXPECT_EQ(regions[23], (PatchRegion{1.25, -2.0, 30.0, 4.5}));
+  const std::string spaced = "# by hand\n\n" + lines(24, " 1.25 -2\t3e1 4.5  # a patch\n");
+  EXPECT_EQ(parseRegions(spaced, "regions")[0], regions[0]);
 }
 
 TEST(RegionFile, RefusesNamingFileLineAndWord) {
@@ -56,7 +58,7 @@ TEST(RegionFile, RefusesNamingFileLineAndWord) {
                {"", "line 1", "0 lines"},
                {lines(23), "line 24", "23 lines"},
                {lines(25), "line 25", "25 lines"},
-               {"\n" + lines(24), "line 1", "1 values"},
+               {"\n#\n1,2,3\n" + lines(23), "line 3", "3 values"},
                {lines(3) + "1,2,3\n" + lines(20), "line 4", "3 values"},
                {lines(3) + "1,2,3,4,5\n" + lines(20), "line 4", "5 values"},
                {lines(3) + "1,,3,4\n" + lines(20), "line 4", "top \"\""},

@@ -32,7 +32,7 @@ namespace {
 std::string settled(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size();) {
-    if (text.compare(i, 12, "data:image/p") == 0) {
+    if (text.compare(i, 11, "data:image/") == 0) {
       i = text.find('"', i);
       continue;
     }

@@ -18,6 +18,21 @@ namespace greycard {
 // A fit of the luma-target rule (NLoptHelper::GA), under the names of GA's arguments. Lumas and
 // targets are in bins, 0..255.
 
+/// What each parameter of the rule does, in a few words.
+inline constexpr std::array<const char*, kGaParameters> kExposureParameterNames{
+    "target A: numerator",
+    "target B: numerator",
+    "upper dark target: numerator",
+    "lower dark target: numerator",
+    "push-up range: 1 - start",
+    "push-down range: 1 - start",
+    "ceiling factor",
+    "floor factor",
+    "push-up range: 1 - end",
+    "push-down range: 1 - end",
+    "dark range: start",
+    "dark range: end"};
+
 /// One image that the rule is to meet a target for: a picture, or its histograms.
 struct ExposureImage {
   std::optional<std::string> name;  ///< in results; else the picture's file name, or "image 3"
@@ -98,9 +113,14 @@ struct ExposureTrial {
   ExposureEvaluation manual;
 };
 
+/// A search that ends after half a million evaluations, about as many as GA's 15 seconds give, and
+/// by no clock: its result depends on the job alone.
+GREYCARD_EXPORT SearchOptions exposureSearch();
+
 /// Reads the pictures and searches.
 /// \throws std::invalid_argument as ExposureJob::check and NLoptHelper::GA; FileError for a picture
-GREYCARD_EXPORT ExposureFit fitExposure(const ExposureJob& job, const SearchOptions& options = {});
+GREYCARD_EXPORT ExposureFit fitExposure(const ExposureJob& job,
+                                        const SearchOptions& options = exposureSearch());
 
 /// Reads the pictures and evaluates fixedParameters().
 /// \throws as fitExposure

@@ -2,11 +2,13 @@
 /// \file
 /// \ingroup own
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "greycard/jobs/fit_chart_best.h"
 #include "greycard/present/export.h"
+#include "greycard/present/provenance.h"
 
 namespace greycard::present {
 
@@ -23,8 +25,9 @@ GREYCARD_PRESENT_EXPORT std::string toJson(const BestChartFit& fit);
 /// \throws std::invalid_argument also when the lists of photographs are not of one length
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, BestChartFit& fit);
 
-/// A self-contained page about both fits, with the pictures of the first photograph.
+/// A page about both fits, with the pictures of the first photograph (see chart.h).
 /// \param photograph  the first picture that was fitted
-GREYCARD_PRESENT_EXPORT std::string fitReport(const BestChartFit& fit, const Picture& photograph);
+GREYCARD_PRESENT_EXPORT std::string fitReport(const BestChartFit& fit, const Picture& photograph,
+                                              const std::optional<Provenance>& provenance = {});
 
 }  // namespace greycard::present

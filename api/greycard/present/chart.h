@@ -2,6 +2,7 @@
 /// \file
 /// \ingroup own
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "greycard/jobs/locate_chart.h"
 #include "greycard/picture.h"
 #include "greycard/present/export.h"
+#include "greycard/present/provenance.h"
 
 namespace greycard::present {
 
@@ -55,8 +57,15 @@ GREYCARD_PRESENT_EXPORT Picture annotatePatches(const Picture& picture, const Pa
 GREYCARD_PRESENT_EXPORT Picture annotateDetection(const Picture& picture,
                                                   const ChartDetection& detection);
 
-/// A self-contained page about a fit: no script, nothing fetched from anywhere.
-/// \param photograph  the picture that was fitted
-GREYCARD_PRESENT_EXPORT std::string fitReport(const ChartFit& fit, const Picture& photograph);
+// Pages for people: self-contained, no script, nothing fetched from anywhere; for light and dark
+// screens, and for paper.
+
+/// A page about a fit. \param photograph  the picture that was fitted
+GREYCARD_PRESENT_EXPORT std::string fitReport(const ChartFit& fit, const Picture& photograph,
+                                              const std::optional<Provenance>& provenance = {});
+/// A page about a chart that was judged as it is.
+GREYCARD_PRESENT_EXPORT std::string evaluationReport(
+    const ChartEvaluation& evaluation, const Picture& photograph,
+    const std::optional<Provenance>& provenance = {});
 
 }  // namespace greycard::present

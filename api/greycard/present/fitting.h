@@ -3,6 +3,7 @@
 /// \ingroup own
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,7 @@
 #include "greycard/jobs/map_white_balance.h"
 #include "greycard/jobs/match_luma.h"
 #include "greycard/present/export.h"
+#include "greycard/present/provenance.h"
 
 namespace greycard::present {
 
@@ -39,6 +41,20 @@ GREYCARD_PRESENT_EXPORT ExposureJob readExposureJob(const std::filesystem::path&
 /// Wanted against reached targets, as an SVG element.
 GREYCARD_PRESENT_EXPORT std::string exposurePlot(const ExposureFit& fit);
 GREYCARD_PRESENT_EXPORT std::string exposurePlot(const ExposureTrial& trial);
+
+// Pages for people, as those of chart.h.
+
+/// \param job  what was fitted
+GREYCARD_PRESENT_EXPORT std::string exposureReport(
+    const ExposureJob& job, const ExposureFit& fit,
+    const std::optional<Provenance>& provenance = {});
+GREYCARD_PRESENT_EXPORT std::string exposureReport(
+    const ExposureJob& job, const ExposureTrial& trial,
+    const std::optional<Provenance>& provenance = {});
+GREYCARD_PRESENT_EXPORT std::string wbMapReport(const WhiteBalanceMapping& mapping,
+                                                const std::optional<Provenance>& provenance = {});
+GREYCARD_PRESENT_EXPORT std::string skinReport(const SkinCalibration& skin,
+                                               const std::optional<Provenance>& provenance = {});
 
 GREYCARD_PRESENT_EXPORT std::string toJson(const LumaMatchOptions& options);
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, LumaMatchOptions& options);

@@ -2,6 +2,7 @@
 /// \file
 /// \ingroup own
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,7 @@
 #include "greycard/jobs/read_flat_field.h"
 #include "greycard/picture.h"
 #include "greycard/present/export.h"
+#include "greycard/present/provenance.h"
 
 namespace greycard::present {
 
@@ -26,6 +28,9 @@ GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, SigmaEstimate& esti
 GREYCARD_PRESENT_EXPORT std::string sigmaCsv(const SigmaEstimate& estimate);
 /// Factor over radius, as an SVG element.
 GREYCARD_PRESENT_EXPORT std::string sigmaPlot(const SigmaEstimate& estimate);
+/// A page for people, as those of chart.h, with the map where the estimate has local sigmas.
+GREYCARD_PRESENT_EXPORT std::string sigmaReport(const SigmaEstimate& estimate,
+                                                const std::optional<Provenance>& provenance = {});
 /// The local sigma of every pixel as colours, from dark (the least) to light (the most), at most
 /// 900 pixels long, beside a scale in code values.
 /// \throws std::invalid_argument for an estimate without local sigmas

@@ -34,8 +34,8 @@ GREYCARD_PRESENT_EXPORT std::vector<std::pair<std::string, std::string>> changed
 GREYCARD_PRESENT_EXPORT std::string plainValue(const std::string& json);
 
 /// The result as toJson writes it with "greycard", "created", "command" (where there is one) and
-/// "options" before its fields. Every fromJson of a result passes over them.
-/// \throws std::invalid_argument for what no toJson has written
+/// "options" (unless the result has some itself) before its fields. Every fromJson of a result
+/// passes over them. \throws std::invalid_argument for what no toJson has written
 GREYCARD_PRESENT_EXPORT std::string stamped(std::string_view result, const Provenance& provenance);
 
 }  // namespace greycard::present

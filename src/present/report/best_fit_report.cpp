@@ -2,7 +2,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "chart_sections.h"
+#include "chart_pages.h"
+#include "colour_sections.h"
 #include "greycard/number_text.h"
 #include "greycard/present/best_fit.h"
 #include "html_page.h"
@@ -43,10 +44,12 @@ std::string comparisonSection(const BestChartFit& fit) {
     add("best fit" + of, photographs[k].figures);
   }
   if (photographs.size() > 1) add("best fit, all", fit.best.figures);
-  return "<h2>Stated and best fit</h2>\n" + htmlTable(rows) +
-         "<p class=\"note\">Over the patches that took part. Levelled: without the common "
-         "difference of L*. Metamerism index: 100 - 5.5 times the mean error (" +
-         htmlEscape(fit.best.metamerismBasis) + ").</p>\n";
+  return htmlSection(
+      "Stated and best fit",
+      htmlTable(rows) + htmlNote("Over the patches that took part. Levelled: without the common "
+                                 "difference of L*. Metamerism index: 100 - 5.5 times the mean "
+                                 "error (" +
+                                 fit.best.metamerismBasis + ")."));
 }
 
 std::string plusMinus(double value, double error, int decimals) {
@@ -56,7 +59,6 @@ std::string plusMinus(double value, double error, int decimals) {
 // Held-out errors, standard errors and noise.
 std::string beliefSection(const BestChartFit& fit) {
   const MatrixFitResult& best = fit.best;
-  std::string html = "<h2>How far to believe it</h2>\n";
   Rows held = {{"dE00 of patches that", "mean", "95 %"}};
   const auto add = [&](const char* name, double mean, double percentile95) {
     held.push_back({name, fixed(mean, 2), fixed(percentile95, 2)});
@@ -66,7 +68,6 @@ std::string beliefSection(const BestChartFit& fit) {
     add("were left out, one at a time", best.leaveOneOut->mean, best.leaveOneOut->percentile95);
   if (best.sixFold)
     add("were left out, a sixth at a time", best.sixFold->mean, best.sixFold->percentile95);
-  html += "<div class=\"side\"><div>" + htmlTable(held) + "</div><div>";
   const char* const names[] = {"R", "G", "B"};
   Rows matrix = {{"matrix", "R", "G", "B", "noise"}};
   for (std::size_t r = 0; r < 3; ++r) {
@@ -77,13 +78,16 @@ std::string beliefSection(const BestChartFit& fit) {
                                   : fixed(best.matrix[r][c], 4));
     matrix.back().push_back(fixed(best.rowNoise[r], 2));
   }
-  html +=
-      htmlTable(matrix) + "</div></div>\n<p class=\"note\">" +
-      (best.uncertainty ? "&#177;: standard error from the measured noise of the patches. " : "") +
-      "Noise: root of the sum of squares of a row. Condition number of the matrix " +
-      fixed(best.conditionNumber, 2) + ". " + std::to_string(best.starts) + " searches, " +
-      std::to_string(best.evaluations) + " evaluations.</p>\n";
-  return html;
+  return htmlSection(
+      "How far to believe it",
+      htmlSideBySide({htmlTable(held), htmlTable(matrix)}) +
+          htmlNote((best.uncertainty ? std::string("\u00b1: standard error from the "
+                                                   "measured noise of the patches. ")
+                                     : std::string()) +
+                   "Noise: root of the sum of squares of a row. Condition number of "
+                   "the matrix " +
+                   fixed(best.conditionNumber, 2) + ". " + std::to_string(best.starts) +
+                   " searches, " + std::to_string(best.evaluations) + " evaluations."));
 }
 
 std::string tradeOffSection(const MatrixFitResult& best) {
@@ -101,8 +105,7 @@ std::string tradeOffSection(const MatrixFitResult& best) {
   }
   plot.addLine("", points, plotColour(0));
   plot.addMarkers("", points, plotColour(0));
-  return "<h2>Error against noise</h2>\n<div class=\"side\">" + plot.svg() + "<div>" +
-         htmlTable(rows) + "</div></div>\n";
+  return htmlSection("Error against noise", htmlSideBySide({plot.svg(), htmlTable(rows)}));
 }
 
 std::string curveSection(const MatrixFitResult& best) {
@@ -119,12 +122,12 @@ std::string curveSection(const MatrixFitResult& best) {
   }
   plot.addLine("unchanged", {{0.0, 0.0}, {1.0, 1.0}}, quietColour(), SvgPlot::Stroke::Dashed);
   plot.addLine("curve", points, plotColour(0));
-  std::string html = "<h2>Tone curve</h2>\n" + plot.svg();
+  std::string html = plot.svg();
   if (best.greyResidual)
-    html += "<p class=\"note\">The greys miss it by " + fixed(*best.greyResidual, 2) +
-            " L* (root mean square); up to " + fixed(MatrixFitResult::kGreysDisagree, 1) +
-            " it is to be believed.</p>\n";
-  return html;
+    html += htmlNote("The greys miss it by " + fixed(*best.greyResidual, 2) +
+                     " L* (root mean square); up to " + fixed(MatrixFitResult::kGreysDisagree, 1) +
+                     " it is to be believed.");
+  return htmlSection("Tone curve of the photographs", html);
 }
 
 // Per cent of the light at the chart's centre, as the patches lie.
@@ -141,7 +144,7 @@ std::string lightSection(const BestChartFit& fit) {
     html += "<h3>" + htmlEscape(fit.stated[k].photo.filename().string()) + ": falls off by " +
             fixed(photograph.lightRange, 1) + " %</h3>\n" + htmlTable(rows);
   }
-  return html.empty() ? "" : "<h2>Light over the chart, per cent</h2>\n" + html;
+  return html.empty() ? "" : htmlSection("Light over the chart, per cent", html);
 }
 
 std::string patchBelief(const BestChartFit& fit) {
@@ -161,22 +164,29 @@ std::string patchBelief(const BestChartFit& fit) {
            fixed(split[0], 2), fixed(split[1], 2), fixed(split[2], 2),
            htmlEscape(photograph.leftOut[i])});
     }
-  return "<h2>Errors of the patches</h2>\n" + htmlTable(rows);
+  return htmlSection("Errors of the patches", htmlTable(rows));
 }
 
 }  // namespace
 
-std::string fitReport(const BestChartFit& fit, const Picture& picture) {
+std::string fitReport(const BestChartFit& fit, const Picture& photograph,
+                      const std::optional<Provenance>& provenance) {
   const ChartFit first = fit.shown(0);
-  const std::string name = first.photo.filename().string();
-  const std::string body = "<h1>Colour correction, best fit: " + htmlEscape(name) + "</h1>\n" +
-                           aboutPhoto(first, picture) + matrixSection(first) +
+  ChartStory story = storyOf(first);
+  story.result.name = "best fit";
+  story.before.emplace(
+      JudgedColours{"stated fit", fit.stated.front().correctedLab, fit.stated.front().after});
+  const SampleMeaning samples = meaningOf(first.levels);
+  const Develop before = asPhotographed(samples);
+  const Develop after = [&](const Picture& picture) {
+    return correctedPhotograph(picture, fit, 0, samples);
+  };
+  const std::string body = verdictCard(story, " after the best fit") +
+                           fitFigures(first, photograph, before, after, story) +
                            comparisonSection(fit) + beliefSection(fit) + tradeOffSection(fit.best) +
-                           curveSection(fit.best) + lightSection(fit) + swatchSection(first) +
-                           "<h2>Where the errors point</h2>\n<div class=\"side\">" +
-                           chromaPlane(first) + greyRow(first) + "</div>\n" +
-                           photoSection(first, picture) + patchBelief(fit) + patchSection(first);
-  return htmlPage("Colour correction, best fit: " + name, body);
+                           curveSection(fit.best) + lightSection(fit) + patchBelief(fit) +
+                           fitDetails(first, photograph, before, story);
+  return reportPage(fitHead("Colour correction, best fit", first, photograph), body, provenance);
 }
 
 }  // namespace greycard::present
