@@ -33,12 +33,13 @@ void settleLevels(RawLevels& levels, const std::array<int, 4>& channels, const R
       sum += levels.black[place];
       ++places;
       // Written so that not-a-number is refused too.
-      if (!(levels.black[place] + most + 1.0 <= levels.white[c] && levels.white[c] <= 65535.0) ||
-          !(levels.black[place] >= -65535.0))
+      if (!(levels.black[place] + most + kLeastLevels <= levels.white[c] &&
+            levels.white[c] <= 65535.0) ||
+          !(levels.black[place] >= 0.0))
         throw std::invalid_argument("the white level (" + exact(levels.white[c]) +
-                                    ") must be a code or more above the black level (" +
+                                    ") must be 32 codes or more above the black level (" +
                                     exact(levels.black[place] + most) +
-                                    "), both in the raw file's codes up to 65535");
+                                    "), both in the raw file's codes of 0 to 65535");
     }
     if (places > 0) info.blackLevel[c] = sum / places + meanOfPattern;
   }

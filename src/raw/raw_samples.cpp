@@ -1,7 +1,6 @@
 #include "raw_samples.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -9,36 +8,34 @@
 namespace greycard {
 namespace {
 
-// Shares of full scale as whole numbers, which a compiler compares four at a time: 1/256 of a
-// 16-bit sample, the finest that a float still tells apart at full scale.
-constexpr int kUnit = 256, kFullScale = 65535 * kUnit;
+// Shares of full scale as whole numbers, which a compiler handles four at a time: 1/16 of a 16-bit
+// sample. Codes far beyond levels that are kLeastLevels apart still fit an int.
+constexpr int kUnit = 16, kFullScale = 65535 * kUnit;
+static_assert(65536.0 / kLeastLevels * kFullScale < 2147483647.0);
 // A clipped sample ends here or above, whatever the rounding of its line; the next code lies below.
-constexpr int kClipped = kFullScale - kUnit / 16;
+constexpr int kClipped = kFullScale - kUnit / 2;
 
-// (code - black) * scale: 0 at the black level, full scale at the white level. Codes are cut a
-// little outside of these, so that the product fits.
+// 0 at the black level, full scale at the white level; a half more, for rounding.
 struct Line {
-  float black = 0.0F, scale = 1.0F;
-  int lowest = 0, highest = 65535;
+  float scale = 1.0F, offset = 0.0F;
 
   Line() = default;
-  Line(double blackLevel, double whiteLevel)
-      : black(static_cast<float>(blackLevel)),
-        scale(static_cast<float>(kFullScale / (whiteLevel - blackLevel))),
-        lowest(static_cast<int>(std::floor(blackLevel))),
-        highest(static_cast<int>(std::ceil(whiteLevel))) {}
+  Line(double black, double white)
+      : scale(static_cast<float>(kFullScale / (white - black))),
+        offset(static_cast<float>(0.5 - black * kFullScale / (white - black))) {}
   int at(std::uint16_t code) const {
-    const int above = code > lowest ? code : lowest, within = above < highest ? above : highest;
-    return static_cast<int>((static_cast<float>(within) - black) * scale);
+    return static_cast<int>(static_cast<float>(code) * scale + offset);
   }
 };
 
-// The nearest sample to the mean of two shares, which may be the same one; full scale when either
-// clips.
+// The nearest sample to a share, and to the mean of two; full scale when either clips.
+std::uint16_t sampleOf(int share) {
+  const int sample = ((share > 0 ? share : 0) + kUnit / 2) / kUnit;
+  return static_cast<std::uint16_t>(sample < 65535 ? sample : 65535);
+}
 std::uint16_t sampleOf(int a, int b) {
   const int sum = (a > 0 ? a : 0) + (b > 0 ? b : 0), larger = a > b ? a : b;
-  const int mean = (sum + kUnit) / (2 * kUnit);
-  return static_cast<std::uint16_t>(larger >= kClipped ? 65535 : mean);
+  return static_cast<std::uint16_t>(larger >= kClipped ? 65535 : (sum + kUnit) / (2 * kUnit));
 }
 
 // The lines of one row's samples as far as they differ: after `period` of them they repeat.
@@ -112,7 +109,10 @@ void binRow(const CellRow& row, const std::array<Places, 3>& places, std::span<s
     takeCells(row, first, count, values);
     for (std::size_t c = 0; c < 3; ++c) {
       const int *a = values[places[c].first].data(), *b = values[places[c].second].data();
-      for (std::size_t i = 0; i < count; ++i) channels[c][i] = sampleOf(a[i], b[i]);
+      if (a == b)
+        for (std::size_t i = 0; i < count; ++i) channels[c][i] = sampleOf(a[i]);
+      else
+        for (std::size_t i = 0; i < count; ++i) channels[c][i] = sampleOf(a[i], b[i]);
     }
     std::uint16_t* pixel = out.data() + 3 * first;
     for (std::size_t i = 0; i < count; ++i, pixel += 3)
@@ -157,7 +157,7 @@ Picture scaledSamples(const RawSamples& samples, int channels, int perPixel,
       const LineRow row(levels, y, 1, same, same);
       for (std::size_t x = 0; x < width; ++x) {
         const int share = row.lines()[x % row.period()].at(codes[x * step + c]);
-        out[static_cast<std::ptrdiff_t>(x * used + c)] = sampleOf(share, share);
+        out[static_cast<std::ptrdiff_t>(x * used + c)] = sampleOf(share);
       }
     }
     out += static_cast<std::ptrdiff_t>(width * used);

@@ -12,6 +12,9 @@
 
 namespace greycard {
 
+/// By how many codes a white level stands above a black one at least.
+inline constexpr double kLeastLevels = 32.0;
+
 /// Codes without light, which may repeat over the picture, and codes of full scale.
 struct RawLevels {
   std::size_t rows = 1, columns = 1;         ///< of the part that repeats

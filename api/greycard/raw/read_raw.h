@@ -39,7 +39,8 @@ GREYCARD_EXPORT bool readsRaw();
 /// and B, DNG compressed as JPEG XL. No more memory or time is spent than the size that the file
 /// declares asks for, and none on a size that the file is too short for.
 /// \throws FileError that names the file and the reason, also where this library was built without
-///         raw input; std::invalid_argument for a white level that is not above the black one
+///         raw input; std::invalid_argument for a white level that is not 32 codes or more above
+///         the black one, or above 65535
 GREYCARD_EXPORT RawCapture readRaw(const std::filesystem::path& path,
                                    const RawOptions& options = {});
 
