@@ -81,6 +81,7 @@ code { font: .92em ui-monospace, monospace; overflow-wrap: anywhere; }
   .wide { overflow: visible; }
   table { font-size: 7.5pt; }
   th, td { padding: .1rem .3rem; }
+  .side td { white-space: normal; }
   .verdict, th, .warning, svg { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
 )";

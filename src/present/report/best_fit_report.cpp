@@ -80,7 +80,7 @@ std::string beliefSection(const BestChartFit& fit) {
   }
   return htmlSection(
       "How far to believe it",
-      htmlSideBySide({htmlTable(held), htmlTable(matrix)}) +
+      htmlTable(held) + htmlTable(matrix) +
           htmlNote((best.uncertainty ? std::string("\u00b1: standard error from the "
                                                    "measured noise of the patches. ")
                                      : std::string()) +
