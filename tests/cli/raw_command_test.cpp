@@ -49,7 +49,7 @@ TEST_F(CommandTest, RawFilesAreWrittenTakenEverywhereAndApplied) {
   EXPECT_THAT(run({"apply", "a.dng", "a.dng", "--fit", "fit.json", "-o", "out"}).err,
               HasSubstr("would both be"));
   EXPECT_THAT(run({"apply", "a.dng", "--fit", "truth.json", "-o", "x.png"}).err,
-              HasSubstr("is no fit, as greycard ccm --json writes it"));
+              HasSubstr("\"truth.json\" is no fit"));
 }
 
 TEST_F(CommandTest, WhatIsWrongWithARawFileIsSaidInOneLine) {
