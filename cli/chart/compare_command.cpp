@@ -21,13 +21,13 @@ struct CompareOptions : CommonOptions {
 };
 
 std::string comparisonText(const present::ChartComparison& comparison) {
-  using Align = TextTable::Align;
-  TextTable charts({{"", Align::Left},
+  constexpr auto kLeft = TextTable::Align::Left;
+  TextTable charts({{"", kLeft},
                     {"mean dE00"},
                     {"95 %"},
                     {"worst"},
-                    {"", Align::Left},
-                    {"", Align::Left}});
+                    {"", kLeft},
+                    {"", kLeft}});
   for (const auto* chart : {&comparison.a, &comparison.b}) {
     const present::ColourVerdict verdict = present::colourVerdict(chart->errors.ciede2000);
     charts.addRow(
@@ -37,7 +37,7 @@ std::string comparisonText(const present::ChartComparison& comparison) {
          chart->kind + " " + quoted(chart->file) + ", light " + illumTitle(chart->light)});
   }
   TextTable patches(
-      {{""}, {"patch", Align::Left}, {"dE00 of A"}, {"of B"}, {"B less A"}, {"A to B"}});
+      {{""}, {"patch", kLeft}, {"dE00 of A"}, {"of B"}, {"B less A"}, {"A to B"}});
   for (std::size_t i = 0; i < kPatchCount; ++i) {
     const double a = comparison.a.errors.ciede2000.patch[i],
                  b = comparison.b.errors.ciede2000.patch[i];

@@ -22,10 +22,6 @@ constexpr double kPlotLabelHeight = 11.0,
                  kPlotLabelLetters = 11.0 / 13.0;  // of the size of other texts
 
 // Room around the area of a plot, and of one inside another.
-struct Margins {
-  double left, top, right, bottom;
-};
-constexpr Margins kMargins{66.0, 34.0, 18.0, 50.0}, kInsetMargins{34.0, 20.0, 8.0, 20.0};
 
 bool isFinite(const Point2& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
@@ -54,6 +50,11 @@ struct SvgPlot::Inset {
 
 // One rendering: where the plot's area lies in the picture, and the scales of its axes.
 class SvgPlot::Drawing {
+  struct Margins {
+    double left, top, right, bottom;
+  };
+  static constexpr Margins kMargins{66.0, 34.0, 18.0, 50.0}, kInsetMargins{34.0, 20.0, 8.0, 20.0};
+
  public:
   // \param frame  of the plot with its margins
   Drawing(const SvgPlot& plot, const PatchRegion& frame, bool isInset)

@@ -8,12 +8,12 @@
 namespace greycard::reading {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\v\f";
+constexpr std::string_view kFormBlanks = " \t\r\v\f";
 
 std::string_view trimmedLine(std::string_view line) {
-  const auto first = line.find_first_not_of(kBlanks);
+  const auto first = line.find_first_not_of(kFormBlanks);
   if (first == std::string_view::npos) return {};
-  return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
+  return line.substr(first, line.find_last_not_of(kFormBlanks) - first + 1);
 }
 
 bool startsWithAny(std::string_view line, auto words) {
