@@ -22,12 +22,7 @@ struct CompareOptions : CommonOptions {
 
 std::string comparisonText(const present::ChartComparison& comparison) {
   constexpr auto kLeft = TextTable::Align::Left;
-  TextTable charts({{"", kLeft},
-                    {"mean dE00"},
-                    {"95 %"},
-                    {"worst"},
-                    {"", kLeft},
-                    {"", kLeft}});
+  TextTable charts({{"", kLeft}, {"mean dE00"}, {"95 %"}, {"worst"}, {"", kLeft}, {"", kLeft}});
   for (const auto* chart : {&comparison.a, &comparison.b}) {
     const present::ColourVerdict verdict = present::colourVerdict(chart->errors.ciede2000);
     charts.addRow(
@@ -36,8 +31,7 @@ std::string comparisonText(const present::ChartComparison& comparison) {
          present::kColourGradeNames.at(static_cast<std::size_t>(verdict.grade)),
          chart->kind + " " + quoted(chart->file) + ", light " + illumTitle(chart->light)});
   }
-  TextTable patches(
-      {{""}, {"patch", kLeft}, {"dE00 of A"}, {"of B"}, {"B less A"}, {"A to B"}});
+  TextTable patches({{""}, {"patch", kLeft}, {"dE00 of A"}, {"of B"}, {"B less A"}, {"A to B"}});
   for (std::size_t i = 0; i < kPatchCount; ++i) {
     const double a = comparison.a.errors.ciede2000.patch[i],
                  b = comparison.b.errors.ciede2000.patch[i];
