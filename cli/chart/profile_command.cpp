@@ -9,6 +9,7 @@
 #include "export_requests.h"
 #include "greycard/files.h"
 #include "greycard/number_text.h"
+#include "greycard/present/chart.h"
 #include "greycard/present/fit_file.h"
 #include "greycard/present/profile.h"
 #include "light_option.h"
@@ -71,11 +72,12 @@ LightFit lightFit(const ProfileCommandOptions& options, const LightWord& word) {
   }
   ChartFitOptions own = options.fit;
   own.light = word.light;
-  own.locate = options.source.options();
-  const Picture picture = readPicture(word.file);
+  ChartSource source = options.source;
+  source.photo = word.file;
+  const Photograph photograph = source.read();
   return {locating([&] {
             ProgressBar progress(std::string("fitting ") + illumName(word.light));
-            return *fitChart(picture, own, word.file, progress.callback());
+            return *fitChart(photograph, own, progress.callback());
           }),
           word.kelvin};
 }
@@ -101,6 +103,8 @@ exchange::FittedCamera camera(const CameraProfile& profile) {
 void run(ProfileCommandOptions& options) {
   options.fit.formula = options.deltaE == "cie76" ? FitFormula::CIE76 : FitFormula::CIE94;
   nameFiles(options);
+  options.fit.locate = options.source.options();
+  options.tellOptions(present::toJson(options.fit), present::toJson(ChartFitOptions{}));
   std::vector<LightFit> fits;
   for (const LightWord& word : options.lights) fits.push_back(lightFit(options, word));
   const CameraProfile profile = profileOf(std::move(fits));
@@ -136,7 +140,7 @@ void addProfile(CLI::App& parent) {
       ->capture_default_str()
       ->type_name("NAME|FILE");
   app.add_option("--delta-e", options->deltaE, "Colour difference to minimise: cie76 or cie94")
-      ->check(CLI::IsMember({"cie76", "cie94"}))
+      ->check(oneOf({"cie76", "cie94"}))
       ->capture_default_str()
       ->type_name("NAME");
   app.add_option("--kelvin", options->wanted,

@@ -43,6 +43,10 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
   EXPECT_THAT(read("both.json"), testing::AllOf(HasSubstr("\"ct\": 2700"), HasSubstr("6503")));
   EXPECT_THAT(read("p.json"), HasSubstr("\"kelvin_from\": \"given\""));
   EXPECT_EQ(run({"profile", "A", "D65=d65.png"}).status, 2);
+  run({"simulate", "-o", "tl84.dng", "--bayer", "RGGB", "--light", "TL84", "--size", "960x720"});
+  const Outcome raw = run({"profile", "D65=d65.png", "TL84=tl84.dng", "--export", "rpi=raw.json"});
+  EXPECT_EQ(raw.status, 0) << raw.err;
+  EXPECT_THAT(read("raw.json"), HasSubstr("\"ct\": 4"));
   EXPECT_EQ(run({"profile", "D65=a.json"}).status, 1);
 
   // A fit that was made before gives what it gave then.
