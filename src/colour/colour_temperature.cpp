@@ -47,7 +47,8 @@ std::optional<ColourTemperature> correlatedColourTemperature(const Vector3& xyz)
     return du * du + dv * dv;
   };
   double nearest = kCoolest, least = squaredDistance(kCoolest);
-  for (double mired = kCoolest + kStep; mired <= kWarmest; mired += kStep)
+  double mired = kCoolest;
+  while ((mired += kStep) <= kWarmest)
     if (const double here = squaredDistance(mired); here < least) {
       nearest = mired;
       least = here;

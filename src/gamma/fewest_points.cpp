@@ -31,7 +31,7 @@ class PointSearch {
     ControlPointList best = start(2, 1.0);
     // The curve passes through its ends, whose Y are whole.
     for (const ControlPoint& end : best)
-      if (std::abs(end.Y * kYScale - table_[static_cast<std::size_t>(end.X * kXScale)]) > codes_)
+      if (std::abs(end.Y * kYScale - table_[static_cast<std::size_t>(end.X) * kXScale]) > codes_)
         return std::nullopt;
     for (std::size_t count = 2; count <= kMostFewestPoints; ++count) {
       if (count > 2) best = bestOf(count, best);
@@ -43,7 +43,7 @@ class PointSearch {
 
  private:
   std::int32_t yAt(std::int32_t x) const {
-    const double y = static_cast<double>(table_[static_cast<std::size_t>(x * kXScale)]) / kYScale;
+    const double y = static_cast<double>(table_[static_cast<std::size_t>(x) * kXScale]) / kYScale;
     return std::clamp(static_cast<std::int32_t>(std::lround(y)), 0, kLastY);
   }
 
