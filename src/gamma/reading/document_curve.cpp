@@ -110,15 +110,15 @@ Found onlyCurveIn(const TextNode& node) {
   for (std::size_t i = 0; i < node.items.size(); ++i) {
     Found part = curveIn(node.items[i]);
     if (!part) continue;
-    const std::string name =
-        node.isMap() ? "\"" + printable(node.keys[i]) + "\"" : "item " + std::to_string(i + 1);
+    std::string name = "item " + std::to_string(i + 1);
+    if (node.isMap()) name = "\"" + printable(node.keys[i]) + "\"";
     if (found)
       throw Refusal(node.items[i].line, node.items[i].column, {},
-                    where + " and " + name +
+                    where.append(" and ").append(name).append(
                         " could both be the curve; leave one, or call three of them red, green "
-                        "and blue");
+                        "and blue"));
     found = std::move(part);
-    where = name;
+    where = std::move(name);
   }
   return found;
 }
