@@ -76,8 +76,8 @@ std::string comparisonText(const BestChartFit& fit) {
   const auto addHeldOut = [&](const char* name, const std::optional<HeldOutFigures>& figures) {
     if (figures) table.addRow({name, fixed(figures->mean, 2), fixed(figures->percentile95, 2)});
   };
-  addHeldOut("  best, each patch held out", fit.best.leaveOneOut);
-  addHeldOut("  best, a sixth held out", fit.best.sixFold);
+  addHeldOut("  patches held out", fit.best.leaveOneOut);
+  addHeldOut("  sixths held out", fit.best.sixFold);
   return table.text();
 }
 

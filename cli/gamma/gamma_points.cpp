@@ -28,7 +28,7 @@ void print(const ControlPointReduction& reduction) {
   for (const ControlPoint& point : reduction.points)
     text.addRow({std::to_string(point.X), std::to_string(point.Y)});
   const std::int64_t deviation = std::abs(reduction.largestDeviation);
-  std::cout << text.text() << "The curve through these points deviates from the table by at most "
+  std::cout << text.text() << "The curve through these points deviates from the table\nby at most "
             << deviation << " of " << kCurveMax << " ("
             << fixed(100.0 * static_cast<double>(deviation) / kCurveMax, 2) << " %), at index "
             << reduction.largestDeviationIndex << ".\n";

@@ -24,12 +24,11 @@ struct ShowOptions : CommonOptions {
   ExportRequests exports;
 };
 
-void printTable(std::span<const std::int32_t> table) {
-  constexpr std::size_t kPerLine = 16;
-  TextTable text(std::vector<TextTable::Column>(kPerLine + 1));
-  for (std::size_t i = 0; i < table.size(); i += kPerLine) {
+void printTable(std::span<const std::int32_t> table, std::size_t perLine) {
+  TextTable text(std::vector<TextTable::Column>(perLine + 1));
+  for (std::size_t i = 0; i < table.size(); i += perLine) {
     std::vector<std::string> cells{std::to_string(i) + ":"};
-    for (std::size_t k = i; k < std::min(i + kPerLine, table.size()); ++k)
+    for (std::size_t k = i; k < std::min(i + perLine, table.size()); ++k)
       cells.push_back(std::to_string(table[k]));
     text.addRow(std::move(cells));
   }
@@ -39,7 +38,7 @@ void printTable(std::span<const std::int32_t> table) {
 void printText(const ShowOptions& options, const ShownCurve& shown) {
   std::cout << printable(options.choice.name) << ", " << shown.table.size() << " entries of "
             << kCurveBits << " bits, channel " << options.choice.channel << "\n\n";
-  printTable(shown.table);
+  printTable(shown.table, options.wide ? 16 : 8);
   std::cout << (shown.pointsAreSamples
                     ? "\nNo control points; the table sampled at as many places:\n"
                     : "\nControl points:\n");

@@ -1,5 +1,6 @@
 // greycard lut2d show: a table's changes as text and as a wheel.
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <iostream>
@@ -26,18 +27,24 @@ struct ShowOptions : CommonOptions {
 
 using Changes = std::array<double, kLut2dNodes>;
 
-void printChanges(const char* title, const Lut2DConfig& table, const Changes& changes,
-                  int decimals) {
-  std::vector<TextTable::Column> columns{{"hue \\ sat"}};
-  for (const double sat : table.lut_1d_s) columns.push_back({fixed(sat, 2)});
-  TextTable text(columns);
-  for (std::size_t row = 0; row < kLut2dHueRows; ++row) {
-    std::vector<std::string> cells{fixed(table.lut_1d_h[row], 1)};
-    for (std::size_t column = 0; column < kLut2dSatColumns; ++column)
-      cells.push_back(fixed(changes[row * kLut2dSatColumns + column], decimals));
-    text.addRow(std::move(cells));
+// \param perTable  saturations side by side
+void printChanges(const char* title, const Lut2DConfig& table, const Changes& changes, int decimals,
+                  std::size_t perTable) {
+  std::cout << "\n" << title << "\n";
+  for (std::size_t first = 0; first < kLut2dSatColumns; first += perTable) {
+    const std::size_t end = std::min(first + perTable, kLut2dSatColumns);
+    std::vector<TextTable::Column> columns{{"hue \\ sat"}};
+    for (std::size_t column = first; column < end; ++column)
+      columns.push_back({fixed(table.lut_1d_s[column], 2)});
+    TextTable text(columns);
+    for (std::size_t row = 0; row < kLut2dHueRows; ++row) {
+      std::vector<std::string> cells{fixed(table.lut_1d_h[row], 1)};
+      for (std::size_t column = first; column < end; ++column)
+        cells.push_back(fixed(changes[row * kLut2dSatColumns + column], decimals));
+      text.addRow(std::move(cells));
+    }
+    std::cout << (first == 0 ? "" : "\n") << text.text();
   }
-  std::cout << "\n" << title << "\n" << text.text();
 }
 
 void run(ShowOptions& options) {
@@ -58,8 +65,9 @@ void run(ShowOptions& options) {
             << " degrees and " << fixed(summary.largestSatChange, 3) << " in saturation\n";
   if (const CutChanges cut = cutChanges(table); !cut.warning.empty())
     options.printWarnings({cut.warning});
-  printChanges("Hue change in degrees", table, table.lut_2d_h, 1);
-  printChanges("Saturation change", table, table.lut_2d_s, 3);
+  const std::size_t perTable = options.wide ? kLut2dSatColumns : kLut2dSatColumns / 2;
+  printChanges("Hue change in degrees", table, table.lut_2d_h, 1, perTable);
+  printChanges("Saturation change", table, table.lut_2d_s, 3, perTable);
 }
 
 }  // namespace
