@@ -154,10 +154,11 @@ class Conversion {
   }
 
   GammaTable tableOf(const Channel& channel) {
-    const bool asCurveFile = !fractions_ && bits_ <= kCurveBits && hasEqualSteps(channel) &&
+    const bool equalSteps = hasEqualSteps(channel);
+    const bool asCurveFile = !fractions_ && bits_ <= kCurveBits && equalSteps &&
                              isCurveLength(channel.outputs.size()) &&
                              std::ranges::all_of(channel.outputs, isWhole);
-    if (!asCurveFile) return byStraightLines(channel);
+    if (!asCurveFile) return byStraightLines(channel, equalSteps);
     std::vector<std::int32_t> codes;
     for (const Located& output : channel.outputs)
       codes.push_back(static_cast<std::int32_t>(output.value) << (kCurveBits - bits_));
@@ -167,10 +168,10 @@ class Conversion {
   }
 
   // Where full scale is 1.
-  double inputAt(const Channel& channel, std::size_t i) const {
+  double inputAt(const Channel& channel, std::size_t i, bool equalSteps) const {
     const auto place = static_cast<double>(i);
     if (isStandard_) return std::min(16.0 * place, 4095.0) / 4095.0;
-    if (hasEqualSteps(channel)) return place / static_cast<double>(channel.outputs.size() - 1);
+    if (equalSteps) return place / static_cast<double>(channel.outputs.size() - 1);
     const double last = channel.inputs.back().value;
     return channel.inputs[i].value / raw_.lastInput.value_or(std::max(last, 1.0));
   }
@@ -182,11 +183,12 @@ class Conversion {
   }
 
   // Beyond the first and the last input their outputs go on.
-  GammaTable byStraightLines(const Channel& channel) {
+  GammaTable byStraightLines(const Channel& channel, bool equalSteps) {
     straight_ = true;
     const std::size_t count = channel.outputs.size();
     std::vector<double> x(count), y(count);
-    for (std::size_t i = 0; i < count; ++i) x[i] = inputAt(channel, i), y[i] = outputAt(channel, i);
+    for (std::size_t i = 0; i < count; ++i)
+      x[i] = inputAt(channel, i, equalSteps), y[i] = outputAt(channel, i);
     partial_ = partial_ || x.front() > 0.0 || x.back() < 1.0;
     GammaTable table(kCurveEntries);
     std::size_t k = 0;
