@@ -89,6 +89,11 @@ class GREYCARD_EXPORT ColorCorrectionUtils {
   /// The results of the last Optimize, with the gamma tables as they are now, for rendering.
   /// \throws std::invalid_argument naming a gamma table that is missing, short or doesn't rise
   ColorPipeline Pipeline() const;
+  /// \ingroup own
+  /// L*a*b* of balanced RGB (m_balancedRGB of the report) through any matrix, as Optimize judges
+  /// transform type 0: clipped to 0..1, by the gamma tables as they are now, decoded as sRGB.
+  /// \throws as Pipeline
+  PatchTable ShownLab(const PatchTable& balancedRgb, const Matrix3& ccm) const;
 
   /// Releases the optimiser of the step-by-step calls. Optimize goes on working.
   void Dispose();

@@ -1,5 +1,6 @@
 // greycard profile: a camera under several lights.
 
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <utility>
@@ -57,9 +58,10 @@ LightWord lightWord(const std::string& word) {
 
 // A file that begins as a fit in JSON does.
 bool isFit(const std::filesystem::path& file) {
-  const std::string text = readWholeFile(file);
-  const auto first = text.find_first_not_of(" \t\r\n");
-  return first != std::string::npos && text[first] == '{';
+  std::ifstream bytes(file, std::ios::binary);
+  char first = '\0';
+  bytes >> first;
+  return first == '{';
 }
 
 LightFit lightFit(const ProfileCommandOptions& options, const LightWord& word) {
@@ -72,9 +74,7 @@ LightFit lightFit(const ProfileCommandOptions& options, const LightWord& word) {
   }
   ChartFitOptions own = options.fit;
   own.light = word.light;
-  ChartSource source = options.source;
-  source.photo = word.file;
-  const Photograph photograph = source.read();
+  const Photograph photograph = options.source.samples.read(word.file);
   return {locating([&] {
             ProgressBar progress(std::string("fitting ") + illumName(word.light));
             return *fitChart(photograph, own, progress.callback());

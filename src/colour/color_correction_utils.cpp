@@ -3,8 +3,10 @@
 #include <stdexcept>
 
 #include "color_matrix_opt.h"
+#include "colour_space.h"
 #include "delta_e_color_calc.h"
 #include "fit_input_check.h"
+#include "forward_model.h"
 #include "matrix3.h"
 
 namespace greycard {
@@ -123,6 +125,16 @@ bool ColorCorrectionUtils::Optimize(const ColorCorrectionSettings& params,
   m_gain = gain;
   m_fit = std::move(cm.m_fit);
   return true;
+}
+
+PatchTable ColorCorrectionUtils::ShownLab(const PatchTable& balancedRgb, const Matrix3& ccm) const {
+  ColorMatrixOpt cm;
+  SetCMGamma(cm);
+  const ForwardModel model(balancedRgb, GammaStage(cm.normalisedGamma()), kRgbToXyz,
+                           rgbToXyz100(kRgbToXyz, {1.0, 1.0, 1.0}));
+  ModelColours colours;
+  model.evaluate(ccm, colours);
+  return labTable(colours);
 }
 
 void ColorCorrectionUtils::CalculateDeltaE(const MacbethChartData& pMacbethData) {

@@ -152,6 +152,12 @@ ColorPipeline ChartFit::pipeline() const {
   return facade.Pipeline();
 }
 
+PatchTable ChartFit::shownLab(const PatchTable& balancedRgb, const Matrix3& by) const {
+  ColorCorrectionUtils facade;
+  setCurve(facade, gamma);
+  return facade.ShownLab(balancedRgb, by);
+}
+
 std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& options,
                                  const std::filesystem::path& photo,
                                  const ProgressCallback& progress) {

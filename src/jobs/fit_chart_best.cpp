@@ -1,6 +1,7 @@
 #include "greycard/jobs/fit_chart_best.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <stdexcept>
 #include <utility>
 
@@ -81,6 +82,12 @@ ChartFit BestChartFit::shown(std::size_t photograph) const {
   view.matrix = best.matrix;
   view.whiteBalance = best.gains;
   view.exposure = fitted.exposure;
+  view.fit.m_balancedRGB = lightRgb(photograph);
+  for (Vector3& rgb : view.fit.m_balancedRGB)
+    for (std::size_t c = 0; c < 3; ++c) rgb[c] *= view.exposure * view.whiteBalance[c];
+  view.fit.m_uncorrectedLab =
+      view.shownLab(view.fit.m_balancedRGB, {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}});
+  view.before = colourErrors(view.fit.m_targetLab, view.fit.m_uncorrectedLab);
   view.correctedLab = fitted.lab;
   view.after = colourErrors(view.fit.m_targetLab, view.correctedLab);
   view.warnings = warnings;

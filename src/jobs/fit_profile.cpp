@@ -5,11 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "greycard/color_correction_utils.h"
 #include "greycard/colour_temperature.h"
-#include "greycard/delta_e.h"
 #include "greycard/errors.h"
-#include "greycard/macbeth_chart_data.h"
 #include "greycard/number_text.h"
 
 namespace greycard {
@@ -83,35 +80,17 @@ std::vector<ProfiledLight> withTemperatures(std::vector<LightFit> fits, CameraPr
   return lights;
 }
 
-// Clipped to 0..1, as a picture's values are.
-PatchTable corrected(const Matrix3& matrix, const PatchTable& balancedRgb) {
-  PatchTable rgb{};
-  for (std::size_t p = 0; p < rgb.size(); ++p) {
-    for (std::size_t r = 0; r < 3; ++r) {
-      for (std::size_t c = 0; c < 3; ++c) rgb[p][r] += matrix[r][c] * balancedRgb[p][c];
-      rgb[p][r] = std::clamp(rgb[p][r], 0.0, 1.0);
-    }
-  }
-  return rgb;
-}
-
-// Linear sRGB in L*a*b*.
-PatchTable labOf(const PatchTable& rgb) {
-  MacbethChartData chart;
-  chart.m_RGB = rgb;
-  ColorCorrectionUtils facade;
-  facade.CalculateDeltaE(chart);
-  return facade.m_macbethLab;
+// The chart under one light by the matrix of another.
+PatchTable labUnder(const ChartFit& under, const ChartFit& by) {
+  return under.shownLab(under.fit.m_balancedRGB, by.matrix);
 }
 
 MatrixStep stepBetween(const ProfiledLight& warmer, const ProfiledLight& cooler) {
   MatrixStep step;
   step.mired = warmer.mired() - cooler.mired();
   for (const ProfiledLight* light : {&warmer, &cooler}) {
-    const PatchTable& balanced = light->fit.fit.m_balancedRGB;
-    const ErrorColumn jump = colourErrors(labOf(corrected(warmer.fit.matrix, balanced)),
-                                          labOf(corrected(cooler.fit.matrix, balanced)))
-                                 .ciede2000;
+    const ErrorColumn jump =
+        colourErrors(labUnder(light->fit, warmer.fit), labUnder(light->fit, cooler.fit)).ciede2000;
     step.mean += jump.mean / 2.0;
     if (jump.worst > step.worst) step.worst = jump.worst, step.worstPatch = jump.worstPatch;
   }
@@ -122,9 +101,7 @@ void compare(CameraProfile& profile) {
   for (const ProfiledLight& by : profile.lights) {
     std::vector<ErrorColumn>& row = profile.errors.emplace_back();
     for (const ProfiledLight& under : profile.lights)
-      row.push_back(colourErrors(under.fit.fit.m_targetLab,
-                                 labOf(corrected(by.fit.matrix, under.fit.fit.m_balancedRGB)))
-                        .ciede2000);
+      row.push_back(colourErrors(under.fit.fit.m_targetLab, labUnder(under.fit, by.fit)).ciede2000);
   }
   for (std::size_t i = 0; i + 1 < profile.lights.size(); ++i) {
     const ProfiledLight &warmer = profile.lights[i], &cooler = profile.lights[i + 1];
@@ -162,7 +139,7 @@ std::optional<CameraProfile> fitProfile(std::span<const LightPhotograph> photogr
   for (const LightPhotograph& photograph : photographs) {
     ChartFitOptions own = options;
     own.light = photograph.light;
-    auto fit = fitChart(photograph.picture, own, photograph.photo, progress);
+    auto fit = fitChart(photograph.photograph, own, progress);
     if (!fit) return std::nullopt;
     fits.push_back({std::move(*fit), photograph.kelvin});
   }

@@ -1,11 +1,7 @@
-#include <stdexcept>
+#include <variant>
 #include <vector>
 
 #include "chart_fields.h"
-#include "greycard/errors.h"
-#include "greycard/files.h"
-#include "greycard/present/best_fit.h"
-#include "greycard/present/chart.h"
 #include "greycard/present/fit_file.h"
 #include "greycard/present/photograph.h"
 #include "json_reader.h"

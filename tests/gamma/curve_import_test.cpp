@@ -157,8 +157,8 @@ TEST(CurveImport, ControlPointsAloneMakeACurve) {
 TEST(CurveImport, StandardCurvesComeBack) {
   GammaCurveModel model(false);
   for (const auto& curve : {model.GenerateHDRCurve(10000), model.GenerateHLGCurve()}) {
-    const std::string codes =
-        joined(257, [&](int i) { return std::to_string(curve->Data()->at(i)) + "\n"; });
+    std::string codes;
+    for (std::size_t i = 0; i < 257; ++i) codes += std::to_string(curve->Data()->at(i)) + "\n";
     const GammaTable table = *import(codes).curve->Data();
     EXPECT_EQ(table, *curveByNameOrFile(curve->Name()).curve->Data());
     EXPECT_EQ(table.back(), 16383);

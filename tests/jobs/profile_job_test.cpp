@@ -26,6 +26,13 @@ Vector3 labOf(const Vector3& rgb) {
 ChartFit fitUnder(Illum light, double mix, double blueOverRed) {
   ChartFit fit;
   fit.light = light;
+  for (auto& table : fit.gamma.tables)  // sRGB's own curve, as the fit divides its codes
+    for (int i = 0; i < 256; ++i) {
+      const double v = i / 255.0;
+      const double encoded = v > 0.0031308 ? 1.055 * std::pow(v, 1 / 2.4) - 0.055 : 12.92 * v;
+      table.push_back(static_cast<std::int32_t>(std::lround(62.4 * 255.0 * encoded)));
+    }
+  fit.gamma.bits = 14;
   fit.whiteBalance = {1.0, 1.0, blueOverRed};
   for (std::size_t r = 0; r < 3; ++r)
     for (std::size_t c = 0; c < 3; ++c) fit.matrix[r][c] = r == c ? 1.0 + 2.0 * mix : -mix;

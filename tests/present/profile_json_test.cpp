@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "greycard/camera_gamma.h"
 #include "greycard/present/chart.h"
 #include "greycard/present/fit_file.h"
 #include "greycard/present/profile.h"
@@ -12,6 +13,7 @@ namespace {
 ChartFit fitUnder(Illum light, double gain) {
   ChartFit fit;
   fit.light = light;
+  fit.gamma = cameraGamma("VGammaSRGB");
   fit.matrix = {{{1.0 + gain, -gain, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
   fit.whiteBalance = {1.0, 1.0, gain};
   for (std::size_t p = 0; p < kPatchCount; ++p)

@@ -80,6 +80,8 @@ struct GREYCARD_EXPORT ChartFit {
 
   /// Gains, matrix and tone curve, for correctPicture.
   ColorPipeline pipeline() const;
+  /// Balanced RGB through a matrix and this fit's tone curve: ColorCorrectionUtils::ShownLab.
+  PatchTable shownLab(const PatchTable& balancedRgb, const Matrix3& by) const;
 };
 
 /// Finds the chart, samples it, and fits gains and matrix.

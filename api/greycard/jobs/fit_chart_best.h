@@ -46,9 +46,8 @@ struct GREYCARD_EXPORT BestChartFit {
   std::vector<ChartFit> stated;       ///< one for each photograph
   std::vector<std::string> warnings;  ///< a sentence each; those of the stated fits are theirs
 
-  /// One photograph with gains, matrix and corrected colours of the best fit: what
-  /// \p ChartFit tells of samples, chart and reference stays, and *before* is that of the stated
-  /// fit.
+  /// One photograph with gains, matrix, balanced and corrected colours of the best fit: what
+  /// \p ChartFit tells of samples, chart and reference stays.
   ChartFit shown(std::size_t photograph) const;
   /// Measured values of a photograph through the tone curve, if there is one: linear.
   PatchTable lightRgb(std::size_t photograph) const;

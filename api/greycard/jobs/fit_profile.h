@@ -3,7 +3,6 @@
 /// \ingroup own
 
 #include <array>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +11,7 @@
 #include "greycard/colour_errors.h"
 #include "greycard/export.h"
 #include "greycard/jobs/fit_chart.h"
+#include "greycard/photograph.h"
 
 namespace greycard {
 
@@ -19,8 +19,7 @@ namespace greycard {
 
 /// A photograph of the chart under one light.
 struct LightPhotograph {
-  Picture picture;
-  std::filesystem::path photo;  ///< names it in messages and in the result; may be empty
+  Photograph photograph;
   Illum light = illum_D65;
   std::optional<double> kelvin{};  ///< colour temperature, where it is known better than by name
 };
@@ -61,8 +60,7 @@ struct MatrixStep {
 struct GREYCARD_EXPORT CameraProfile {
   std::vector<ProfiledLight> lights;  ///< from the warmest to the coolest
   /// CIEDE2000 to the reference, [matrix][light]: a light's chart with its own gains under each
-  /// light's matrix, clipped to 0..1. A fit's own errors differ a little: they have the rounding of
-  /// the tone curve in them.
+  /// light's matrix; a light under its own has the error of its fit.
   std::vector<std::vector<ErrorColumn>> errors;
   std::vector<MatrixStep> steps;      ///< from each light to the next
   std::vector<std::string> warnings;  ///< a sentence each; those of the fits are theirs
