@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
-need_packages "${build_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"
+need_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"
 base=${1:-HEAD~1}
 
 section() { echo "== $*"; }
