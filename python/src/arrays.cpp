@@ -32,7 +32,7 @@ std::string times(const Shape& shape) {
   std::string text;
   for (const py::ssize_t length : shape) {
     if (!text.empty()) text += " x ";
-    text += length == kAnyLength ? "any number" : std::to_string(length);
+    text += length < 0 ? "any number" : std::to_string(length);
   }
   return text.empty() ? "no axes" : text;
 }
@@ -42,6 +42,7 @@ std::string wantedText(const py::dtype& type, const Shape& shape) {
 }
 
 bool fits(const py::array& array, const Shape& shape) {
+  if (shape == Shape{kAnyShape}) return true;
   if (array.ndim() != static_cast<py::ssize_t>(shape.size())) return false;
   for (py::ssize_t axis = 0; axis < array.ndim(); ++axis) {
     const py::ssize_t length = shape[static_cast<std::size_t>(axis)];

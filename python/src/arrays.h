@@ -17,7 +17,11 @@
 #include <string>
 #include <vector>
 
+#include "greycard/awb_utils.h"
+#include "greycard/lut2d_cfg.h"
+#include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
+#include "greycard/types.h"
 
 namespace greycard::python {
 
@@ -26,9 +30,9 @@ namespace py = pybind11;
 template <typename T>
 concept Number = std::is_arithmetic_v<T> && !std::same_as<T, char>;
 
-/// Lengths of an array's axes; kAnyLength fits all.
+/// Lengths of an array's axes; kAnyLength fits all. kAnyShape alone fits any number of axes too.
 using Shape = std::vector<py::ssize_t>;
-inline constexpr py::ssize_t kAnyLength = -1;
+inline constexpr py::ssize_t kAnyLength = -1, kAnyShape = -2;
 
 /// "an array of float32, 4 x 5", "a str", "None".
 std::string described(py::handle given);
@@ -82,10 +86,39 @@ class InOut {
   }
 };
 
+/// Structs that are nothing but numbers are an axis of an array when many of them stand in a row.
+template <typename Row>
+struct RowTraits {
+  static constexpr std::size_t numbers = 0;
+};
+template <Number T, typename Row>
+struct RowOf {
+  using Element = T;
+  static constexpr std::size_t numbers = sizeof(Row) / sizeof(T);
+};
+template <>
+struct RowTraits<Point2> : RowOf<double, Point2> {};  // x, y
+template <>
+struct RowTraits<PatchRegion> : RowOf<double, PatchRegion> {};  // left, top, width, height
+template <>
+struct RowTraits<ChannelClipping> : RowOf<double, ChannelClipping> {};  // ceiling, floor
+template <>
+struct RowTraits<WhiteBalancePoint> : RowOf<double, WhiteBalancePoint> {};  // rg, bg
+template <>
+struct RowTraits<Lut2dPair> : RowOf<float, Lut2dPair> {};  // h, s
+
 /// Fixed tables of numbers, such as Vector3, Matrix3 and PatchTable: their number and their shape.
 template <typename Table>
 struct TableTraits {
   static constexpr bool isTable = false;
+};
+template <typename Row, std::size_t N>
+requires(RowTraits<Row>::numbers > 0) struct TableTraits<std::array<Row, N>> {
+  using Element = typename RowTraits<Row>::Element;
+  static constexpr bool isTable = true;
+  static Shape shape() {
+    return {static_cast<py::ssize_t>(N), static_cast<py::ssize_t>(RowTraits<Row>::numbers)};
+  }
 };
 template <Number T, std::size_t N>
 struct TableTraits<std::array<T, N>> {
@@ -155,7 +188,7 @@ struct type_caster<greycard::python::In<T>> {
 
 template <greycard::python::Number T>
 struct type_caster<greycard::python::InOut<T>> {
-  PYBIND11_TYPE_CASTER(greycard::python::InOut<T>, const_name("numpy.ndarray[") +
+  PYBIND11_TYPE_CASTER(greycard::python::InOut<T>, const_name("numpy.typing.NDArray[") +
                                                        npy_format_descriptor<T>::name +
                                                        const_name("]"));
   bool load(handle source, bool) {
@@ -166,8 +199,9 @@ struct type_caster<greycard::python::InOut<T>> {
 
 // Refuses by an exception, which tells more than the list of signatures that false would give; not
 // in the first round over overloads, where another one may fit.
-template <greycard::python::NumberTable Table>
-struct type_caster<Table> {
+template <typename Row, std::size_t N>
+requires(greycard::python::NumberTable<std::array<Row, N>>) struct type_caster<std::array<Row, N>> {
+  using Table = std::array<Row, N>;
   PYBIND11_TYPE_CASTER(
       Table,
       const_name("numpy.ndarray[") +

@@ -2,7 +2,6 @@
 
 #include <pybind11/stl.h>
 
-#include <cstring>
 #include <string>
 
 #include "greycard/curve_source.h"
@@ -39,7 +38,7 @@ void raise(py::handle type, const std::exception& error) {
 void raiseRefused(const CurveFileRefused& error) {
   const py::object made = exceptions().curveFileRefused(textForPeople(error.what()));
   py::list notes;
-  for (const std::string& note : error.notes()) notes.append(textForPeople(note.c_str()));
+  for (const std::string& note : error.notes()) notes.append(textForPeople(note));
   made.attr("notes") = notes;
   PyErr_SetObject(exceptions().curveFileRefused.ptr(), made.ptr());
 }
@@ -69,9 +68,9 @@ void translate(std::exception_ptr thrown) {
 
 }  // namespace
 
-py::str textForPeople(const char* text) {
+py::str textForPeople(std::string_view text) {
   PyObject* const made =
-      PyUnicode_DecodeUTF8(text, static_cast<py::ssize_t>(std::strlen(text)), "replace");
+      PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), "replace");
   if (made == nullptr) throw py::error_already_set();
   return py::reinterpret_steal<py::str>(made);
 }

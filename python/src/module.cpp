@@ -30,5 +30,16 @@ PYBIND11_MODULE(_core, m) {
   bindSupport(m);
   bindTypes(m);
   bindPicture(m);
+  bindColour(m);
+  bindChartPlaces(m);
+  bindSampling(m);
+  bindDetector(m);
+  bindGammaCurve(m);
+  bindCorrection(m);
+  bindMatrixFit(m);
+  bindLut2d(m);
+  bindNoise(m);
+  bindExposure(m);
+  bindCalibration(m);
   m.attr("__name__") = ownName;
 }

@@ -7,41 +7,10 @@
 #include "greycard/names.h"
 #include "greycard/number_text.h"
 #include "greycard/version.h"
+#include "listener.h"
 
 namespace greycard::python {
 namespace {
-
-py::str decoded(std::string_view text) {
-  return textForPeople(std::string(text).c_str());
-}
-
-// A listener in Python. It may outlive the interpreter lock's owner: the last holder takes the lock
-// to let it go, and a listener's exception goes where those of destructors go.
-class Listener {
- public:
-  explicit Listener(py::object callable)
-      : callable_(new py::object(std::move(callable)), [](py::object* held) {
-          const py::gil_scoped_acquire acquire;
-          delete held;
-        }) {}
-
-  template <typename... Args>
-  void operator()(const Args&... args) const {
-    const py::gil_scoped_acquire acquire;
-    try {
-      (*callable_)(asPython(args)...);
-    } catch (py::error_already_set& error) {
-      error.restore();
-      PyErr_WriteUnraisable(callable_->ptr());
-    }
-  }
-
- private:
-  static int asPython(int level) { return level; }
-  static py::str asPython(std::string_view text) { return decoded(text); }
-
-  std::shared_ptr<py::object> callable_;
-};
 
 template <typename Sink>
 void replace(void (*channel)(Sink), const py::object& callable) {
@@ -170,7 +139,7 @@ void bindFiles(py::module_& m) {
       "reader "
       "ever sees half a file. Raises FileError.");
   m.def(
-      "quoted", [](const std::filesystem::path& path) { return decoded(quoted(path)); },
+      "quoted", [](const std::filesystem::path& path) { return textForPeople(quoted(path)); },
       py::arg("path"), "The path for a message: UTF-8, in quotes.");
 }
 
