@@ -98,6 +98,7 @@ void describe(auto& fields, Like<LocateOptions> auto& options) {
   fields.optional("corners", options.corners);
   fields("corners_of", options.cornersOf);
   fields("method", options.method);
+  fields.optional("within", options.within);
   fields("sampled_share", options.sampledShare);
   fields("force", options.force);
 }
@@ -137,6 +138,7 @@ void describe(auto& fields, Like<ChartDetection> auto& detection) {
     fields("centres", detection.points);
     fields("regions", detection.regions);
     fields("placement", detection.placement);
+    fields.derived("surroundings", surroundings(detection));
   } else {
     fields("candidate", detection.candidate);
     fields("candidate_regions", detection.candidateRegions);
@@ -167,6 +169,14 @@ void describe(auto& fields, Like<ChartSearch> auto& search) {
   fields("refused_because", search.refusal);
   fields.optional("capture", search.capture);
   describe(fields, search.chart);
+}
+
+void describe(auto& fields, Like<FoundCharts> auto& found) {
+  fields("photo", found.photo);
+  fields("width", found.width);
+  fields("height", found.height);
+  fields.optional("capture", found.capture);
+  fields("charts", found.charts);
 }
 
 void describe(auto& fields, Like<ChartFitOptions> auto& options) {
