@@ -114,19 +114,20 @@ Folder::~Folder() = default;
 Folder::Folder(Folder&&) noexcept = default;
 Folder& Folder::operator=(Folder&&) noexcept = default;
 
-Summary Folder::finish(std::span<const File> files, const Settings& settings) const {
-  std::vector<Result> results;
+Overview Folder::finish(std::span<const File> files, const Settings& settings) const {
+  Overview overview;
+  std::vector<Result>& results = overview.results;
   results.reserve(files.size());
   for (const File& file : files) {
     results.push_back(readResult(resultFile(m_folder, file)));
-    // The long texts, which neither tables nor pages tell.
+    // The long texts, of which there may be thousands.
     results.back().options = results.back().result = {};
   }
-  Summary summary = summaryOf(results, settings);
+  overview.summary = summaryOf(results, settings);
   writeWholeFile(m_folder / kTable, resultsCsv(results));
-  writeWholeFile(m_folder / kSummary, toJson(summary));
-  writeWholeFile(m_folder / kPage, indexPage(results, summary));
-  return summary;
+  writeWholeFile(m_folder / kSummary, toJson(overview.summary));
+  writeWholeFile(m_folder / kPage, indexPage(results, overview.summary));
+  return overview;
 }
 
 }  // namespace greycard::batch

@@ -46,16 +46,20 @@ std::string gains(const Figures& figures) {
   return text;
 }
 
-std::string warnings(const Figures& figures) {
+std::string warnings(const Result& result, const Summary& summary) {
   std::string text;
-  for (const std::string& warning : figures.warnings)
-    text += (text.empty() ? "" : "<br>") + plain(warning);
+  for (const LightSummary& light : summary.lights)
+    for (const OutsideFit& fit : light.outside)
+      if (fit.photo == result.photo)
+        text += "<strong>lies outside the other fits under " + std::string(illumName(light.light)) +
+                "</strong><br>";
+  for (const std::string& warning : result.figures.warnings) text += plain(warning) + "<br>";
   return prose(text);
 }
 
 std::string failuresSection(const std::vector<const Result*>& failed) {
   if (failed.empty()) return {};
-  std::vector<std::vector<std::string>> rows{{"", "photograph", "why"}};
+  std::vector<std::vector<std::string>> rows{{"", prose("photograph"), prose("why")}};
   for (const Result* result : failed)
     rows.push_back(
         {picture(*result), prose(plain(result->photo.string())), prose(plain(result->reason))});
@@ -81,15 +85,12 @@ std::string matrixTable(const LightSummary& light) {
 std::string outsideTable(const LightSummary& light, const OutlierRule& rule) {
   if (light.outside.empty()) return present::htmlNote("No fit lies outside the others.");
   std::vector<std::vector<std::string>> rows{
-      {"lies outside", "entry", "value", "median", "distance"}};
+      {prose("lies outside"), "entry", "value", "median", "distance"}};
   for (const OutsideFit& fit : light.outside)
     rows.push_back(
         {prose(plain(fit.photo.string())),
          "row " + std::to_string(fit.row + 1) + ", column " + std::to_string(fit.column + 1),
-         signedText(fit.value, 4),
-         signedText(
-             light.median[static_cast<std::size_t>(fit.row)][static_cast<std::size_t>(fit.column)],
-             4),
+         signedText(fit.value, 4), signedText(light.median[fit.row][fit.column], 4),
          fixed(fit.distance, 1)});
   return present::htmlTable(rows) +
          present::htmlNote(
@@ -122,14 +123,14 @@ bool isWorse(const Result* a, const Result* b) {
   return a->figures.warnings.size() > b->figures.warnings.size();
 }
 
-std::string photographsSection(std::vector<const Result*> done, Job job) {
+std::string photographsSection(std::vector<const Result*> done, const Summary& summary) {
   if (done.empty()) return {};
   std::ranges::stable_sort(done, isWorse);
-  const bool judged = job != Job::chart, fitted = job == Job::ccm;
-  std::vector<std::vector<std::string>> rows{{"", "photograph"}};
+  const bool judged = summary.job != Job::chart, fitted = summary.job == Job::ccm;
+  std::vector<std::vector<std::string>> rows{{"", prose("photograph")}};
   if (judged) rows[0].insert(rows[0].end(), {"light", "mean dE00", "worst dE00", "at patch"});
   if (fitted) rows[0].insert(rows[0].end(), {"gains R, G, B", "exposure"});
-  rows[0].push_back("warnings");
+  rows[0].push_back(prose("warnings"));
   for (const Result* result : done) {
     const Figures& figures = result->figures;
     std::vector<std::string> row{picture(*result), prose(plain(result->photo.string()))};
@@ -139,7 +140,7 @@ std::string photographsSection(std::vector<const Result*> done, Job job) {
                              figures.worstPatch ? std::to_string(*figures.worstPatch + 1) : ""});
     if (fitted)
       row.insert(row.end(), {gains(figures), figures.exposure ? fixed(*figures.exposure, 3) : ""});
-    row.push_back(warnings(figures));
+    row.push_back(warnings(*result, summary));
     rows.push_back(std::move(row));
   }
   return present::htmlSection(judged ? "Photographs, the worst first" : "Photographs",
@@ -159,7 +160,7 @@ std::string indexPage(std::span<const Result> results, const Summary& summary) {
   return present::htmlPage(title, "<h1>" + title + "</h1>\n<p class=\"facts\">" + facts +
                                       " \u00b7 greycard " + htmlEscape(summary.version) + "</p>\n" +
                                       failuresSection(failed) + lightsSection(summary) +
-                                      photographsSection(std::move(done), summary.job));
+                                      photographsSection(std::move(done), summary));
 }
 
 }  // namespace greycard::batch

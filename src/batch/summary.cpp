@@ -31,7 +31,8 @@ struct Spread {
 Spread spreadOf(const std::vector<double>& values) {
   const auto count = static_cast<double>(values.size());
   Spread spread{};
-  for (const double value : values) spread.mean += value / count;
+  for (const double value : values) spread.mean += value;
+  spread.mean /= count;
   double squares = 0.0;
   for (const double value : values) squares += (value - spread.mean) * (value - spread.mean);
   spread.deviation = std::sqrt(squares / (count - 1.0));
@@ -42,10 +43,9 @@ Spread spreadOf(const std::vector<double>& values) {
   return spread;
 }
 
-void summariseEntry(const std::vector<const Result*>& fits, int row, int column,
+void summariseEntry(const std::vector<const Result*>& fits, std::size_t r, std::size_t c,
                     const OutlierRule& rule, LightSummary& light,
                     std::vector<OutsideFit>& furthest) {
-  const auto r = static_cast<std::size_t>(row), c = static_cast<std::size_t>(column);
   std::vector<double> values;
   for (const Result* fit : fits) values.push_back((*fit->figures.matrix)[r][c]);
   const Spread spread = spreadOf(values);
@@ -58,8 +58,7 @@ void summariseEntry(const std::vector<const Result*>& fits, int row, int column,
     const double away = std::abs(values[i] - spread.median);
     if (!(away > rule.factor * unit)) continue;
     const double distance = away / unit;
-    if (distance > furthest[i].distance)
-      furthest[i] = {fits[i]->photo, row, column, values[i], distance};
+    if (distance > furthest[i].distance) furthest[i] = {fits[i]->photo, r, c, values[i], distance};
   }
 }
 
@@ -69,8 +68,8 @@ LightSummary lightSummaryOf(Illum name, const std::vector<const Result*>& fits,
   light.light = name;
   light.fits = fits.size();
   std::vector<OutsideFit> furthest(fits.size());
-  for (int row = 0; row < 3; ++row)
-    for (int column = 0; column < 3; ++column)
+  for (std::size_t row = 0; row < 3; ++row)
+    for (std::size_t column = 0; column < 3; ++column)
       summariseEntry(fits, row, column, rule, light, furthest);
   for (OutsideFit& fit : furthest)
     if (fit.distance > 0.0) light.outside.push_back(std::move(fit));
@@ -111,7 +110,13 @@ std::string toJson(const Summary& summary) {
   return present::documentOf(summary);
 }
 void fromJson(std::string_view text, Summary& summary) {
-  present::readFresh(text, summary);
+  Summary filled;
+  present::readFresh(text, filled);
+  for (const LightSummary& light : filled.lights)
+    for (const OutsideFit& fit : light.outside)
+      if (fit.row > 2 || fit.column > 2)
+        present::refuseField("lights: row and column of what lies outside", "1, 2 or 3");
+  summary = std::move(filled);
 }
 
 }  // namespace greycard::batch

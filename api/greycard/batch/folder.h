@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "greycard/batch/export.h"
 #include "greycard/batch/files.h"
@@ -21,6 +22,12 @@ namespace greycard::batch {
 /// Where the result of a photograph stands.
 GREYCARD_BATCH_EXPORT std::filesystem::path resultFile(const std::filesystem::path& folder,
                                                        const File& file);
+
+/// What a finished run comes to.
+struct Overview {
+  std::vector<Result> results;  ///< in the photographs' order, without `options` and `result`
+  Summary summary;
+};
 
 /// A folder of results while a run writes into it, which no other run can do then (on file systems
 /// that know locks). Those who do the work need it only to be there: isDone, doPhotograph, and
@@ -40,9 +47,9 @@ class GREYCARD_BATCH_EXPORT Folder {
   Folder& operator=(Folder&&) noexcept;
 
   /// Reads the results of all photographs and writes results.csv, summary.json and index.html.
-  /// Results of other photographs in the folder don't count. \throws FileError and JobError for a
-  /// result that isn't there
-  Summary finish(std::span<const File> files, const Settings& settings) const;
+  /// Results of other photographs in the folder count for nothing.
+  /// \throws FileError and JobError for a photograph whose result isn't there
+  Overview finish(std::span<const File> files, const Settings& settings) const;
 
  private:
   struct Lock;

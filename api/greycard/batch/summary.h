@@ -17,7 +17,7 @@ namespace greycard::batch {
 /// A fit that lies outside the others of its light, at the entry where it is furthest.
 struct OutsideFit {
   std::filesystem::path photo;
-  int row = 0, column = 0;  ///< of the entry, 0-based
+  std::size_t row = 0, column = 0;  ///< of the entry, 0-based
   double value = 0.0;
   double distance = 0.0;  ///< from the median, in units of what OutlierRule::factor multiplies
 };
