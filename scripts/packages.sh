@@ -8,7 +8,7 @@ python_packages=(pybind11-dev python3-dev python3-numpy)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck codespell)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev
   opencolorio-tools libimage-exiftool-perl python3-yaml python3-pytest python3-hypothesis mypy
-  python3-pip python3-skbuild)
+  python3-pip python3-skbuild python3-distributed)
 
 # need_packages NAME...: installs what is missing when it may, else says what to install and stops.
 need_packages() {
