@@ -12,6 +12,7 @@
 #include "greycard/jobs/fit_chart.h"
 #include "greycard/jobs/locate_chart.h"
 #include "greycard/macbeth_chart_data.h"
+#include "light_names.h"
 
 namespace greycard::present {
 
@@ -57,24 +58,6 @@ struct EnumNames<ChartRefusal> {
   static constexpr auto kNames =
       namesInOrder<ChartRefusal>(std::array{"none", "picture", "too_small", "no_patches", "no_grid",
                                             "other_colours", "covered", "cut", "mirrored"});
-};
-
-template <>
-struct EnumNames<Illum> {
-  static constexpr const char* kKind = "light";
-  static constexpr std::array kNames{std::pair{illum_A, "A"},
-                                     std::pair{illum_D65, "D65"},
-                                     std::pair{illum_TL84, "TL84"},
-                                     std::pair{illum_Outdoor, "Outdoor"},
-                                     std::pair{illum_Lowlight, "Lowlight"},
-                                     std::pair{illum_LED, "LED"},
-                                     std::pair{illum_Strobe, "Strobe"},
-                                     std::pair{illum_D50, "D50"},
-                                     std::pair{illum_Horizon, "Horizon"},
-                                     std::pair{illum_CoolWhite, "CoolWhite"},
-                                     std::pair{illum_D75, "D75"},
-                                     std::pair{illum_LED1, "LED1"},
-                                     std::pair{illum_LED2, "LED2"}};
 };
 
 template <>
