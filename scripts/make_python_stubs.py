@@ -23,6 +23,9 @@ import numpy.typing as npt
 
 _PictureLike = Union[Picture, npt.NDArray[np.uint8], npt.NDArray[np.uint16]]
 _Path = Union[str, "os.PathLike[str]"]
+
+class _Bound(type): ...
+
 '''
 HEAD_OF_PART = HEAD.replace("_PictureLike", "from greycard.core import *\n\n_PictureLike", 1)
 
@@ -83,21 +86,20 @@ def function(call: Any, name: str, owner: str | None, static: bool) -> list[str]
     """The stub of a function or a method, an overload each."""
     indent = "    " if owner else ""
     lines = []
-    known = signatures(call, name)
-    for given, result in known:
+    for given, result in signatures(call, name):
         parameters = [parameter(text) for text in given]
         if owner and not static:
             parameters = ["self", *parameters[1:]]
-        if len(known) > 1:
-            lines.append(f"{indent}@overload")
-        if static:
-            lines.append(f"{indent}@staticmethod")
         if name in ("__eq__", "__ne__"):
             parameters = ["self", "other: object"]
         lines.append(
             f"{indent}def {name}({', '.join(parameters)}) -> {type_of(result, False)}: ..."
         )
-    return lines
+    signs = [f"{indent}@staticmethod"] if static else []
+    lines = list(dict.fromkeys(lines))
+    if len(lines) > 1:
+        signs.insert(0, f"{indent}@overload")
+    return [text for line in lines for text in (*signs, line)]
 
 
 def result_of(call: Any) -> str:
@@ -155,7 +157,7 @@ def class_stub(bound: type) -> list[str]:
         bases = ", ".join(base.__name__ for base in bound.__bases__)
         told = TOLD.get(bound.__name__, "...")
         return [f"class {bound.__name__}({bases}):", f"    {told}", ""]
-    lines = [f"class {bound.__name__}:"]
+    lines = [f"class {bound.__name__}(metaclass=_Bound):"]
     enumerators = getattr(bound, "__members__", {})
     lines += [f"    {name}: ClassVar[{bound.__qualname__}]" for name in enumerators]
     if enumerators:

@@ -228,7 +228,7 @@ NumericError
       .def("CalculateDeltaE", &Utils::CalculateDeltaE, py::arg("pMacbethData"),
            "The measured chart, taken as linear sRGB, in L*a*b* in m_macbethLab: no correction.")
       .def_static(
-          "loadRefLab", [](const PatchTable& def) { return def; }, py::arg("def"),
+          "loadRefLab", [](const PatchTable& def) { return def; }, py::arg("table"),
           "Copies a table.")
       .def("Pipeline", &Utils::Pipeline,
            "The results of the last Optimize, with the gamma tables as they are now.")

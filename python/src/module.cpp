@@ -16,6 +16,29 @@ void checkLibrary() {
                          ": install the library and the module of one version");
 }
 
+// What Python does of itself for pickle's oldest protocols makes an instance of pybind11's base
+// class, which ends the process. Enumerators go by their number; what is no struct is refused.
+void completePickling(const py::module_& m) {
+  const py::cpp_function byNumber(
+      [](const py::object& self) {
+        return py::make_tuple(py::type::of(self), py::make_tuple(py::int_(self)));
+      },
+      py::name("__reduce__"));
+  const py::cpp_function refused(
+      [](const py::object& self) -> py::object {
+        throw py::type_error("a " + py::type::of(self).attr("__name__").cast<std::string>() +
+                             " can't be pickled");
+      },
+      py::name("__reduce__"));
+  for (const auto& [name, value] : py::dict(m.attr("__dict__"))) {
+    const bool isBound = py::isinstance<py::type>(value) && !PyExceptionClass_Check(value.ptr());
+    if (!isBound || value.attr("__dict__").contains("__reduce__")) continue;
+    const py::object reduce = py::hasattr(value, "__members__") ? byNumber : refused;
+    const py::handle method(reinterpret_cast<PyObject*>(&PyInstanceMethod_Type));
+    py::setattr(value, "__reduce__", method(reduce));
+  }
+}
+
 }  // namespace
 }  // namespace greycard::python
 
@@ -43,5 +66,6 @@ PYBIND11_MODULE(_core, m) {
   bindExposure(m);
   bindCalibration(m);
   bindJobs(m);
+  completePickling(m);
   m.attr("__name__") = ownName;
 }
