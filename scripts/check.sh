@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # What no test sees, on a fresh machine too: format, shellcheck, codespell, clang's build of
-# everything (static, with its warnings), clang-tidy over the sources that changed, the library as a
-# guest of another project, and 30 s of every fuzz target.
+# everything (static, with its warnings), the Python wheel, clang-tidy over the sources that changed,
+# the library as a guest of another project, and 30 s of every fuzz target.
 # check.sh [BASE]: changed means since the commit BASE (default: the one before the last).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
-need_packages "${build_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"
+need_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}" "${check_packages[@]}"
 base=${1:-HEAD~1}
 
 section() { echo "== $*"; }
@@ -25,6 +25,13 @@ git ls-files | grep -v -e '/corpus/' -e '^data/' -e '/golden/' |
 section "clang"
 cmake --preset fuzz
 cmake --build --preset fuzz
+
+section "the wheel that pip makes, without optimisation"
+wheel=$(mktemp -d)
+CMAKE_ARGS="-DCMAKE_CXX_FLAGS_RELEASE=-O0" /usr/bin/python3 -m pip wheel -q --no-build-isolation --no-deps -w "$wheel" .
+/usr/bin/python3 -m pip install -q --no-deps --target "$wheel/site" "$wheel"/greycard-*.whl
+(cd "$wheel" && PYTHONPATH=site /usr/bin/python3 -c "import greycard, greycard.core; print(greycard.__file__, greycard.__version__)")
+rm -rf "$wheel" _skbuild
 
 section "clang-tidy since $base"
 git diff --name-only --diff-filter=d "$base" -- 'src/*.cpp' 'cli/*.cpp' |

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/packages.sh
 need_packages "${build_packages[@]}"
 
-cmake --preset release -B build/demo -DGREYCARD_BUILD_TESTS=OFF -DGREYCARD_BUILD_BENCH=OFF
+cmake --preset release -B build/demo -DGREYCARD_BUILD_TESTS=OFF -DGREYCARD_BUILD_BENCH=OFF -DGREYCARD_PYTHON=OFF
 cmake --build build/demo
 greycard=$PWD/build/demo/cli/greycard
 

@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
-need_packages "${build_packages[@]}" "${test_packages[@]}"
+need_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}"
 
 # run_preset PRESET [TARGET...]
 run_preset() {
