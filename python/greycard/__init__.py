@@ -11,10 +11,12 @@ from ._results import Cancelled
 from .charts import (
     BestFit,
     Detection,
+    Detections,
     Evaluation,
     Fit,
     Samples,
     detect,
+    detect_all,
     evaluate,
     fit,
     fit_best,

@@ -114,7 +114,8 @@ def detect(
     **options
         Any option of the command by its name in JSON: ``encoding`` ("srgb" or "linear"),
         ``black``, ``white``, ``regions`` (a file), ``corners`` (four x, y at patches 1, 6, 24 and
-        19), ``corners_of``, ``method``, ``sampled_share``, ``force``.
+        19), ``corners_of``, ``method``, ``within`` (left, top, width, height of the part to look
+        in: see `detect_all`), ``sampled_share``, ``force``.
 
     Raises
     ------
@@ -136,6 +137,60 @@ def detect(
     search = core.searchChart(read, locate)
     search.require()
     return _detection(search, origin, read.picture)
+
+
+@dataclass(frozen=True, eq=False)
+class Detections(Result):
+    """All charts in a photograph, surest first.
+
+    Attributes
+    ----------
+    within : ndarray, n x 4
+        Left, top, width and height of the part that holds each chart: ``within`` of every function
+        that looks for one.
+    """
+
+    within: FloatArray
+    picture: core.Picture = field(repr=False)
+
+    def annotated(self) -> PictureArray:
+        """The photograph with all charts' patches drawn."""
+        return as_array(present.annotateDetections(self.picture, self.core.charts))
+
+
+def detect_all(
+    image: Image, *, name: str = "", dump: Optional[str] = None, **options: Any
+) -> Detections:
+    """Finds every chart in a photograph, as ``greycard chart --all`` does; there may be none.
+
+    Parameters
+    ----------
+    image, name, dump, **options
+        As `detect`, without ``regions`` and ``corners``.
+
+    Examples
+    --------
+    >>> import greycard, numpy
+    >>> photo = greycard.simulate_chart(size=(400, 300)).picture
+    >>> both = numpy.hstack([photo, photo])
+    >>> found = greycard.detect_all(both)
+    >>> len(found.within), greycard.fit(both, within=found.within[1]).matrix.shape
+    (2, (3, 3))
+    """
+    locate = with_options(core.LocateOptions(), options)
+    origin = provenance(locate, core.LocateOptions())
+    read = _read(image, locate, name, dump)
+    found = core.searchCharts(read, locate)
+    within = [
+        (part.left, part.top, part.width, part.height)
+        for part in map(core.surroundings, found.charts)
+    ]
+    return Detections(
+        core=found,
+        provenance=origin,
+        within=frozen_array(np.reshape(within, (-1, 4))),
+        picture=read.picture,
+    )
 
 
 @dataclass(frozen=True, eq=False)

@@ -27,6 +27,8 @@ void bindLocateChart(py::module_& m) {
              "At patches 1, 6, 24 and 19, in pixels; None when they are not given.")
       .field("cornersOf", &LocateOptions::cornersOf, "What the corners are.")
       .field("method", &LocateOptions::method, "Which searches are asked.")
+      .field("within", &LocateOptions::within,
+             "The part of the picture in which to look, in pixels, for one chart of several.")
       .field("sampledShare", &LocateOptions::sampledShare,
              "Of each patch's side, the part in the middle that is sampled, above 0 and up to 1.")
       .field("force", &LocateOptions::force, "Go on with a chart that is in doubt.");
@@ -91,6 +93,19 @@ FileError
   m.def("searchChart", unlocked(py::overload_cast<const Photograph&, LocateOptions>(&searchChart)),
         py::arg("photograph"), defaulted<LocateOptions>("options", "LocateOptions()"),
         "Likewise; the photograph tells what its samples mean.");
+  Struct<FoundCharts>(m, "FoundCharts", "Every chart in a photograph, surest first.")
+      .field("photo", &FoundCharts::photo, "Names the picture.")
+      .field("width", &FoundCharts::width, "Of the photograph, in pixels.")
+      .field("height", &FoundCharts::height, "Likewise.")
+      .field("charts", &FoundCharts::charts, "A ChartDetection each.")
+      .field("capture", &FoundCharts::capture, "Of a raw photograph.");
+  m.def("searchCharts", unlocked(&searchCharts), py::arg("photograph"),
+        defaulted<LocateOptions>("options", "LocateOptions()"),
+        "All charts. Raises ValueError as locateChart, and for corners or regions.");
+  m.def("surroundings", &surroundings, py::arg("chart"),
+        "A part of the picture that holds the chart that was found, for LocateOptions.within.");
+  m.def("detectOptions", &detectOptions, py::arg("picture"), py::arg("options"),
+        "What the search is asked by LocateOptions.");
   m.def("patchList", &patchList, py::arg("patches"),
         "As in \"19 (white 9 5), 20 (neutral 8)\", of patches from 0.");
 }

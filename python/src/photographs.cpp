@@ -76,7 +76,9 @@ True
       .field("whiteLevel", &RawOptions::whiteLevel, "Code of full scale.");
   Struct<RawCapture>(m, "RawCapture", "A raw file's linear samples.")
       .field("picture", &RawCapture::picture, "16 bits, 0 the black and 65535 the white level.")
-      .field("info", &RawCapture::info, "What the file tells.");
+      .field("info", &RawCapture::info, "What the file tells.")
+      .field("furtherFrames", &RawCapture::furtherFrames,
+             "Raw pictures in the file that were not read.");
   m.def("readsRaw", &readsRaw, "Whether this library was built with raw input.");
   m.def("readRaw", unlocked(&readRaw), py::arg("path"),
         defaulted<RawOptions>("options", "RawOptions()"),

@@ -55,7 +55,7 @@ void bindJsonOf(py::module_& m) {
 }
 
 void bindJson(py::module_& m) {
-  bindJsonOf<LocateOptions, ChartSearch, ChartFitOptions, ChartFit, EvaluationOptions,
+  bindJsonOf<LocateOptions, ChartSearch, FoundCharts, ChartFitOptions, ChartFit, EvaluationOptions,
              ChartEvaluation, BestFitOptions, MatrixFitResult, BestChartFit, ChartComparison>(m);
   bindJsonOf<ExposureJob, ExposureFit, ExposureTrial, LumaMatchOptions, LumaMatch,
              WhiteBalanceOptions, WhiteBalanceMapping, SkinOptions, SkinCalibration>(m);

@@ -95,6 +95,8 @@ void bindPictures(py::module_& m) {
         "crossed out.");
   m.def("annotateDetection", unlocked(&present::annotateDetection), py::arg("picture"),
         py::arg("detection"), "Likewise of the outcome of a search.");
+  m.def("annotateDetections", unlocked(&present::annotateDetections), py::arg("picture"),
+        py::arg("charts"), "Likewise of all charts that were found.");
   m.def("sigmaMap", unlocked(&present::sigmaMap), py::arg("estimate"),
         "The local sigma of every pixel as colours. Raises ValueError for an estimate without.");
   m.def(

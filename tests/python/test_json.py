@@ -29,6 +29,9 @@ JOBS = {
     "info a.png --encoding linear": lambda: greycard.info("a.png", encoding="linear"),
     "info raw.dng": lambda: greycard.info("raw.dng"),
     "chart a.png": lambda: greycard.detect("a.png"),
+    "chart a.png --all --within 0,0,640,480": lambda: (
+        greycard.detect_all("a.png", within=(0, 0, 640, 480))
+    ),
     "chart a.png --corners 130,110 510,110 510,370 130,370 --force": lambda: (
         greycard.detect("a.png", corners=CORNERS, force=True)
     ),
