@@ -13,6 +13,7 @@ void addAll(CLI::App& program) {
   addCompare(program);
   addApply(program);
   addProfile(program);
+  addBatch(program);
   addGamma(program);
   addLut2d(program);
   addSigma(program);

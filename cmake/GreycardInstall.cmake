@@ -1,6 +1,6 @@
 # `cmake --install`: the libraries, the public headers, the command, a CMake package
-# (find_package(greycard), targets greycard::greycard, greycard::present and greycard::exchange) and a .pc file for
-# everybody else.
+# (find_package(greycard), targets greycard::greycard, greycard::present, greycard::exchange and greycard::batch) and a .pc
+# file for everybody else.
 include(CMakePackageConfigHelpers)
 
 get_property(components GLOBAL PROPERTY GREYCARD_COMPONENTS)
@@ -36,7 +36,8 @@ if(NOT BUILD_SHARED_LIBS) # then a program links what the library uses
   install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindOpenCVParts.cmake
                 ${PROJECT_SOURCE_DIR}/cmake/FindLCMS2.cmake
                 ${PROJECT_SOURCE_DIR}/cmake/FindLibRaw.cmake
-                ${PROJECT_SOURCE_DIR}/cmake/FindRsvg.cmake DESTINATION ${package_dir})
+                ${PROJECT_SOURCE_DIR}/cmake/FindRsvg.cmake
+                ${PROJECT_SOURCE_DIR}/cmake/FindXXHash.cmake DESTINATION ${package_dir})
 endif()
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_in_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})

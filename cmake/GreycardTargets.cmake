@@ -38,24 +38,30 @@ function(greycard_subsystem name)
   set_property(GLOBAL APPEND PROPERTY GREYCARD_SUBSYSTEMS greycard_${name})
 endfunction()
 
-# greycard_component(name SOURCES file... [HIDES target...])
+# greycard_component(name SOURCES file... [USES target...] [SHARES target...] [HIDES target...])
 # Makes the library libgreycard_<name>, target greycard::<name>, on top of greycard's public headers
-# alone; its own public headers are those of api/greycard/<name>/. For its tests there is the static
-# twin greycard_<name>_inside, which reaches hidden functions.
+# and those of the components it USES; its own public headers are those of api/greycard/<name>/. The
+# objects of the folders that it SHARES with other components become part of it. For its tests there is
+# the static twin greycard_<name>_inside, which reaches hidden functions.
 function(greycard_component name)
-  cmake_parse_arguments(arg "" "" "SOURCES;HIDES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "SOURCES;USES;SHARES;HIDES" ${ARGN})
   set(inside greycard_${name}_inside)
   add_library(${inside} STATIC ${arg_SOURCES})
   target_include_directories(${inside} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-  target_link_libraries(${inside} PUBLIC greycard::greycard PRIVATE ${arg_HIDES})
+  target_link_libraries(${inside} PUBLIC greycard::greycard ${arg_USES} ${arg_SHARES}
+                                  PRIVATE ${arg_HIDES})
   target_compile_definitions(${inside} PRIVATE greycard_${name}_EXPORTS)
   greycard_warnings(${inside})
 
-  add_library(greycard_${name} $<TARGET_OBJECTS:${inside}>)
+  set(objects $<TARGET_OBJECTS:${inside}>)
+  foreach(shared IN LISTS arg_SHARES)
+    list(APPEND objects $<TARGET_OBJECTS:${shared}>)
+  endforeach()
+  add_library(greycard_${name} ${objects})
   add_library(greycard::${name} ALIAS greycard_${name})
   set_target_properties(greycard_${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
                                                     EXPORT_NAME ${name} LINKER_LANGUAGE CXX)
-  target_link_libraries(greycard_${name} PUBLIC greycard::greycard PRIVATE ${arg_HIDES})
+  target_link_libraries(greycard_${name} PUBLIC greycard::greycard ${arg_USES} PRIVATE ${arg_HIDES})
   string(TOUPPER GREYCARD_${name}_EXPORT macro)
   generate_export_header(greycard_${name} EXPORT_MACRO_NAME ${macro}
                          EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/api/greycard/${name}/export.h)
@@ -69,7 +75,8 @@ function(greycard_room name)
   set(room greycard_cli_${name})
   add_library(${room} STATIC ${arg_SOURCES})
   target_include_directories(${room} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-  target_link_libraries(${room} PUBLIC greycard::present greycard::exchange CLI11::CLI11)
+  target_link_libraries(${room} PUBLIC greycard::present greycard::exchange greycard::batch
+                                CLI11::CLI11)
   if(name STREQUAL "frame")
     greycard_precompile(${room} <CLI/CLI.hpp>)
   else()

@@ -27,6 +27,7 @@ _Path = Union[str, "os.PathLike[str]"]
 class _Bound(type): ...
 
 '''
+HEAD_OF_PART = HEAD.replace("_PictureLike", "from greycard.core import *\n\n_PictureLike", 1)
 
 
 def split(text: str) -> list[str]:
@@ -42,7 +43,7 @@ def split(text: str) -> list[str]:
 
 def type_of(text: str, given: bool) -> str:
     """A type as pybind11 writes it in ours; `given` for parameters, which take more."""
-    text = text.strip().replace("greycard.core.", "")
+    text = re.sub(r"greycard\.core\.(present\.|exchange\.|batch\.)?", "", text.strip())
     text = re.sub(r"\[\d+\](?=\])", "", text)  # a std::array is a List[X[3]]
     text = re.sub(r"numpy\.typing\.NDArray\[", "npt.NDArray[", text)
     text = text.replace("numpy.typing.ArrayLike", "npt.ArrayLike")
@@ -142,14 +143,20 @@ def member(bound: type, name: str, value: Any) -> list[str]:
     return function(call, name, bound.__name__, isinstance(value, staticmethod))
 
 
+# What exceptions tell beside their text.
+TOLD = {
+    "CurveFileRefused": "notes: list[str]",
+    "NoChart": "why: ChartRefusal",
+    "WrongSampleBits": "fact: str",
+}
 SKIPPED = {"__module__", "__doc__", "__dict__", "__weakref__", "__new__", "__entries", "__hash__"}
 
 
 def class_stub(bound: type) -> list[str]:
     if issubclass(bound, Exception):
         bases = ", ".join(base.__name__ for base in bound.__bases__)
-        notes = "    notes: list[str]" if bound.__name__ == "CurveFileRefused" else "    ..."
-        return [f"class {bound.__name__}({bases}):", notes, ""]
+        told = TOLD.get(bound.__name__, "...")
+        return [f"class {bound.__name__}({bases}):", f"    {told}", ""]
     lines = [f"class {bound.__name__}(metaclass=_Bound):"]
     enumerators = getattr(bound, "__members__", {})
     lines += [f"    {name}: ClassVar[{bound.__qualname__}]" for name in enumerators]
@@ -174,24 +181,31 @@ def constant(name: str, value: Any) -> str:
     return f"{name}: {kind}"
 
 
-def stub(module: Any) -> str:
+def stub(module: Any, names: list[str]) -> str:
     lines: list[str] = []
-    for name in module.__all__:
+    for name in names:
         value = getattr(module, name)
-        if inspect.isclass(value):
+        if inspect.ismodule(value):
+            lines.append(f"from . import {name} as {name}")
+        elif inspect.isclass(value):
             lines += ["", *class_stub(value)]
         elif callable(value):
             lines += function(value, name, None, False)
         else:
             lines.append(constant(name, value))
-    lines.append(f"__all__ = {sorted(module.__all__)!r}")
-    return HEAD + "\n".join(lines) + "\n"
+    return "\n".join(lines) + "\n"
 
 
 def main() -> None:
     folder = Path(sys.argv[1])
-    text = stub(importlib.import_module("greycard.core"))
+    core = importlib.import_module("greycard.core")
+    text = HEAD + stub(core, core.__all__) + f"__all__ = {sorted(core.__all__)!r}\n"
     (folder / "__init__.pyi").write_text(text)
+    for name, part in inspect.getmembers(core, inspect.ismodule):
+        if name in core.__all__:
+            names = [inner for inner in vars(part) if not inner.startswith("_")]
+            text = HEAD_OF_PART + stub(part, names)
+            (folder / f"{name}.pyi").write_text(text)
     (folder / "_core.pyi").write_text("from greycard.core import *\n")
 
 

@@ -3,12 +3,12 @@
 
 build_packages=(g++ cmake ninja-build libopencv-core-dev libopencv-imgproc-dev
   libopencv-imgcodecs-dev libcli11-dev nlohmann-json3-dev libnlopt-dev liblcms2-dev libraw-dev
-  librsvg2-dev pkg-config fonts-dejavu-core)
+  librsvg2-dev libxxhash-dev pkg-config fonts-dejavu-core)
 python_packages=(pybind11-dev python3-dev python3-numpy)
 check_packages=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck codespell)
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev
   opencolorio-tools libimage-exiftool-perl python3-yaml python3-pytest python3-hypothesis mypy
-  python3-pip python3-skbuild)
+  python3-pip python3-skbuild python3-distributed)
 
 # need_packages NAME...: installs what is missing when it may, else says what to install and stops.
 need_packages() {

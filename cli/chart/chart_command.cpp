@@ -21,7 +21,7 @@ namespace {
 struct ChartOptions : CommonOptions {
   ChartSource source;
   std::filesystem::path regionFile, annotated, debugFolder;
-  bool quads = false;
+  bool quads = false, all = false;
 };
 
 std::string regionText(const LocatedChart& chart, bool quads) {
@@ -44,8 +44,7 @@ void makeFolder(const std::filesystem::path& folder) {
 void writeStages(const std::filesystem::path& folder, const Picture& picture,
                  const LocatedChart& chart, const LocateOptions& options) {
   makeFolder(folder);
-  const DetectOptions detect{.levels = sampleLevels(picture, options.samples)};
-  for (const StagePicture& stage : chartSearchStages(picture, detect))
+  for (const StagePicture& stage : chartSearchStages(picture, detectOptions(picture, options)))
     writePicture(folder / (stage.name + ".png"), stage.picture);
   writePicture(folder / "5_outcome.png", annotated(picture, chart));
 }
@@ -74,6 +73,27 @@ void printSummary(const ChartOptions& options, const ChartSearch& search) {
   options.printWarnings(chart.warnings());
 }
 
+void runAll(ChartOptions& options, const Photograph& photograph, const LocateOptions& locate) {
+  const FoundCharts found = searchCharts(photograph, locate);
+  if (found.charts.empty())  // says why
+    return locating([&] { searchChart(photograph, locate).require(); });
+  if (!options.annotated.empty())
+    options.files.write(options.annotated,
+                        present::annotateDetections(photograph.picture, found.charts));
+  options.writeJson(present::toJson(found));
+  if (!options.printsText()) return;
+  const std::size_t count = found.charts.size();
+  std::cout << count << (count == 1 ? " chart" : " charts") << " found in " << quoted(found.photo)
+            << "\n";
+  for (const ChartDetection& chart : found.charts) {
+    const PatchRegion part = surroundings(chart);
+    std::cout << "--within " << fixed(part.left, 0) << "," << fixed(part.top, 0) << ","
+              << fixed(part.width, 0) << "," << fixed(part.height, 0) << "\n";
+    printPlacement(chart);
+  }
+  options.printWarnings(photograph.warnings);
+}
+
 void run(ChartOptions& options) {
   options.source.nameFiles(options.files);
   options.files.output("--output", options.regionFile);
@@ -83,6 +103,7 @@ void run(ChartOptions& options) {
   const LocateOptions locate = options.source.options();
   options.tellOptions(present::toJson(locate), present::toJson(LocateOptions{}));
   const Photograph photograph = options.source.read();
+  if (options.all) return runAll(options, photograph, locate);
   const Picture& picture = photograph.picture;
   const ChartSearch search = searchChart(photograph, locate);
   const LocatedChart& chart = search.chart;
@@ -111,16 +132,22 @@ void addChart(CLI::App& parent) {
                     "greycard chart photo.jpg --corners 310,205 905,230 890,640 300,610",
                     *options);
   options->source.addTo(app);
+  CLI::Option* all = app.add_flag(
+      "--all", options->all, "Every chart in the photograph, and the --within that chooses it");
+  for (const char* place : {"--regions", "--corners"}) all->excludes(app.get_option(place));
   app.add_option("-o,--output", options->regionFile,
                  "Region file: 24 lines left,top,width,height in chart order")
+      ->excludes(all)
       ->type_name("FILE");
   app.add_flag("--quads", options->quads,
-               "Regions as the corners of each patch, x1,y1,x2,y2,x3,y3,x4,y4");
+               "Regions as the corners of each patch, x1,y1,x2,y2,x3,y3,x4,y4")
+      ->excludes(all);
   app.add_option("--annotate", options->annotated,
                  "Picture with the patches and their numbers drawn, or with what was seen instead")
       ->type_name("FILE");
   app.add_option("--debug", options->debugFolder,
                  "Folder for one numbered picture of each stage of the search")
+      ->excludes(all)
       ->type_name("FOLDER");
   setJob(app, options, run);
 }

@@ -39,6 +39,12 @@ void addPlaceOptions(CLI::App& app, ChartSource& source, int photos) {
       ->capture_default_str()
       ->type_name("NAME");
   place
+      .add_option("--within", source.within,
+                  "Look in this part of the photograph only, as for one chart of several: left, "
+                  "top, width and height in pixels")
+      ->excludes(corners)
+      ->type_name("X,Y,W,H");
+  place
       .add_option("--share", source.locate.sampledShare,
                   "Part of each patch's side that is sampled, in its middle")
       ->check(numbersFrom(0.05, 1.0))
@@ -47,16 +53,29 @@ void addPlaceOptions(CLI::App& app, ChartSource& source, int photos) {
   place.add_flag("--force", source.locate.force, "Go on with a chart that is in doubt");
 }
 
-Point2 pointOf(const std::string& word) {
+// As many numbers as are wanted. \param example  says what is
+std::vector<double> pixelsOf(const char* option, const std::string& word, std::size_t count,
+                             const char* example) {
   std::vector<double> numbers;
   try {
     numbers = finiteNumbers(word);
   } catch (const std::invalid_argument&) {
     numbers.clear();
   }
-  if (numbers.size() != 2)
-    throw UsageError("--corners \"" + word + "\" is not a place in pixels; write X,Y as in 120,85");
-  return {numbers[0], numbers[1]};
+  if (numbers.size() != count)
+    throw UsageError(std::string(option) + " \"" + word + "\" is not " + example);
+  return numbers;
+}
+
+Point2 pointOf(const std::string& word) {
+  const auto xy = pixelsOf("--corners", word, 2, "a place in pixels; write X,Y as in 120,85");
+  return {xy[0], xy[1]};
+}
+
+PatchRegion partOf(const std::string& word) {
+  const auto part = pixelsOf("--within", word, 4,
+                             "a part of a photograph; write X,Y,WIDTH,HEIGHT as in 40,0,640,480");
+  return {part[0], part[1], part[2], part[3]};
 }
 
 }  // namespace
@@ -89,6 +108,11 @@ LocateOptions ChartSource::options(std::size_t photograph) const {
   if (method != "both")
     options.method = method == "lattice" ? SearchMethods::Lattice : SearchMethods::Stated;
   options.cornersOf = cornersOf == "field" ? CornerKind::PatchField : CornerKind::PatchCentres;
+  if (!within.empty()) {
+    if (!locate.regions.empty())
+      throw UsageError("--regions says where the chart is; leave out --within");
+    options.within = partOf(within);
+  }
   if (corners.empty()) return options;
   if (!locate.regions.empty())
     throw UsageError("--regions and --corners both say where the chart is; give one of them");

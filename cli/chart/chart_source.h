@@ -21,6 +21,7 @@ struct ChartSource {
   std::filesystem::path photo;
   SampleOptions samples;
   std::vector<std::string> corners;  ///< "X,Y" each
+  std::string within;                ///< "X,Y,WIDTH,HEIGHT", or empty
   std::string cornersOf = "field", method = "both";
   LocateOptions locate;
 
@@ -30,7 +31,7 @@ struct ChartSource {
   void addSharedOptions(CLI::App& app, int photos);
   void nameFiles(JobFiles& files) const;
   /// The options as the library takes them, for one of the photographs. \throws UsageError for
-  /// corners that are no numbers or too few
+  /// corners and parts that are no numbers or too few
   LocateOptions options(std::size_t photograph = 0) const;
   /// The photograph itself. \throws as SampleOptions::read
   Photograph read() const { return samples.read(photo); }

@@ -23,7 +23,7 @@ ProgressBar::~ProgressBar() {
   if (m_drawn) std::fputs("\r\033[K", stderr);
 }
 
-void ProgressBar::show(double fraction) {
+void ProgressBar::show(double fraction, const std::string& note) {
   if (!m_onTerminal || !std::isfinite(fraction)) return;
   const auto now = Clock::now();
   if (now < m_next) return;
@@ -32,7 +32,8 @@ void ProgressBar::show(double fraction) {
   const double done = std::clamp(fraction, 0.0, 1.0);
   const auto filled = static_cast<std::size_t>(std::lround(done * kWidth));
   const std::string bar = std::string(filled, '#') + std::string(kWidth - filled, '.');
-  std::fprintf(stderr, "\r%s [%s] %3.0f %%", m_what.c_str(), bar.c_str(), 100.0 * done);
+  std::fprintf(stderr, "\r%s [%s] %3.0f %%%s%s\033[K", m_what.c_str(), bar.c_str(), 100.0 * done,
+               note.empty() ? "" : "  ", note.c_str());
   std::fflush(stderr);
 }
 

@@ -17,7 +17,8 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   /// Shows the fraction done, 0..1; cheap to call often.
-  void show(double fraction);
+  /// \param note  a few words behind it, as the time left
+  void show(double fraction, const std::string& note = {});
   /// For the library's long searches: shows the fraction and goes on. Not to outlive the bar.
   ProgressCallback callback();
 

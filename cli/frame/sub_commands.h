@@ -13,6 +13,7 @@ void addEvaluate(CLI::App& parent);
 void addCompare(CLI::App& parent);
 void addApply(CLI::App& parent);
 void addProfile(CLI::App& parent);
+void addBatch(CLI::App& parent);
 void addGamma(CLI::App& parent);
 void addLut2d(CLI::App& parent);
 void addSigma(CLI::App& parent);

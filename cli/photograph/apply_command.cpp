@@ -83,17 +83,17 @@ void report(ApplyFitCommand& options, const std::vector<AppliedFit>& results) {
 
 void run(ApplyFitCommand& options) {
   const auto outputs = outputsOf(options);
-  if (options.several()) makeOutputFolder(options.output);
   for (const auto& photo : options.photos) options.files.input("PHOTO", photo);
   options.files.input("--fit", options.fit);
   options.files.input("--lut2d", options.lut2d);
-  for (const auto& output : outputs) options.files.pictureOutput("--output", output);
-  options.files.output("--json", options.json);
-
   const FittedPipeline pipeline = present::readFittedPipeline(options.fit);
   ApplyFitOptions with;
   if (!options.curve.empty()) with.gamma = cameraGamma(options.curve);
   if (!options.lut2d.empty()) with.lut2d = present::readLut2d(options.lut2d);
+
+  if (options.several()) makeOutputFolder(options.output);
+  for (const auto& output : outputs) options.files.pictureOutput("--output", output);
+  options.files.output("--json", options.json);
   std::vector<AppliedFit> results;
   {
     ProgressBar progress("correcting");

@@ -1,8 +1,65 @@
 """greycard: camera image-quality tuning.
 
-``greycard.core`` holds the library's classes and functions under their C++ names.
+The jobs of the ``greycard`` command for Python: photographs and arrays go in, frozen dataclasses of
+NumPy arrays come out, which a notebook shows as the command's own reports and plots and which
+`to_json` writes as the command does. ``greycard.core`` holds the library's classes and functions
+under their C++ names.
 """
 
-from greycard import core
+from . import core
+from ._results import Cancelled
+from .charts import (
+    BestFit,
+    Detection,
+    Detections,
+    Evaluation,
+    Fit,
+    Samples,
+    detect,
+    detect_all,
+    evaluate,
+    fit,
+    fit_best,
+    read_fit,
+    sample,
+)
+from .comparing import Applied, Comparison, Profile, ProfilePoint, apply, compare, export, profile
+from .core import CurveFileRefused, FileError, JobError, NumericError
+from .core import ColourFlatField, DoubtfulChart, DoubtfulFlatField, NoChart, WrongSampleBits
+from .curves import (
+    ControlPoints,
+    Curve,
+    CurveList,
+    CurveLut,
+    ImportedCurves,
+    LinearInputs,
+    StandardCurve,
+    WrittenCurve,
+    curve,
+    curves,
+    import_curves,
+    merge_curves,
+    power_curve,
+    read_curve,
+    standard_curve,
+    write_curve,
+)
+from .fitting import (
+    ExposureFit,
+    LumaMatch,
+    SkinCalibration,
+    WhiteBalanceMapping,
+    calibrate_skin,
+    evaluate_exposure,
+    fit_exposure,
+    map_white_balance,
+    match_luma,
+)
+from .luts import AppliedLut, Drag, Inversion, Lut2D
+from .noise import NoiseTable, noise_table
+from .pictures import PhotographInfo, info, read_picture, write_picture
+from .simulation import SimulatedChart, SimulatedFlat, simulate_chart, simulate_flat
 
 __version__: str = core.libraryVersion()
+
+__all__ = [name for name in globals() if not name.startswith("_") and name != "annotations"]

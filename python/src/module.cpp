@@ -2,6 +2,7 @@
 
 #include "bindings.h"
 #include "greycard/version.h"
+#include "job_bindings.h"
 
 namespace greycard::python {
 namespace {
@@ -64,6 +65,7 @@ PYBIND11_MODULE(_core, m) {
   bindNoise(m);
   bindExposure(m);
   bindCalibration(m);
+  bindJobs(m);
   completePickling(m);
   m.attr("__name__") = ownName;
 }

@@ -9,43 +9,54 @@
 namespace greycard {
 namespace {
 
-using Counts = std::array<std::uint32_t, 256>;
-
-// Counts in turns in two tables: equal neighbours then don't wait for each other.
-template <typename BinOf>
-void countInto(Counts& counts, std::span<const std::uint16_t> codes, BinOf binOf) {
-  Counts other{};
+// Counts the codes' upper halves, in turns in two tables: equal neighbours then don't wait for each
+// other.
+CodeCounts upperHalves(std::span<const std::uint16_t> codes) {
+  CodeCounts counts{}, other{};
   std::size_t i = 0;
   for (; i + 1 < codes.size(); i += 2) {
-    ++counts[binOf(codes[i])];
-    ++other[binOf(codes[i + 1])];
+    ++counts[codes[i] >> 8U];
+    ++other[codes[i + 1] >> 8U];
   }
-  if (i < codes.size()) ++counts[binOf(codes[i])];
+  if (i < codes.size()) ++counts[codes[i] >> 8U];
   for (std::size_t bin = 0; bin < counts.size(); ++bin) counts[bin] += other[bin];
+  return counts;
 }
 
 // The bin that holds the rank, which becomes a rank in it.
-std::size_t binOfRank(const Counts& counts, std::size_t& rank) {
+std::size_t binOfRank(const CodeCounts& counts, std::size_t& rank) {
   std::size_t bin = 0;
   while (rank >= counts[bin]) rank -= counts[bin++];
   return bin;
 }
 
-double spreadOf(const std::array<double, 9>& means, std::size_t count) {
-  if (count < 2) return 0.0;
-  double sum = 0.0, squares = 0.0;
-  for (std::size_t i = 0; i < count; ++i) sum += means[i];
-  const double mean = sum / static_cast<double>(count);
-  for (std::size_t i = 0; i < count; ++i) squares += (means[i] - mean) * (means[i] - mean);
-  return std::sqrt(squares / static_cast<double>(count - 1));
-}
+// Sums of cells, one after the other.
+class CellMeans {
+ public:
+  void add(double sum, std::size_t count) {
+    m_means[m_cells++] = sum / static_cast<double>(count);
+    m_total += sum;
+  }
+  double total() const { return m_total; }
+  double spread() const {
+    if (m_cells < 2) return 0.0;
+    double sum = 0.0, squares = 0.0;
+    for (std::size_t i = 0; i < m_cells; ++i) sum += m_means[i];
+    const double mean = sum / static_cast<double>(m_cells);
+    for (std::size_t i = 0; i < m_cells; ++i) squares += (m_means[i] - mean) * (m_means[i] - mean);
+    return std::sqrt(squares / static_cast<double>(m_cells - 1));
+  }
+
+ private:
+  std::array<double, 9> m_means{};
+  std::size_t m_cells = 0;
+  double m_total = 0.0;
+};
 
 }  // namespace
 
 CodeSummary::CodeSummary(const SampleLevels& levels, int bits)
-    : levels_(levels),
-      shift_(bits == 16 ? 8 : 0),
-      values_(bits == 16 ? 65536 : 256, std::numeric_limits<double>::quiet_NaN()) {
+    : levels_(levels), values_(bits == 16 ? 65536 : 256, std::numeric_limits<double>::quiet_NaN()) {
   checkLevels(levels);
 }
 
@@ -55,84 +66,96 @@ double CodeSummary::linear(std::size_t code) {
   return value;
 }
 
-// Eight bits hold so few codes that counting them answers everything.
-void CodeSummary::sumCells(std::span<const std::uint16_t> codes, std::span<const std::size_t> ends,
-                           CodeStatistics& result) {
-  std::array<double, 9> means{};
-  std::size_t cells = 0, begin = 0;
-  double total = 0.0;
-  counts_.fill(0);
-  for (const std::size_t end : ends) {
-    if (end == begin) continue;
-    const auto cell = codes.subspan(begin, end - begin);
-    double sum = 0.0;
-    if (shift_ == 0) {
-      Counts counts{};
-      countInto(counts, cell, [](std::uint16_t code) { return std::size_t{code} & 0xFFU; });
-      for (std::size_t code = 0; code < counts.size(); ++code) {
-        if (counts[code] == 0) continue;
-        sum += counts[code] * linear(code);
-        counts_[code] += counts[code];
-      }
-    } else {
-      for (const auto code : cell) sum += linear(code);
-    }
-    means[cells++] = sum / static_cast<double>(cell.size());
-    total += sum;
-    begin = end;
-  }
-  if (shift_ != 0)
-    countInto(counts_, codes, [](std::uint16_t code) { return std::size_t{code} >> 8U; });
-  result.mean = total / static_cast<double>(codes.size());
-  result.unevenness = spreadOf(means, cells);
+// \param ranked  gives the code that so many others are not above
+double CodeSummary::medianOf(std::size_t count, auto ranked) {
+  return 0.5 * (linear(ranked((count - 1) / 2)) + linear(ranked(count / 2)));
 }
 
-// About the mean, so that a small deviation around a large mean keeps its digits.
-double CodeSummary::squaresAbout(double mean, std::span<const std::uint16_t> codes) {
-  double squares = 0.0;
-  const auto square = [&](std::size_t code) {
-    const double d = linear(code) - mean;
-    return d * d;
-  };
-  if (shift_ == 0) {
-    for (std::size_t code = 0; code < counts_.size(); ++code)
-      if (counts_[code] != 0) squares += counts_[code] * square(code);
-  } else {
-    for (const auto code : codes) squares += square(code);
-  }
-  return squares;
-}
-
-// The code that `rank` others are not above.
-std::size_t CodeSummary::ranked(std::span<const std::uint16_t> codes, std::size_t rank) const {
-  const std::size_t bin = binOfRank(counts_, rank);
-  if (shift_ == 0) return bin;
-  Counts low{};
-  for (const auto code : codes)
-    if (code >> 8U == bin) ++low[code & 0xFFU];
-  return bin << 8U | binOfRank(low, rank);
-}
-
-CodeStatistics CodeSummary::of(std::span<const std::uint16_t> codes,
-                               std::span<const std::size_t> ends) {
-  CodeStatistics result;
-  sumCells(codes, ends, result);
-  const std::size_t count = codes.size();
-  const auto n = static_cast<double>(count);
-  if (count > 1) result.deviation = std::sqrt(squaresAbout(result.mean, codes) / (n - 1.0));
-  result.median = 0.5 * (linear(ranked(codes, (count - 1) / 2)) + linear(ranked(codes, count / 2)));
-
-  // In whole codes: from the ceiling up, and up to the floor.
+CodeSummary::Limits CodeSummary::limits() const {
   const auto whole = [](double level) {
     return static_cast<int>(std::clamp(level, -1.0, 65536.0));
   };
-  const int ceiling = whole(std::ceil(levels_.whiteLevel));
-  const int floor = whole(std::floor(levels_.blackLevel));
+  return {whole(std::ceil(levels_.whiteLevel)), whole(std::floor(levels_.blackLevel))};
+}
+
+CodeStatistics CodeSummary::ofCounts(std::span<const CodeCounts> cells) {
+  CodeCounts all{};
+  for (const CodeCounts& cell : cells)
+    for (std::size_t code = 0; code < cell.size(); ++code) all[code] += cell[code];
+  // A patch has few of the codes.
+  std::size_t first = 0, end = all.size();
+  while (all[first] == 0) ++first;
+  while (all[end - 1] == 0) --end;
+
+  CellMeans means;
+  std::size_t count = 0;
+  for (const CodeCounts& cell : cells) {
+    double sum = 0.0;
+    std::size_t inCell = 0;
+    for (std::size_t code = first; code < end; ++code) {
+      if (cell[code] == 0) continue;
+      sum += cell[code] * linear(code);
+      inCell += cell[code];
+    }
+    if (inCell > 0) means.add(sum, inCell);
+    count += inCell;
+  }
+
+  CodeStatistics result;
+  const auto n = static_cast<double>(count);
+  result.mean = means.total() / n;
+  result.unevenness = means.spread();
+  result.median = medianOf(count, [&](std::size_t rank) { return binOfRank(all, rank); });
+  // About the mean, so that a small deviation around a large mean keeps its digits.
+  double squares = 0.0;
+  std::uint32_t atCeiling = 0, atFloor = 0;
+  const auto [ceiling, floor] = limits();
+  for (std::size_t code = first; code < end; ++code) {
+    if (all[code] == 0) continue;
+    const double d = linear(code) - result.mean;
+    squares += all[code] * (d * d);
+    if (static_cast<int>(code) >= ceiling) atCeiling += all[code];
+    if (static_cast<int>(code) <= floor) atFloor += all[code];
+  }
+  if (count > 1) result.deviation = std::sqrt(squares / (n - 1.0));
+  result.clipping = {atCeiling / n, atFloor / n};
+  return result;
+}
+
+CodeStatistics CodeSummary::ofCodes(std::span<const std::uint16_t> codes,
+                                    std::span<const std::size_t> ends) {
+  CellMeans means;
+  std::size_t begin = 0;
+  for (const std::size_t end : ends) {
+    if (end == begin) continue;
+    double sum = 0.0;
+    for (const auto code : codes.subspan(begin, end - begin)) sum += linear(code);
+    means.add(sum, end - begin);
+    begin = end;
+  }
+
+  CodeStatistics result;
+  const auto n = static_cast<double>(codes.size());
+  result.mean = means.total() / n;
+  result.unevenness = means.spread();
+  const CodeCounts upper = upperHalves(codes);
+  result.median = medianOf(codes.size(), [&](std::size_t rank) {
+    const std::size_t bin = binOfRank(upper, rank);
+    CodeCounts lower{};
+    for (const auto code : codes)
+      if (code >> 8U == bin) ++lower[code & 0xFFU];
+    return bin << 8U | binOfRank(lower, rank);
+  });
+  double squares = 0.0;
   int atCeiling = 0, atFloor = 0;
+  const auto [ceiling, floor] = limits();
   for (const auto code : codes) {
+    const double d = linear(code) - result.mean;
+    squares += d * d;
     atCeiling += code >= ceiling;
     atFloor += code <= floor;
   }
+  if (codes.size() > 1) result.deviation = std::sqrt(squares / (n - 1.0));
   result.clipping = {atCeiling / n, atFloor / n};
   return result;
 }

@@ -27,12 +27,13 @@ class QuadSampler {
       throw std::invalid_argument(
           "patch " + std::to_string(patch + 1) + ": its middle has no pixel in the picture of " +
           std::to_string(picture_.width) + " x " + std::to_string(picture_.height));
-    gather();
-    result.report.pixels[patch] = codes_[0].size();
+    result.report.pixels[patch] = pixelCount();
+    const bool bytes = picture_.bits == 8;
+    bytes ? countCodes() : gatherCodes();
     CodeStatistics statistics;
     for (std::size_t c = 0; c < 3; ++c) {
       if (c < static_cast<std::size_t>(picture_.channels))
-        statistics = summary_.of(codes_[c], ends_);
+        statistics = bytes ? summary_.ofCounts(cellsOf(c)) : summary_.ofCodes(codes_[c], ends_);
       result.mean[patch][c] = statistics.mean;
       result.deviation[patch][c] = statistics.deviation;
       result.median[patch][c] = statistics.median;
@@ -42,8 +43,40 @@ class QuadSampler {
   }
 
  private:
+  std::size_t pixelCount() const {
+    std::size_t count = 0;
+    for (const auto& span : spans_) count += static_cast<std::size_t>(span.right - span.left);
+    return count;
+  }
+
+  void countCodes() {
+    for (auto& cell : counts_)
+      for (auto& turn : cell)
+        for (auto& counts : turn) counts.fill(0);
+    picture_.channels == 3 ? countIn<3>() : countIn<1>();
+  }
+
+  // In turns in two tables: equal neighbours then don't wait for each other.
+  template <std::size_t Channels>
+  void countIn() {
+    for (const auto& span : spans_) {
+      auto& turns = counts_[static_cast<std::size_t>(span.cell)];
+      const auto* from = picture_.pixel(span.left, span.y);
+      for (int x = span.left; x < span.right; ++x, from += Channels)
+        for (std::size_t c = 0; c < Channels; ++c)
+          ++turns[static_cast<std::size_t>(x & 1)][c][std::min<std::size_t>(from[c], 255)];
+    }
+  }
+
+  const std::array<CodeCounts, kQuadCells>& cellsOf(std::size_t channel) {
+    for (std::size_t cell = 0; cell < counts_.size(); ++cell)
+      for (std::size_t code = 0; code < cells_[cell].size(); ++code)
+        cells_[cell][code] = counts_[cell][0][channel][code] + counts_[cell][1][channel][code];
+    return cells_;
+  }
+
   // Each channel's codes, cell by cell.
-  void gather() {
+  void gatherCodes() {
     std::size_t count = 0;
     ends_.fill(0);
     for (const auto& span : spans_) {
@@ -58,12 +91,11 @@ class QuadSampler {
 
   template <std::size_t Channels>
   void copyCodes() {
-    const auto largest = static_cast<std::uint16_t>(picture_.ceiling());
     std::size_t i = 0;
     for (const auto& span : spans_) {
       const auto* from = picture_.pixel(span.left, span.y);
       for (int x = span.left; x < span.right; ++x, from += Channels, ++i)
-        for (std::size_t c = 0; c < Channels; ++c) codes_[c][i] = std::min(from[c], largest);
+        for (std::size_t c = 0; c < Channels; ++c) codes_[c][i] = from[c];
     }
   }
 
@@ -71,6 +103,10 @@ class QuadSampler {
   double share_;
   CodeSummary summary_;
   std::vector<CellSpan> spans_;
+  // Of 8 bits: counts by cell, turn and channel.
+  std::array<std::array<std::array<CodeCounts, 3>, 2>, kQuadCells> counts_;
+  std::array<CodeCounts, kQuadCells> cells_;
+  // Of 16 bits.
   std::array<std::vector<std::uint16_t>, 3> codes_;
   std::array<std::size_t, kQuadCells> ends_{};
 };

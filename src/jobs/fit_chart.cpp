@@ -7,8 +7,7 @@
 #include <tuple>
 #include <utility>
 
-#include "greycard/errors.h"
-#include "greycard/files.h"
+#include "greycard/jobs/chart_samples.h"
 #include "greycard/number_text.h"
 #include "greycard/picture_correction.h"
 #include "sample_chart.h"
@@ -67,7 +66,7 @@ std::vector<std::string> fitWarnings(const ChartFit& result, const ChartFitOptio
                        " % chroma against the target where " +
                        fixed(100.0 * *fit.m_chromaChangeWanted, 1) +
                        " % was wanted; try the other colour difference");
-  const SampleEncoding encoding = result.levels->encoding;
+  const SampleEncoding encoding = result.levels.value_or(SampleLevels()).encoding;
   std::string row = greyRowWarning(
       neutralRow(fit.m_balancedRGB, fit.m_targetLab, encoding, result.sampling.clippedPatches()),
       encoding);
@@ -99,6 +98,36 @@ void takeSpace(const ChartFitOptions& options, ColorCorrectionSettings& settings
 void setCurve(ColorCorrectionUtils& facade, const CameraGamma& gamma) {
   const CameraGamma::Tables curves = gamma.in14Bits();
   facade.SetGammaTable(curves[0], curves[1], curves[2]);
+}
+
+std::optional<ChartFit> fitSamples(const ChartSamples& samples, const ChartFitOptions& options,
+                                   const CameraGamma& gamma, ColorCorrectionSettings settings,
+                                   const ProgressCallback& progress) {
+  ChartFit result;
+  result.gamma = gamma;
+  result.photo = samples.photo;
+  result.light = options.light;
+  result.formula = options.formula;
+  result.chart = samples.chart;
+  result.levels = samples.levels;
+  result.sampling = samples.sampling;
+  result.measuredMedian = samples.measuredMedian;
+  result.unevenness = samples.unevenness;
+  result.measuredRgb = settings.m_macbethData.m_RGB = samples.measuredRgb;
+  result.measuredNoise = settings.m_macbethData.m_Noise = samples.measuredNoise;
+
+  ColorCorrectionUtils facade;
+  setCurve(facade, result.gamma);
+  if (!facade.Optimize(settings, 0, progress)) return std::nullopt;
+  result.matrix = facade.m_ccm;
+  result.whiteBalance = facade.m_wbGain;
+  result.exposure = facade.m_gain;
+  result.correctedLab = facade.m_macbethLab;
+  result.fit = facade.m_fit;
+  result.before = colourErrors(result.fit.m_targetLab, result.fit.m_uncorrectedLab);
+  result.after = colourErrors(result.fit.m_targetLab, result.correctedLab);
+  result.warnings = fitWarnings(result, options);
+  return result;
 }
 
 }  // namespace
@@ -161,37 +190,13 @@ PatchTable ChartFit::shownLab(const PatchTable& balancedRgb, const Matrix3& by) 
 std::optional<ChartFit> fitChart(const Picture& picture, const ChartFitOptions& options,
                                  const std::filesystem::path& photo,
                                  const ProgressCallback& progress) {
-  ChartFit result;
-  result.gamma = cameraGamma(options.gamma);
-  if (picture.channels == 1)
-    throw JobError((photo.empty() ? "this" : quoted(photo)) +
-                   " is a grey picture, which holds no colours to fit; give one in colour");
-  ColorCorrectionSettings settings = options.settings();
-  result.photo = photo;
-  result.light = options.light;
-  result.formula = options.formula;
-  result.chart = locateChart(picture, options.locate, photo);
-  result.levels = sampleLevels(picture, options.locate.samples);
-  const QuadSampling seen =
-      sampleChart(settings.m_macbethData, picture, result.chart, *result.levels);
-  result.sampling = seen.report;
-  result.measuredMedian = seen.median;
-  result.unevenness = seen.unevenness;
-  result.measuredRgb = settings.m_macbethData.m_RGB;
-  result.measuredNoise = settings.m_macbethData.m_Noise;
-
-  ColorCorrectionUtils facade;
-  setCurve(facade, result.gamma);
-  if (!facade.Optimize(settings, 0, progress)) return std::nullopt;
-  result.matrix = facade.m_ccm;
-  result.whiteBalance = facade.m_wbGain;
-  result.exposure = facade.m_gain;
-  result.correctedLab = facade.m_macbethLab;
-  result.fit = facade.m_fit;
-  result.before = colourErrors(result.fit.m_targetLab, result.fit.m_uncorrectedLab);
-  result.after = colourErrors(result.fit.m_targetLab, result.correctedLab);
-  result.warnings = fitWarnings(result, options);
-  return result;
+  const CameraGamma gamma = cameraGamma(options.gamma);
+  requireColours(picture, photo);
+  const ColorCorrectionSettings settings = options.settings();
+  const LocatedChart chart = locateChart(picture, options.locate, photo);
+  const ChartSamples samples =
+      sampleChart(picture, chart, sampleLevels(picture, options.locate.samples), photo);
+  return fitSamples(samples, options, gamma, settings, progress);
 }
 
 std::optional<ChartFit> fitChart(const Photograph& photograph, ChartFitOptions options,
@@ -202,6 +207,15 @@ std::optional<ChartFit> fitChart(const Photograph& photograph, ChartFitOptions o
   fit->capture = photograph.capture;
   fit->warnings.insert(fit->warnings.begin(), photograph.warnings.begin(),
                        photograph.warnings.end());
+  return fit;
+}
+
+std::optional<ChartFit> fitChart(const ChartSamples& samples, const ChartFitOptions& options,
+                                 const ProgressCallback& progress) {
+  auto fit = fitSamples(samples, options, cameraGamma(options.gamma), options.settings(), progress);
+  if (!fit) return fit;
+  fit->capture = samples.capture;
+  fit->warnings.insert(fit->warnings.begin(), samples.warnings.begin(), samples.warnings.end());
   return fit;
 }
 

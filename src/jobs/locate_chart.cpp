@@ -1,5 +1,8 @@
 #include "greycard/jobs/locate_chart.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -31,12 +34,18 @@ LocatedChart fromFile(const Picture& picture, const std::filesystem::path& path,
   return chart;
 }
 
+bool isGiven(const LocateOptions& options) {
+  return options.corners || !options.regions.empty();
+}
+
 LocatedChart chartOf(const Picture& picture, const LocateOptions& options) {
-  const DetectOptions detect{.methods = options.method,
-                             .levels = sampleLevels(picture, options.samples)};
   if (options.corners && !options.regions.empty())
     throw std::invalid_argument(
         "the chart's place comes from a region file or from corners, not from both");
+  if (options.within && isGiven(options))
+    throw std::invalid_argument(
+        "a part of the picture to look in is of no use where the chart's place is given");
+  const DetectOptions detect = detectOptions(picture, options);
   if (!options.regions.empty()) return fromFile(picture, options.regions, detect);
   if (options.corners)
     return fromDetection(placeChart(picture, {*options.corners, options.cornersOf}, detect));
@@ -68,6 +77,12 @@ SampleLevels sampleLevels(const Picture& picture, const SampleMeaning& meaning) 
   if (!(levels.whiteLevel > levels.blackLevel))
     throw std::invalid_argument("the white level must be above the black level");
   return levels;
+}
+
+DetectOptions detectOptions(const Picture& picture, const LocateOptions& options) {
+  return {.methods = options.method,
+          .regionOfInterest = options.within,
+          .levels = sampleLevels(picture, options.samples)};
 }
 
 PatchQuads LocatedChart::sampled() const {
@@ -121,6 +136,29 @@ LocatedChart locateChart(const Picture& picture, const LocateOptions& options,
   ChartSearch search = searchChart(picture, options, photo);
   search.require();
   return std::move(search.chart);
+}
+
+FoundCharts searchCharts(const Photograph& photograph, LocateOptions options) {
+  if (isGiven(options))
+    throw std::invalid_argument("all charts are looked for; corners and regions are of no use");
+  options.samples = photograph.samples;
+  const Picture& picture = photograph.picture;
+  return {photograph.file, picture.width, picture.height,
+          MCCDetector().detectAll(picture, detectOptions(picture, options)), photograph.capture};
+}
+
+PatchRegion surroundings(const ChartDetection& chart) {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  Point2 least{kLargest, kLargest}, most{-kLargest, -kLargest};
+  for (const PatchQuad& patch : chart.placement.patches)
+    for (const Point2& corner : patch) {
+      least = {std::min(least.x, corner.x), std::min(least.y, corner.y)};
+      most = {std::max(most.x, corner.x), std::max(most.y, corner.y)};
+    }
+  const double margin = 0.5 * chart.placement.pitch;
+  const double left = std::floor(std::max(0.0, least.x - margin));
+  const double top = std::floor(std::max(0.0, least.y - margin));
+  return {left, top, std::ceil(most.x + margin) - left, std::ceil(most.y + margin) - top};
 }
 
 std::string patchList(const std::vector<int>& patches) {

@@ -1,6 +1,8 @@
 #include "sample_chart.h"
 
 #include "greycard/chart_regions.h"
+#include "greycard/errors.h"
+#include "greycard/files.h"
 #include "greycard/number_text.h"
 
 namespace greycard {
@@ -19,6 +21,30 @@ QuadSampling sampleChart(MacbethChartData& data, const Picture& picture, const L
   seen.deviation = data.m_Noise;
   seen.report = report;
   return seen;
+}
+
+ChartSamples sampleChart(const Picture& picture, const LocatedChart& chart,
+                         const SampleLevels& levels, const std::filesystem::path& photo) {
+  MacbethChartData data;
+  const QuadSampling seen = sampleChart(data, picture, chart, levels);
+  return {photo,        chart,       levels,          data.m_RGB,
+          data.m_Noise, seen.median, seen.unevenness, seen.report};
+}
+
+void requireColours(const Picture& picture, const std::filesystem::path& photo) {
+  if (picture.channels == 1)
+    throw JobError((photo.empty() ? "this" : quoted(photo)) +
+                   " is a grey picture, which holds no colours to fit; give one in colour");
+}
+
+ChartSamples sampleChart(const Photograph& photograph, const LocatedChart& chart) {
+  const Picture& picture = photograph.picture;
+  requireColours(picture, photograph.file);
+  ChartSamples samples =
+      sampleChart(picture, chart, sampleLevels(picture, photograph.samples), photograph.file);
+  samples.capture = photograph.capture;
+  samples.warnings = photograph.warnings;
+  return samples;
 }
 
 std::string greyRowWarning(const NeutralRow& row, SampleEncoding encoding) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
+#include "greycard/jobs/chart_samples.h"
 #include "greycard/jobs/locate_chart.h"
 #include "greycard/macbeth_chart_data.h"
 #include "greycard/neutral_row.h"
@@ -15,6 +17,13 @@ namespace greycard {
 /// \throws as these, the data untouched
 QuadSampling sampleChart(MacbethChartData& data, const Picture& picture, const LocatedChart& chart,
                          const SampleLevels& levels);
+
+/// Likewise of a picture. \param photo  names it in the result
+ChartSamples sampleChart(const Picture& picture, const LocatedChart& chart,
+                         const SampleLevels& levels, const std::filesystem::path& photo);
+
+/// \throws JobError for a grey picture, whose colours nothing can be fitted to
+void requireColours(const Picture& picture, const std::filesystem::path& photo);
 
 /// A sentence where the grey row is more than 3 L* off (neutralRow), with the way of sampling that
 /// would mend it; else an empty text.

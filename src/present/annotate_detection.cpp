@@ -68,6 +68,13 @@ Picture annotatePatches(const Picture& picture, const PatchQuads& patches,
   return pictureOf(canvas);
 }
 
+Picture annotateDetections(const Picture& picture, const std::vector<ChartDetection>& charts) {
+  cv::Mat canvas = canvasOf(picture);
+  for (const ChartDetection& chart : charts)
+    drawPatches(canvas, chart.placement.patches, chart.placement.outliers, kWhite);
+  return pictureOf(canvas);
+}
+
 Picture annotateDetection(const Picture& picture, const ChartDetection& detection) {
   if (detection.found())
     return annotatePatches(picture, detection.placement.patches, detection.placement.outliers);

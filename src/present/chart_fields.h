@@ -12,6 +12,7 @@
 #include "greycard/jobs/fit_chart.h"
 #include "greycard/jobs/locate_chart.h"
 #include "greycard/macbeth_chart_data.h"
+#include "light_names.h"
 
 namespace greycard::present {
 
@@ -60,24 +61,6 @@ struct EnumNames<ChartRefusal> {
 };
 
 template <>
-struct EnumNames<Illum> {
-  static constexpr const char* kKind = "light";
-  static constexpr std::array kNames{std::pair{illum_A, "A"},
-                                     std::pair{illum_D65, "D65"},
-                                     std::pair{illum_TL84, "TL84"},
-                                     std::pair{illum_Outdoor, "Outdoor"},
-                                     std::pair{illum_Lowlight, "Lowlight"},
-                                     std::pair{illum_LED, "LED"},
-                                     std::pair{illum_Strobe, "Strobe"},
-                                     std::pair{illum_D50, "D50"},
-                                     std::pair{illum_Horizon, "Horizon"},
-                                     std::pair{illum_CoolWhite, "CoolWhite"},
-                                     std::pair{illum_D75, "D75"},
-                                     std::pair{illum_LED1, "LED1"},
-                                     std::pair{illum_LED2, "LED2"}};
-};
-
-template <>
 struct EnumNames<FitExposure> {
   static constexpr const char* kKind = "exposure";
   static constexpr auto kNames = namesInOrder<FitExposure>(kFitExposureNames);
@@ -98,6 +81,7 @@ void describe(auto& fields, Like<LocateOptions> auto& options) {
   fields.optional("corners", options.corners);
   fields("corners_of", options.cornersOf);
   fields("method", options.method);
+  fields.optional("within", options.within);
   fields("sampled_share", options.sampledShare);
   fields("force", options.force);
 }
@@ -137,6 +121,7 @@ void describe(auto& fields, Like<ChartDetection> auto& detection) {
     fields("centres", detection.points);
     fields("regions", detection.regions);
     fields("placement", detection.placement);
+    fields.derived("surroundings", surroundings(detection));
   } else {
     fields("candidate", detection.candidate);
     fields("candidate_regions", detection.candidateRegions);
@@ -167,6 +152,14 @@ void describe(auto& fields, Like<ChartSearch> auto& search) {
   fields("refused_because", search.refusal);
   fields.optional("capture", search.capture);
   describe(fields, search.chart);
+}
+
+void describe(auto& fields, Like<FoundCharts> auto& found) {
+  fields("photo", found.photo);
+  fields("width", found.width);
+  fields("height", found.height);
+  fields.optional("capture", found.capture);
+  fields("charts", found.charts);
 }
 
 void describe(auto& fields, Like<ChartFitOptions> auto& options) {

@@ -24,6 +24,12 @@ std::string toJson(const ChartSearch& search) {
 void fromJson(std::string_view text, ChartSearch& search) {
   readFresh(text, search);
 }
+std::string toJson(const FoundCharts& found) {
+  return documentOf(found);
+}
+void fromJson(std::string_view text, FoundCharts& found) {
+  readFresh(text, found);
+}
 
 std::string toJson(const ChartFitOptions& options) {
   return documentOf(options);

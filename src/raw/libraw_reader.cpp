@@ -203,6 +203,8 @@ RawCapture capture(Open open, std::uint64_t fileBytes, const std::string& name,
   if (raw->error_count() > 0) refuseUnless(LIBRAW_DATA_ERROR, name);
   RawCapture result;
   result.info = infoOf(*raw);
+  if (const unsigned frames = raw->imgdata.idata.raw_count; frames > 1)
+    result.furtherFrames = frames - 1;
   result.picture = pictureOf(*raw, options, result.info, name);
   result.picture = oriented(std::move(result.picture), result.info.orientation);
   return result;

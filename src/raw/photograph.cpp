@@ -14,6 +14,14 @@
 namespace greycard {
 namespace {
 
+void warnOfFurther(Photograph& photograph, std::size_t further, const char* one,
+                   const char* several) {
+  if (further > 0)
+    photograph.warnings.push_back(quoted(photograph.file) + " holds " + std::to_string(further) +
+                                  " further " + (further == 1 ? one : several) +
+                                  "; its first alone was read");
+}
+
 Photograph ofRaw(RawCapture capture, const std::filesystem::path& file,
                  const PhotographOptions& options) {
   Photograph photograph;
@@ -22,6 +30,7 @@ Photograph ofRaw(RawCapture capture, const std::filesystem::path& file,
   photograph.format = capture.info.format;
   photograph.samples.encoding = options.samples.encoding.value_or(SampleEncoding::linear);
   photograph.capture = std::move(capture.info);
+  warnOfFurther(photograph, capture.furtherFrames, "raw frame", "raw frames");
   return photograph;
 }
 
@@ -32,11 +41,8 @@ Photograph ofPicture(std::string_view bytes, const FileStructure& structure,
   photograph.file = file;
   if (const auto format = imageFormat(bytes)) photograph.format = imageFormatName(*format);
   photograph.samples = options.samples;
-  const std::size_t further = structure.furtherPictures;
-  if (further > 0)
-    photograph.warnings.push_back(quoted(file) + " holds " + std::to_string(further) + " further " +
-                                  (further == 1 ? "page or sub-picture" : "pages or sub-pictures") +
-                                  "; its first page alone was read");
+  warnOfFurther(photograph, structure.furtherPictures, "page or sub-picture",
+                "pages or sub-pictures");
   return photograph;
 }
 

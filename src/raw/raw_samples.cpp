@@ -132,14 +132,19 @@ Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
     lineRows.emplace_back(levels, y, std::size_t{2}, base, channel);
   }
 
-  Picture picture(samples.width / 2, samples.height / 2, 3, 16);
-  const auto rowSamples = 3 * static_cast<std::size_t>(picture.width);
+  // Filled row by row, so that its memory is written once.
+  Picture picture;
+  picture.width = samples.width / 2;
+  picture.height = samples.height / 2;
+  picture.bits = 16;
+  std::vector<std::uint16_t> pixels(3 * static_cast<std::size_t>(picture.width));
+  picture.samples.reserve(pixels.size() * static_cast<std::size_t>(picture.height));
   for (std::size_t y = 0; y < static_cast<std::size_t>(picture.height); ++y) {
     const std::uint16_t* codes = samples.first + 2 * y * samples.stride;
     const LineRow &upper = lineRows[2 * y % lineRows.size()],
                   &lower = lineRows[(2 * y + 1) % lineRows.size()];
-    binRow({{codes, codes + samples.stride}, {&upper, &lower}}, places,
-           std::span(picture.samples.data() + y * rowSamples, rowSamples));
+    binRow({{codes, codes + samples.stride}, {&upper, &lower}}, places, pixels);
+    picture.samples.insert(picture.samples.end(), pixels.begin(), pixels.end());
   }
   return picture;
 }

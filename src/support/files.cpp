@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
@@ -18,12 +19,21 @@ std::string reason() {
   return std::generic_category().message(errno);
 }
 
+// Of this machine, among those that share a file system; without what a file name can't hold.
+std::string hostName() {
+  char name[256] = "";
+  if (::gethostname(name, sizeof name - 1) != 0) return "host";
+  std::string host(name);
+  std::ranges::replace(host, '/', '_');
+  return host.substr(0, 64);
+}
+
 // Beside the target, so that the rename stays within one file system; unique among the threads of
-// this process and the processes of this machine.
+// this process, the processes of this machine and the machines that share the file system.
 std::filesystem::path temporaryBeside(const std::filesystem::path& path) {
   static std::atomic<unsigned> counter{0};
-  return path.parent_path() /
-         (".greycard-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
+  return path.parent_path() / (".greycard-" + hostName() + "-" + std::to_string(::getpid()) + "-" +
+                               std::to_string(++counter));
 }
 
 // What a link leads to in the end, whether or not it is there.

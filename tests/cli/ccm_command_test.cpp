@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -69,6 +70,33 @@ TEST_F(ChartCommands, TheCorrectedPhotographHasTheCorrectedColours) {
   EXPECT_THAT(report, HasSubstr("data:image/jpeg;base64,"));
   for (const char* outside : {"<script", "<link", "src=\"http", "url("})
     EXPECT_THAT(report, Not(HasSubstr(outside)));
+}
+
+TEST_F(ChartCommands, OneOfSeveralChartsCanBeChosen) {
+  run({"simulate", "-o", "a.ppm", "--light", "A", "--size", "400x300"});
+  run({"simulate", "-o", "b.ppm", "--light", "D65", "--size", "400x300", "--rotate", "90"});
+  const std::size_t row = 3 * 400, pixels = row * 300;
+  const std::string a = read("a.ppm"), b = read("b.ppm");
+  std::string both = "P6 800 300 255\n";
+  for (std::size_t y = 0; y < 300; ++y)
+    for (const std::string& side : {a, b}) both += side.substr(side.size() - pixels + y * row, row);
+  write("both.ppm", both);
+
+  const json charts = json::parse(run({"chart", "both.ppm", "--all", "--json", "-"}).out)["charts"];
+  ASSERT_EQ(charts.size(), 2U);
+  for (const json& chart : charts) {
+    const auto part = chart["surroundings"].get<std::array<double, 4>>();
+    std::string within;
+    for (const double number : part) within += std::to_string(std::lround(number)) + ",";
+    within.pop_back();
+    const bool left = part[0] < 300.0;
+    const json chosen = fit("both.ppm", {"--within", within, "--light", left ? "A" : "D65"});
+    const json alone = fit(left ? "a.ppm" : "b.ppm", {"--light", left ? "A" : "D65"});
+    EXPECT_NEAR(chosen["white_balance_gains"][2], alone["white_balance_gains"][2].get<double>(),
+                0.01);
+  }
+  EXPECT_THAT(run({"chart", "both.ppm", "--all"}).out,
+              AllOf(HasSubstr("2 charts found"), HasSubstr("--within ")));
 }
 
 // The second grey is at its reference after white balance; the stated gain leaves it lighter.
@@ -211,6 +239,9 @@ TEST_F(ChartCommands, BadInputGetsOneSentence) {
        2,
        "\"x,7\" is not a place"},
       {{"evaluate", "far.png", "--corners", "1,2", "3,4", "5,6"}, 2, "--corners"},
+      {{"evaluate", "chart.png", "--within", "1,2,3"}, 2, "is not a part of a photograph"},
+      {{"evaluate", "chart.png", "--within", "9999,0,9,9"}, 1, "region of interest"},
+      {{"chart", "far.png", "--all"}, 1, "no chart found"},
       {{"chart", "far.png", "--corners", "9,2", "3,4", "5,6", "4,8"},
        1,
        "list them round the chart"},

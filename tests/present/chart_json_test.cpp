@@ -35,6 +35,18 @@ TEST(ChartJson, RefusedSearchesReadBack) {
   EXPECT_THROW(roundTrip(refused).require(), NoChart);
 }
 
+TEST(ChartJson, AllChartsReadBack) {
+  Photograph photograph;
+  photograph.picture = chartPicture();
+  const FoundCharts found = searchCharts(photograph);
+  ASSERT_EQ(found.charts.size(), 1U);
+  const PatchRegion part = surroundings(roundTrip(found).charts[0]);
+  EXPECT_EQ(part, surroundings(found.charts[0]));
+  LocateOptions options;
+  options.within = part;
+  EXPECT_EQ(searchCharts(photograph, options).charts.size(), 1U);
+}
+
 TEST(ChartJson, WhatIsNotFiniteIsNullAndReadsBackAsNotANumber) {
   ChartEvaluation evaluation;
   evaluation.measuredRgb[2][1] = std::numeric_limits<double>::infinity();

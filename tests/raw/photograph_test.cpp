@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
 
@@ -56,6 +57,20 @@ TEST_F(RawTest, APreviewIsNeverTakenForThePicture) {
   bytes.replace(at, reduced.size(), reduced);
   writeWholeFile(folder / "preview.tif", bytes);
   EXPECT_THAT(refusalOf([&] { readPhotograph(folder / "preview.tif"); }), HasSubstr("preview"));
+}
+
+TEST_F(RawTest, FurtherFramesAreTold) {
+  writeDng(folder / "two.dng", randomCodes(32, 24, 3, 16383), {});
+  std::string bytes = readWholeFile(folder / "two.dng");
+  std::uint32_t first = 0;
+  std::memcpy(&first, bytes.data() + 4, 4);
+  const std::size_t entries = static_cast<unsigned char>(bytes[first]);
+  const auto second = static_cast<std::uint32_t>(bytes.size());
+  bytes += bytes.substr(first, 2 + 12 * entries) + std::string(4, '\0');
+  std::memcpy(bytes.data() + first + 2 + 12 * entries, &second, 4);
+  writeWholeFile(folder / "two.dng", bytes);
+  EXPECT_THAT(readPhotograph(folder / "two.dng").warnings,
+              ElementsAre(HasSubstr("two.dng\" holds 1 further raw frame; its first")));
 }
 
 struct DumpCase {

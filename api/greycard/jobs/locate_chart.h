@@ -30,11 +30,17 @@ struct LocateOptions {
   std::optional<std::array<Point2, 4>> corners;
   CornerKind cornersOf = CornerKind::PatchField;
   SearchMethods method = SearchMethods::Both;
+  /// The part of the picture in which to look, in pixels, for one chart of several.
+  std::optional<PatchRegion> within{};
   /// Of each patch's side, the part in the middle that is sampled, above 0 and up to 1. Regions of
   /// the first form are sampled whole.
   double sampledShare = 0.5;
   bool force = false;  ///< go on with a chart that is in doubt
 };
+
+/// What the search is asked by these options. \throws std::invalid_argument for levels without
+/// meaning
+GREYCARD_EXPORT DetectOptions detectOptions(const Picture& picture, const LocateOptions& options);
 
 /// The chart in a picture, found or given.
 struct GREYCARD_EXPORT LocatedChart {
@@ -76,7 +82,8 @@ class GREYCARD_EXPORT DoubtfulChart : public JobError {
 /// \param photo  names the picture in messages; may be empty
 /// \throws NoChart; DoubtfulChart, with all doubts, when the chart is in doubt and not forced;
 ///         std::invalid_argument for levels without meaning, corners that are not a chart's (see
-///         placeChart), or both corners and regions; FileError for the region file
+///         placeChart), more than one of corners, regions and a part to look in, and for a part
+///         that holds nothing of the picture; FileError for the region file
 GREYCARD_EXPORT LocatedChart locateChart(const Picture& picture, const LocateOptions& options = {},
                                          const std::filesystem::path& photo = {});
 
@@ -98,6 +105,21 @@ GREYCARD_EXPORT ChartSearch searchChart(const Picture& picture, const LocateOpti
 
 /// Likewise; the photograph tells what its samples mean.
 GREYCARD_EXPORT ChartSearch searchChart(const Photograph& photograph, LocateOptions options = {});
+
+/// Every chart in a photograph, surest first: what `greycard chart --all` tells.
+struct FoundCharts {
+  std::filesystem::path photo;
+  int width = 0, height = 0;  ///< of the photograph, in pixels
+  std::vector<ChartDetection> charts;
+  std::optional<CaptureInfo> capture{};  ///< of a raw photograph
+};
+
+/// \throws std::invalid_argument as locateChart, and for corners or regions
+GREYCARD_EXPORT FoundCharts searchCharts(const Photograph& photograph, LocateOptions options = {});
+
+/// A part of the picture that holds the chart and half a patch around it, for
+/// LocateOptions::within. \param chart  one that was found
+GREYCARD_EXPORT PatchRegion surroundings(const ChartDetection& chart);
 
 /// As in "19 (white 9 5), 20 (neutral 8)". \param patches  0-based
 GREYCARD_EXPORT std::string patchList(const std::vector<int>& patches);

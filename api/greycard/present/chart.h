@@ -26,6 +26,8 @@ GREYCARD_PRESENT_EXPORT std::string toJson(const LocateOptions& options);
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, LocateOptions& options);
 GREYCARD_PRESENT_EXPORT std::string toJson(const ChartSearch& search);
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, ChartSearch& search);
+GREYCARD_PRESENT_EXPORT std::string toJson(const FoundCharts& found);
+GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, FoundCharts& found);
 
 GREYCARD_PRESENT_EXPORT std::string toJson(const ChartFitOptions& options);
 GREYCARD_PRESENT_EXPORT void fromJson(std::string_view text, ChartFitOptions& options);
@@ -56,6 +58,9 @@ GREYCARD_PRESENT_EXPORT Picture annotatePatches(const Picture& picture, const Pa
 /// and the grid that came nearest to a chart in red.
 GREYCARD_PRESENT_EXPORT Picture annotateDetection(const Picture& picture,
                                                   const ChartDetection& detection);
+/// Likewise all charts that were found.
+GREYCARD_PRESENT_EXPORT Picture annotateDetections(const Picture& picture,
+                                                   const std::vector<ChartDetection>& charts);
 
 // Pages for people: self-contained, no script, nothing fetched from anywhere; for light and dark
 // screens, and for paper.

@@ -2,6 +2,7 @@
 /// \file
 /// \ingroup own
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 
@@ -19,6 +20,7 @@ struct RawOptions {
 struct RawCapture {
   Picture picture;
   CaptureInfo info;
+  std::size_t furtherFrames = 0;  ///< raw pictures in the file that were not read
 };
 
 /// Whether this library was built with raw input.

@@ -44,6 +44,28 @@ std::string placeOf(std::string_view text, std::size_t byte) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
+// Whatever walks through a document calls itself for each level of it.
+bool nestsDeeperThan(std::string_view text, int most) {
+  int depth = 0;
+  bool inText = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inText) {
+      if (c == '\\')
+        ++i;
+      else
+        inText = c != '"';
+    } else if (c == '"') {
+      inText = true;
+    } else if (c == '{' || c == '[') {
+      if (++depth > most) return true;
+    } else if (c == '}' || c == ']') {
+      --depth;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string jsonText(const Json& json) {
@@ -54,6 +76,10 @@ std::string jsonText(const Json& json) {
 
 Json parsedJson(std::string_view text) {
   if (text.empty()) throw std::invalid_argument("the file is empty");
+  constexpr int kDeepest = 64;
+  if (nestsDeeperThan(text, kDeepest))
+    throw std::invalid_argument("it holds lists or objects in more than " +
+                                std::to_string(kDeepest) + " levels");
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {

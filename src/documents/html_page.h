@@ -13,6 +13,10 @@ namespace greycard::present {
 /// The text with the characters that mean something in HTML replaced.
 std::string htmlEscape(std::string_view text);
 
+/// The picture as an address that is the picture itself (JPEG, RFC 2397).
+/// \param picture  of 8 bits
+std::string jpegAddress(const Picture& picture);
+
 /// An <img> that carries its pixels with it (JPEG in a data address).
 /// \param picture  of 8 bits
 std::string htmlPhotograph(const Picture& picture, std::string_view description);

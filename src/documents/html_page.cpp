@@ -134,10 +134,14 @@ std::string htmlEscape(std::string_view text) {
   return escaped;
 }
 
+std::string jpegAddress(const Picture& picture) {
+  return "data:image/jpeg;base64," + base64(encodeJpeg(picture));
+}
+
 std::string htmlPhotograph(const Picture& picture, std::string_view description) {
   return "<img alt=\"" + htmlEscape(description) + "\" width=\"" + std::to_string(picture.width) +
-         "\" height=\"" + std::to_string(picture.height) + "\" src=\"data:image/jpeg;base64," +
-         base64(encodeJpeg(picture)) + "\">\n";
+         "\" height=\"" + std::to_string(picture.height) + "\" src=\"" + jpegAddress(picture) +
+         "\">\n";
 }
 
 std::string htmlTable(const std::vector<std::vector<std::string>>& rows) {
