@@ -48,6 +48,7 @@ def type_of(text: str, given: bool) -> str:
     text = text.replace("numpy.typing.ArrayLike", "npt.ArrayLike")
     array = "npt.ArrayLike" if given else r"npt.NDArray[\1]"
     text = re.sub(r"numpy\.ndarray\[([\w.]+)\]", array, text)
+    text = re.sub(r"numpy\.ndarray\b", "npt.NDArray[np.generic]", text)
     text = text.replace("[bool]", "[np.bool_]") if "NDArray" in text else text
     text = text.replace("numpy.", "np.")
     text = re.sub(r"\b(object|handle|kwargs|args)\b", "Any", text)
