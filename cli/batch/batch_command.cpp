@@ -85,11 +85,10 @@ void run(BatchOptions& options) {
   const batch::FileList list = batch::photographsOf(options.inputs);
   const batch::Folder folder(
       options.folder, options.resume ? batch::Folder::Start::resume : batch::Folder::Start::fresh);
-  const std::size_t doneBefore =
-      doAll({list.files, settings, options.folder, options.resume, options.jobs});
-  const batch::Overview overview = folder.finish(list.files, settings);
+  CrewWork work = doAll({list.files, settings, options.folder, options.resume, options.jobs});
+  const batch::Overview overview = folder.finish(std::move(work.results), settings);
   options.writeJson(batch::toJson(overview.summary));
-  if (options.printsText()) print(options, list, overview, doneBefore);
+  if (options.printsText()) print(options, list, overview, work.doneBefore);
   const auto& failures = overview.summary.failures;
   if (failures.empty()) return;
   endJob(options);

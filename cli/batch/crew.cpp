@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "greycard/batch/folder.h"
-#include "greycard/batch/result.h"
 #include "greycard/errors.h"
 #include "greycard/number_text.h"
 #include "progress_bar.h"
@@ -62,9 +61,9 @@ std::string durationText(double seconds) {
 
 class Crew {
  public:
-  explicit Crew(const CrewTask& task) : m_task(task) {}
+  explicit Crew(const CrewTask& task) : m_task(task) { m_work.results.resize(size()); }
 
-  std::size_t work() {
+  CrewWork work() {
     const EndSignals signals;
     std::vector<std::jthread> threads;
     m_atWork = std::clamp<std::size_t>(m_task.threads, 1, std::max<std::size_t>(1, size()));
@@ -76,7 +75,7 @@ class Crew {
       throw JobError("interrupted with " + std::to_string(m_done) + " of " +
                      std::to_string(size()) +
                      " photographs done; the same command with --resume goes on from there");
-    return m_skipped;
+    return std::move(m_work);
   }
 
  private:
@@ -85,7 +84,7 @@ class Crew {
 
   void takeTurns() {
     try {
-      for (std::size_t i = m_next++; i < size() && goesOn(); i = m_next++) doOne(m_task.files[i]);
+      for (std::size_t i = m_next++; i < size() && goesOn(); i = m_next++) doOne(i);
     } catch (...) {
       const std::scoped_lock lock(m_mutex);
       m_failure = std::current_exception();
@@ -96,18 +95,23 @@ class Crew {
     m_changed.notify_one();
   }
 
-  void doOne(const batch::File& file) {
+  void doOne(std::size_t i) {
+    const batch::File& file = m_task.files[i];
     const auto place = batch::resultFile(m_task.folder, file);
-    const bool skips = m_task.resume && batch::isDone(place, file, m_task.settings);
-    if (!skips) {
-      const auto result =
-          batch::doPhotograph(file, m_task.settings, [this](double) { return goesOn(); });
+    auto result = m_task.resume ? batch::doneResult(place, file, m_task.settings) : std::nullopt;
+    const bool wasDone = result.has_value();
+    if (!wasDone) {
+      result = batch::doPhotograph(file, m_task.settings, [this](double) { return goesOn(); });
       if (!result) return;
       batch::writeResult(place, *result);
+      // As a later run reads it: a name that is no UTF-8 is written otherwise than it is.
+      result = batch::readResult(place);
     }
+    result->options = result->result = {};
     const std::scoped_lock lock(m_mutex);
+    m_work.results[i] = std::move(*result);
     ++m_done;
-    if (skips) ++m_skipped;
+    if (wasDone) ++m_work.doneBefore;
   }
 
   // Until all threads are through.
@@ -125,7 +129,7 @@ class Crew {
   // "12 of 64, 3.1 per second, 17 s left"; what was done already is no pace.
   std::string paceText(double seconds) const {
     std::string text = std::to_string(m_done) + " of " + std::to_string(size());
-    const auto worked = static_cast<double>(m_done - m_skipped);
+    const auto worked = static_cast<double>(m_done - m_work.doneBefore);
     if (worked < 1.0 || seconds <= 0.0) return text;
     const double perSecond = worked / seconds;
     text += perSecond < 1.0 ? ", " + general(60.0 * perSecond, 2) + " per minute"
@@ -140,13 +144,14 @@ class Crew {
   std::atomic<bool> m_stops{false};
   std::mutex m_mutex;  // of all that follows
   std::condition_variable m_changed;
-  std::size_t m_atWork = 0, m_done = 0, m_skipped = 0;
+  std::size_t m_atWork = 0, m_done = 0;
+  CrewWork m_work;
   std::exception_ptr m_failure;
 };
 
 }  // namespace
 
-std::size_t doAll(const CrewTask& task) {
+CrewWork doAll(const CrewTask& task) {
   return Crew(task).work();
 }
 

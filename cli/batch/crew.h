@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <filesystem>
 #include <span>
+#include <vector>
 
 #include "greycard/batch/files.h"
+#include "greycard/batch/result.h"
 #include "greycard/batch/settings.h"
 
 namespace greycard::cli {
@@ -18,12 +20,16 @@ struct CrewTask {
   std::size_t threads = 1;
 };
 
+struct CrewWork {
+  std::vector<batch::Result> results;  ///< of all photographs in their order, without long texts
+  std::size_t doneBefore = 0;          ///< how many of them were there already
+};
+
 /// Does the photographs, each thread one after another, and writes their results; shows how far it
 /// is on a terminal. What it writes is the same for any number of threads.
 ///
-/// \return how many photographs were done already
 /// \throws JobError when a signal to end came: what was begun then is left undone; and what
 ///         writeResult and resolved throw
-std::size_t doAll(const CrewTask& task);
+CrewWork doAll(const CrewTask& task);
 
 }  // namespace greycard::cli

@@ -15,10 +15,6 @@
 namespace greycard::batch {
 namespace {
 
-struct FreeState {
-  void operator()(XXH3_state_t* state) const { XXH3_freeState(state); }
-};
-
 struct CloseStream {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -30,7 +26,10 @@ struct CloseStream {
 }  // namespace
 
 struct Hash::State {
-  std::unique_ptr<XXH3_state_t, FreeState> state{XXH3_createState()};
+  struct Free {
+    void operator()(XXH3_state_t* state) const { XXH3_freeState(state); }
+  };
+  std::unique_ptr<XXH3_state_t, Free> state{XXH3_createState()};
 };
 
 Hash::Hash() : m_state(std::make_unique<State>()) {

@@ -16,21 +16,25 @@
 namespace greycard::batch {
 namespace {
 
-constexpr int kThumbnailSide = 320;
+// Patches are drawn into a larger picture, so that their outlines and numbers leave room for
+// colour.
+constexpr int kThumbnailSide = 320, kDrawnSide = 2 * kThumbnailSide;
 
 // The photograph as it is, small, with the patches of a chart that there is.
 std::string thumbnailOf(const Photograph& photograph, const LocatedChart* chart) {
   constexpr Matrix3 kUnchanged{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
   const Picture& whole = photograph.picture;
-  const Picture small = shrinkPicture(whole, kThumbnailSide);
-  const Picture shown =
+  const Picture small = shrinkPicture(whole, kDrawnSide);
+  Picture shown =
       correctPicture(small, sampleLevels(small, photograph.samples), {1.0, 1.0, 1.0}, kUnchanged);
-  if (chart == nullptr) return present::jpegAddress(shown);
-  const double scale = static_cast<double>(shown.width) / whole.width;
-  PatchQuads patches = chart->patches;
-  for (PatchQuad& patch : patches)
-    for (Point2& corner : patch) corner = {corner.x * scale, corner.y * scale};
-  return present::jpegAddress(present::annotatePatches(shown, patches));
+  if (chart != nullptr) {
+    const double scale = static_cast<double>(shown.width) / whole.width;
+    PatchQuads patches = chart->patches;
+    for (PatchQuad& patch : patches)
+      for (Point2& corner : patch) corner = {corner.x * scale, corner.y * scale};
+    shown = present::annotatePatches(shown, patches);
+  }
+  return present::jpegAddress(shrinkPicture(shown, kThumbnailSide));
 }
 
 void take(const auto& outcome, const Photograph& photograph, Result& result) {

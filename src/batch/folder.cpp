@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "greycard/errors.h"
@@ -115,18 +116,23 @@ Folder::Folder(Folder&&) noexcept = default;
 Folder& Folder::operator=(Folder&&) noexcept = default;
 
 Overview Folder::finish(std::span<const File> files, const Settings& settings) const {
-  Overview overview;
-  std::vector<Result>& results = overview.results;
+  std::vector<Result> results;
   results.reserve(files.size());
   for (const File& file : files) {
     results.push_back(readResult(resultFile(m_folder, file)));
     // The long texts, of which there may be thousands.
     results.back().options = results.back().result = {};
   }
-  overview.summary = summaryOf(results, settings);
-  writeWholeFile(m_folder / kTable, resultsCsv(results));
+  return finish(std::move(results), settings);
+}
+
+Overview Folder::finish(std::vector<Result> results, const Settings& settings) const {
+  Overview overview{std::move(results), {}};
+  overview.summary = summaryOf(overview.results, settings);
+  writeWholeFile(m_folder / kTable, resultsCsv(overview.results));
   writeWholeFile(m_folder / kSummary, toJson(overview.summary));
-  writeWholeFile(m_folder / kPage, indexPage(results, overview.summary));
+  writeWholeFile(m_folder / kPage, indexPage(overview.results, overview.summary));
+  for (Result& result : overview.results) result.options = result.result = {};
   return overview;
 }
 

@@ -51,9 +51,10 @@ std::string warnings(const Result& result, const Summary& summary) {
   for (const LightSummary& light : summary.lights)
     for (const OutsideFit& fit : light.outside)
       if (fit.photo == result.photo)
-        text += "<strong>lies outside the other fits under " + std::string(illumName(light.light)) +
-                "</strong><br>";
-  for (const std::string& warning : result.figures.warnings) text += plain(warning) + "<br>";
+        text += "<p><strong>lies outside the other fits under " +
+                std::string(illumName(light.light)) + "</strong></p>";
+  for (const std::string& warning : result.figures.warnings)
+    text += "<p>" + plain(warning) + "</p>";
   return prose(text);
 }
 

@@ -69,18 +69,23 @@ Result readResult(const std::filesystem::path& file) {
   return result;
 }
 
-bool isDone(const std::filesystem::path& resultFile, const File& file, const Settings& settings) {
+std::optional<Result> doneResult(const std::filesystem::path& resultFile, const File& file,
+                                 const Settings& settings) {
   const JobOptions options = jobOptions(settings, file.photo);
   try {
-    const Result result = readResult(resultFile);
-    return result.version == libraryVersion() && !result.contentHash.empty() &&
-           result.settingsHash == hashOf(options, settings.job, file.photo) &&
-           result.contentHash == contentHash(file.photo);
-  } catch (const FileError&) {
-    return false;
+    Result result = readResult(resultFile);
+    if (result.version == libraryVersion() && !result.contentHash.empty() &&
+        result.settingsHash == hashOf(options, settings.job, file.photo) &&
+        result.contentHash == contentHash(file.photo))
+      return result;
+  } catch (const FileError&) {  // neither there nor whole: to be done
   } catch (const JobError&) {
-    return false;
   }
+  return std::nullopt;
+}
+
+bool isDone(const std::filesystem::path& resultFile, const File& file, const Settings& settings) {
+  return doneResult(resultFile, file, settings).has_value();
 }
 
 }  // namespace greycard::batch

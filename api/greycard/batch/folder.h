@@ -50,6 +50,8 @@ class GREYCARD_BATCH_EXPORT Folder {
   /// Results of other photographs in the folder count for nothing.
   /// \throws FileError and JobError for a photograph whose result isn't there
   Overview finish(std::span<const File> files, const Settings& settings) const;
+  /// Likewise from the results as readResult or doneResult gave them, in the photographs' order.
+  Overview finish(std::vector<Result> results, const Settings& settings) const;
 
  private:
   struct Lock;

@@ -71,9 +71,12 @@ GREYCARD_BATCH_EXPORT void writeResult(const std::filesystem::path& file, const 
 /// \throws FileError; JobError that names the file and what is wrong with it
 GREYCARD_BATCH_EXPORT Result readResult(const std::filesystem::path& file);
 
-/// Whether the file holds the result that doPhotograph would give: of the same photograph with the
-/// same content, with the same settings, by this version. False for whatever else stands there, and
-/// for a photograph that can't be read. \throws as resolved
+/// What the file holds, where that is the result that doPhotograph would give: of the same
+/// photograph with the same content, with the same settings, by this version. Empty for whatever
+/// else stands there, and for a photograph that can't be read. \throws as resolved
+GREYCARD_BATCH_EXPORT std::optional<Result> doneResult(const std::filesystem::path& resultFile,
+                                                       const File& file, const Settings& settings);
+/// Whether it is there.
 GREYCARD_BATCH_EXPORT bool isDone(const std::filesystem::path& resultFile, const File& file,
                                   const Settings& settings);
 
