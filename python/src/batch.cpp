@@ -103,6 +103,8 @@ void bindBatchResults(py::module_& m) {
         "Raises FileError, and JobError that names the file.");
   m.def("isDone", unlocked(&batch::isDone), py::arg("resultFile"), py::arg("file"),
         py::arg("settings"), "Whether the file holds the result that doPhotograph would give.");
+  m.def("doneResult", unlocked(&batch::doneResult), py::arg("resultFile"), py::arg("file"),
+        py::arg("settings"), "That result, or None.");
   m.def("resultFile", &batch::resultFile, py::arg("folder"), py::arg("file"),
         "Where the result of a photograph stands.");
 }
@@ -173,7 +175,17 @@ void bindBatchFolder(py::module_& m) {
           },
           py::arg("files"), py::arg("settings"),
           "Reads the results of all photographs and writes results.csv, summary.json and "
-          "index.html. Raises FileError and JobError for a result that isn't there.");
+          "index.html. Raises FileError and JobError for a result that isn't there.")
+      .def(
+          "finish",
+          [](const batch::Folder& self, const std::vector<batch::Result>& results,
+             const batch::Settings& settings) {
+            return withoutLock([&self, &results, settings] {
+              return self.finish(std::vector<batch::Result>(results), settings);
+            });
+          },
+          py::arg("results"), py::arg("settings"),
+          "Likewise from the results as readResult or doneResult gave them.");
 }
 
 template <typename T>

@@ -43,10 +43,7 @@ def folder(tmp_path_factory):
 @pytest.fixture(scope="module")
 def cluster():
     distributed = pytest.importorskip("distributed")
-    quick = {"distributed.scheduler.allowed-failures": 1, "distributed.comm.retry.count": 1}
-    import dask
-
-    with dask.config.set(quick), distributed.LocalCluster(
+    with distributed.LocalCluster(
         n_workers=2, threads_per_worker=1, dashboard_address=None, processes=True
     ) as local, distributed.Client(local, set_as_default=False) as client:
         yield client
@@ -94,7 +91,8 @@ def test_a_worker_that_dies_is_survived(folder, cluster):
     done = greycard.batch.run(
         "ccm", "photos", "spread", scheduler=cluster, settings=LIGHTS, progress=kill_one
     )
-    assert killed and same("spread", "expected")
+    assert killed and list(done.failures) == ["photos/broken_A_1.png"]
+    assert same("spread", "expected")
     assert len(done.photographs) == 9
 
 

@@ -22,6 +22,8 @@ LEFT_OUT = {
     "WhiteBalanceOptions.from": "from_, as from is a keyword",
     "WhiteBalanceMapping.from": "the same",
     "SkinSet.size": "a part of a type",
+    "Start.fresh": "of batch.Folder.Start",
+    "Start.resume": "the same",
 }
 # Namespaces of the library that are modules here.
 NAMESPACES = ("present", "exchange", "batch")
