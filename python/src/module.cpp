@@ -31,6 +31,10 @@ void completePickling(const py::module_& m) {
       },
       py::name("__reduce__"));
   for (const auto& [name, value] : py::dict(m.attr("__dict__"))) {
+    if (py::isinstance<py::module_>(value)) {
+      completePickling(py::reinterpret_borrow<py::module_>(value));
+      continue;
+    }
     const bool isBound = py::isinstance<py::type>(value) && !PyExceptionClass_Check(value.ptr());
     if (!isBound || value.attr("__dict__").contains("__reduce__")) continue;
     const py::object reduce = py::hasattr(value, "__members__") ? byNumber : refused;
