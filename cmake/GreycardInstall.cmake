@@ -53,3 +53,9 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/greycard.pc.in ${PROJECT_BINARY_DIR}/
 install(FILES ${PROJECT_BINARY_DIR}/greycardConfig.cmake
               ${PROJECT_BINARY_DIR}/greycardConfigVersion.cmake DESTINATION ${package_dir})
 install(FILES ${PROJECT_BINARY_DIR}/greycard.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# `cpack`: the same as an archive to unpack at the root, or a package.
+set(CPACK_GENERATOR TGZ)
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
+include(CPack)

@@ -1,7 +1,6 @@
 #include "arrays.h"
 
 #include <limits>
-#include <memory>
 #include <utility>
 
 namespace greycard::python {
@@ -39,16 +38,6 @@ std::string times(const Shape& shape) {
 
 std::string wantedText(const py::dtype& type, const Shape& shape) {
   return nameOf(type) + ", " + times(shape);
-}
-
-bool fits(const py::array& array, const Shape& shape) {
-  if (shape == Shape{kAnyShape}) return true;
-  if (array.ndim() != static_cast<py::ssize_t>(shape.size())) return false;
-  for (py::ssize_t axis = 0; axis < array.ndim(); ++axis) {
-    const py::ssize_t length = shape[static_cast<std::size_t>(axis)];
-    if (length != kAnyLength && array.shape(axis) != length) return false;
-  }
-  return true;
 }
 
 // Whether every whole number of the array lies within those of the wanted type.
@@ -113,6 +102,16 @@ constexpr const char* kPictureWanted =
 
 }  // namespace
 
+bool hasShape(const py::array& array, const Shape& shape) {
+  if (shape == Shape{kAnyShape}) return true;
+  if (array.ndim() != static_cast<py::ssize_t>(shape.size())) return false;
+  for (py::ssize_t axis = 0; axis < array.ndim(); ++axis) {
+    const py::ssize_t length = shape[static_cast<std::size_t>(axis)];
+    if (length != kAnyLength && array.shape(axis) != length) return false;
+  }
+  return true;
+}
+
 std::string described(py::handle given) {
   if (given.is_none()) return "None";
   if (!py::isinstance<py::array>(given))
@@ -141,7 +140,7 @@ py::array readNumbers(py::handle given, const std::string& noun, const py::dtype
   const bool empty = array.size() == 0;
   if (!empty && !kindFits(array.dtype().kind(), wanted.kind()))
     refuseType(array, noun, wantedText(wanted, shape));
-  if (!fits(array, shape)) refuseValue(array, noun, wantedText(wanted, shape));
+  if (!hasShape(array, shape)) refuseValue(array, noun, wantedText(wanted, shape));
   if (sameNumbers(array, wanted) && isContiguous(array) && isAligned(array)) return array;
 
   const bool whole = wanted.kind() == 'i' || wanted.kind() == 'u';
@@ -159,7 +158,7 @@ py::array changeNumbers(py::handle given, const std::string& noun, const py::dty
   if (!py::isinstance<py::array>(given)) refuseType(given, noun, "an array of " + text);
   auto array = py::reinterpret_borrow<py::array>(given);
   if (!sameNumbers(array, wanted)) refuseType(given, noun, text);
-  if (!fits(array, shape) || !isContiguous(array) || !isAligned(array) || !array.writeable())
+  if (!hasShape(array, shape) || !isContiguous(array) || !isAligned(array) || !array.writeable())
     refuseValue(given, noun, text);
   return array;
 }
@@ -191,6 +190,20 @@ Picture pictureFrom(py::handle given) {
   return picture;
 }
 
+const Picture* pictureBehind(py::handle given) {
+  if (!py::isinstance<py::array>(given)) return nullptr;
+  const auto array = py::reinterpret_borrow<py::array>(given);
+  py::object base = array.base();
+  if (base && py::isinstance<py::array>(base))
+    base = py::reinterpret_borrow<py::array>(base).base();  // of a view of the view
+  if (!base || !py::isinstance<Picture>(base)) return nullptr;
+  const auto& picture = base.cast<const Picture&>();
+  const bool whole = picture.bits == 16 && array.data() == picture.samples.data() &&
+                     sameNumbers(array, py::dtype::of<std::uint16_t>()) && isContiguous(array) &&
+                     hasShape(array, shapeOf(picture));
+  return whole ? &picture : nullptr;
+}
+
 py::array arrayOf(const Picture& picture, py::handle owner) {
   if (!isWellFormed(picture)) return py::array_t<std::uint16_t>(Shape{0, 0});
   if (picture.bits == 8) return eightBit(picture);
@@ -198,10 +211,8 @@ py::array arrayOf(const Picture& picture, py::handle owner) {
 }
 
 py::array arrayOf(Picture&& picture) {
-  auto kept = std::make_unique<Picture>(std::move(picture));
-  const Picture& samples = *kept;
-  const py::capsule owner(kept.release(), [](void* held) { delete static_cast<Picture*>(held); });
-  return arrayOf(samples, owner);
+  const py::object owner = py::cast(std::move(picture));
+  return arrayOf(owner.cast<const Picture&>(), owner);
 }
 
 }  // namespace greycard::python

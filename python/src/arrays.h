@@ -41,6 +41,9 @@ std::string described(py::handle given);
 [[noreturn]] void refuseType(py::handle given, const std::string& noun, const std::string& wanted);
 [[noreturn]] void refuseValue(py::handle given, const std::string& noun, const std::string& wanted);
 
+/// Whether the array's axes are as long as wanted.
+bool hasShape(const py::array& array, const Shape& shape);
+
 /// The numbers as a C-contiguous array of `wanted`, the same object where it is one already; whole
 /// numbers must fit. Floating-point numbers may come from whole ones, not the other way round.
 py::array readNumbers(py::handle given, const std::string& noun, const py::dtype& wanted,
@@ -52,6 +55,8 @@ py::array changeNumbers(py::handle given, const std::string& noun, const py::dty
 /// A picture from an array of uint8 or uint16, height x width or height x width x 3 (R, G, B),
 /// C-contiguous; copied, without the interpreter lock.
 Picture pictureFrom(py::handle array);
+/// The picture whose samples, all of them and of 16 bits, the array is; null for any other.
+const Picture* pictureBehind(py::handle array);
 /// The samples as an array of uint8 or uint16 that keeps `owner` alive: 16-bit samples are the
 /// picture's own memory, 8-bit ones a copy.
 py::array arrayOf(const Picture& picture, py::handle owner);
@@ -140,10 +145,14 @@ template <typename Table>
 concept NumberTable = TableTraits<Table>::isTable;
 
 template <NumberTable Table>
-Table tableFrom(py::handle given, const std::string& noun) {
-  using Traits = TableTraits<Table>;
-  const py::array numbers =
-      readNumbers(given, noun, py::dtype::of<typename Traits::Element>(), Traits::shape());
+Table tableFrom(py::handle given, const char* noun) {
+  using Element = typename TableTraits<Table>::Element;
+  static const Shape shape = TableTraits<Table>::shape();
+  // Most are just right, and looking closer takes longer than many a call.
+  const bool right = py::array_t<Element, py::array::c_style>::check_(given) &&
+                     hasShape(py::reinterpret_borrow<py::array>(given), shape);
+  const py::array numbers = right ? py::reinterpret_borrow<py::array>(given)
+                                  : readNumbers(given, noun, py::dtype::of<Element>(), shape);
   Table table;
   std::memcpy(&table, numbers.data(), sizeof table);
   return table;
@@ -237,6 +246,8 @@ struct type_caster<greycard::Picture> : type_caster_base<greycard::Picture> {
   bool load(handle source, bool convert) {
     if (!source.is_none() && type_caster_base<greycard::Picture>::load(source, false)) return true;
     if (!convert) return false;
+    value = const_cast<greycard::Picture*>(greycard::python::pictureBehind(source));
+    if (value != nullptr) return true;
     made_ = greycard::python::pictureFrom(source);
     value = &made_;
     return true;

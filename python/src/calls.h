@@ -45,7 +45,7 @@ class Progress {
  private:
   bool goesOn(double fraction);
 
-  py::handle callable_;
+  py::object callable_;
   std::chrono::steady_clock::time_point lastLook_;
   std::exception_ptr raised_;
 };

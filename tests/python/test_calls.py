@@ -191,5 +191,5 @@ def test_every_protocol_of_pickle_gives_the_same_or_refuses(protocol):
 
 def test_anything_may_be_given_to_anything():
     fuzz = Path(__file__).with_name("fuzz_calls.py")
-    done = subprocess.run([sys.executable, fuzz, "150"], capture_output=True, text=True, timeout=250)
+    done = subprocess.run([sys.executable, fuzz, "300"], capture_output=True, text=True, timeout=250)
     assert done.stdout.endswith("still here\n"), done.stdout[-2000:] + done.stderr[-5000:]
