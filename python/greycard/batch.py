@@ -94,6 +94,7 @@ def _do(task: _Task) -> _Told:
         return _Told(other_version=core.libraryVersion())
     file = batch.File(photo=task.photo, name=task.name)
     with _one_at_a_time, _working_folder(task.folder):
+        core.setPictureThreads(1)  # there is a process for each core
         try:
             result: Any = batch.doPhotograph(file, _settings_of(task.settings))
             batch.writeResult(batch.resultFile(task.output, file), result)

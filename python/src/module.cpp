@@ -18,7 +18,18 @@ void checkLibrary() {
 
 // What Python does of itself for pickle's oldest protocols makes an instance of pybind11's base
 // class, which ends the process. Enumerators go by their number; what is no struct is refused.
+void completePickling(py::handle scope, const py::object& byNumber, const py::object& refused) {
+  for (const auto& [name, value] : py::dict(scope.attr("__dict__"))) {
+    const bool isBound = py::isinstance<py::type>(value) && !PyExceptionClass_Check(value.ptr());
+    const bool isPart = isBound || py::isinstance<py::module_>(value);
+    if (isBound && !value.attr("__dict__").contains("__reduce__"))
+      py::setattr(value, "__reduce__", py::hasattr(value, "__members__") ? byNumber : refused);
+    if (isPart && name.cast<std::string>().substr(0, 1) != "_")
+      completePickling(value, byNumber, refused);
+  }
+}
 void completePickling(const py::module_& m) {
+  const py::handle method(reinterpret_cast<PyObject*>(&PyInstanceMethod_Type));
   const py::cpp_function byNumber(
       [](const py::object& self) {
         return py::make_tuple(py::type::of(self), py::make_tuple(py::int_(self)));
@@ -30,17 +41,7 @@ void completePickling(const py::module_& m) {
                              " can't be pickled");
       },
       py::name("__reduce__"));
-  for (const auto& [name, value] : py::dict(m.attr("__dict__"))) {
-    if (py::isinstance<py::module_>(value)) {
-      completePickling(py::reinterpret_borrow<py::module_>(value));
-      continue;
-    }
-    const bool isBound = py::isinstance<py::type>(value) && !PyExceptionClass_Check(value.ptr());
-    if (!isBound || value.attr("__dict__").contains("__reduce__")) continue;
-    const py::object reduce = py::hasattr(value, "__members__") ? byNumber : refused;
-    const py::handle method(reinterpret_cast<PyObject*>(&PyInstanceMethod_Type));
-    py::setattr(value, "__reduce__", method(reduce));
-  }
+  completePickling(m, method(byNumber), method(refused));
 }
 
 }  // namespace
