@@ -18,6 +18,7 @@ setup(
     package_dir={"greycard": "python/greycard"},
     python_requires=">=3.9",
     install_requires=["numpy"],
+    extras_require={"cluster": ["distributed"]},
     cmake_args=[
         "-DGREYCARD_PYTHON=ON",
         "-DGREYCARD_INSTALL=OFF",

@@ -27,7 +27,6 @@ _Path = Union[str, "os.PathLike[str]"]
 class _Bound(type): ...
 
 '''
-HEAD_OF_PART = HEAD.replace("_PictureLike", "from greycard.core import *\n\n_PictureLike", 1)
 
 
 def split(text: str) -> list[str]:
@@ -49,6 +48,7 @@ def type_of(text: str, given: bool) -> str:
     text = text.replace("numpy.typing.ArrayLike", "npt.ArrayLike")
     array = "npt.ArrayLike" if given else r"npt.NDArray[\1]"
     text = re.sub(r"numpy\.ndarray\[([\w.]+)\]", array, text)
+    text = re.sub(r"numpy\.ndarray\b", "npt.NDArray[np.generic]", text)
     text = text.replace("[bool]", "[np.bool_]") if "NDArray" in text else text
     text = text.replace("numpy.", "np.")
     text = re.sub(r"\b(object|handle|kwargs|args)\b", "Any", text)
@@ -128,6 +128,8 @@ def member(bound: type, name: str, value: Any) -> list[str]:
     if not callable(call):
         return [f"    {name}: ClassVar[{type(value).__name__}]"]
     known = signatures(call, name)
+    if name == "__init__" and not known:  # of a class that only the library makes
+        return ["    def __init__(self, *args: Any, **kwargs: Any) -> None: ..."]
     if name == "__init__" and any(given[1:] == ["**kwargs"] for given, _ in known):
         keywords = [
             f"{field}: {result_of(vars(bound)[field].fget)} = ..." for field in fields(bound)
@@ -204,7 +206,10 @@ def main() -> None:
     for name, part in inspect.getmembers(core, inspect.ismodule):
         if name in core.__all__:
             names = [inner for inner in vars(part) if not inner.startswith("_")]
-            text = HEAD_OF_PART + stub(part, names)
+            text = stub(part, names)
+            used = set(re.findall(r"\w+", text)) - set(names) | {"Picture"}
+            others = ", ".join(sorted(used & set(core.__all__)))
+            text = HEAD.replace("\n_P", f"\nfrom greycard.core import {others}\n\n_P", 1) + text
             (folder / f"{name}.pyi").write_text(text)
     (folder / "_core.pyi").write_text("from greycard.core import *\n")
 

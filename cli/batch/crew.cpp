@@ -15,6 +15,7 @@
 #include "greycard/batch/folder.h"
 #include "greycard/errors.h"
 #include "greycard/number_text.h"
+#include "greycard/picture_threads.h"
 #include "progress_bar.h"
 
 namespace greycard::cli {
@@ -65,6 +66,7 @@ class Crew {
 
   CrewWork work() {
     const EndSignals signals;
+    setPictureThreads(1);  // the crew's own share the cores
     std::vector<std::jthread> threads;
     m_atWork = std::clamp<std::size_t>(m_task.threads, 1, std::max<std::size_t>(1, size()));
     for (std::size_t i = m_atWork; i > 0; --i) threads.emplace_back([this] { takeTurns(); });

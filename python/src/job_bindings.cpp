@@ -31,6 +31,8 @@ void bindJobs(py::module_& m) {
   bindPresentPages(present);
   py::module_ exchange = namespaceModule(m, "exchange", "Files that other programs read.");
   bindExchange(exchange);
+  py::module_ batch = namespaceModule(m, "batch", "One job on many photographs.");
+  bindBatch(batch);
 }
 
 }  // namespace greycard::python

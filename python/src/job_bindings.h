@@ -18,5 +18,6 @@ void bindPictureJobs(pybind11::module_& m);
 void bindPresentJson(pybind11::module_& m);
 void bindPresentPages(pybind11::module_& m);
 void bindExchange(pybind11::module_& m);
+void bindBatch(pybind11::module_& m);
 
 }  // namespace greycard::python

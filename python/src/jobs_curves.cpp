@@ -121,8 +121,11 @@ void bindCurveTables(py::module_& m) {
   Struct<StandardCurveOptions>(m, "StandardCurveOptions", "Which standard curve.")
       .field("kind", &StandardCurveOptions::kind, "Which one.")
       .field("nits", &StandardCurveOptions::nits, "Peak luminance of HDR10 in cd/m2, 1..10000.");
-  Struct<StandardCurve>(m, "StandardCurve", "A curve of 257 output codes over linear inputs.")
-      .field("kind", &StandardCurve::kind, "Which one.")
+  Struct<StandardCurve> standard(m, "StandardCurve",
+                                 "A curve of 257 output codes over linear inputs.");
+  standard.attr("kInputBits") = +StandardCurve::kInputBits;
+  standard.attr("kOutputBits") = +StandardCurve::kOutputBits;
+  standard.field("kind", &StandardCurve::kind, "Which one.")
       .field("peak", &StandardCurve::peak, "Light at full-scale input: cd/m2 of HDR10, 1 of HLG.")
       .field("inputs", &StandardCurve::inputs, "Codes of 12 bits: 0, 16, ... 4080, 4095.")
       .field("table", &StandardCurve::table, "Codes of 10 bits.")
@@ -139,7 +142,8 @@ void bindCurveTables(py::module_& m) {
       .field("positions", &DeGammaResult::positions,
              "Where the curve gives that colour, as entry numbers 1 to 256 of the tables; not a "
              "number where a flat stretch of the curve gives no single input.")
-      .field("tables", &DeGammaResult::tables, "Of R, G, B: 256 entries of 10 bits.");
+      .field("tables", &DeGammaResult::tables, "Of R, G, B: 256 entries of 10 bits.")
+      .attr("kTableUnitsPerLevel") = DeGammaResult::kTableUnitsPerLevel;
   m.def("degammaColour", &degammaColour, py::arg("curve"), py::arg("colour"),
         "DeGamma.runDeGamma with each channel's table of the curve. Raises JobError for a curve of "
         "other than 1024 entries, ValueError for a level outside 0..255.");

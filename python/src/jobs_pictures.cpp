@@ -56,13 +56,13 @@ JobError
 ValueError
     As TwoDLutHelper.SetConfig, and for bits other than 8, 10 and 16.)");
 
-  Struct<Lut2dRoundTrip::Error>(m, "Lut2dRoundTripError", "Of Lut2dRoundTrip.")
+  Struct<Lut2dRoundTrip> roundTrip(m, "Lut2dRoundTrip",
+                                   "How far colours are from where they were, after a table and "
+                                   "its inverse in 10 bits.");
+  Struct<Lut2dRoundTrip::Error>(roundTrip, "Error", "Of the hue in degrees, or the saturation.")
       .field("mean", &Lut2dRoundTrip::Error::mean, "Mean difference.")
       .field("worst", &Lut2dRoundTrip::Error::worst, "Largest difference.");
-  Struct<Lut2dRoundTrip>(m, "Lut2dRoundTrip",
-                         "How far colours are from where they were, after a table and its inverse "
-                         "in 10 bits.")
-      .field("hueDeg", &Lut2dRoundTrip::hueDeg, "Hue, in degrees.")
+  roundTrip.field("hueDeg", &Lut2dRoundTrip::hueDeg, "Hue, in degrees.")
       .field("sat", &Lut2dRoundTrip::sat, "Saturation.");
   m.def("roundTripLut2d", unlocked(&roundTripLut2d), py::arg("forward"), py::arg("inverse"),
         "Raises ValueError as TwoDLutHelper.SetConfig.");

@@ -6,6 +6,7 @@
 
 #include "bindings.h"
 #include "calls.h"
+#include "greycard/picture_threads.h"
 
 namespace greycard::python {
 namespace {
@@ -181,6 +182,10 @@ b'\x89PNG'
       py::arg("picture"), py::arg("longestSide"),
       "The picture brought to `longestSide` pixels on its longer side by averaging areas, or a "
       "copy. Raises ValueError for a side below 1.");
+  m.def(
+      "setPictureThreads", &setPictureThreads, py::arg("count"),
+      "How many threads the picture library may use inside one call, in the whole process. Raises "
+      "ValueError for a count below 1.");
 }
 
 }  // namespace greycard::python

@@ -121,7 +121,6 @@ void describe(auto& fields, Like<ChartDetection> auto& detection) {
     fields("centres", detection.points);
     fields("regions", detection.regions);
     fields("placement", detection.placement);
-    fields.derived("surroundings", surroundings(detection));
   } else {
     fields("candidate", detection.candidate);
     fields("candidate_regions", detection.candidateRegions);
@@ -160,6 +159,9 @@ void describe(auto& fields, Like<FoundCharts> auto& found) {
   fields("height", found.height);
   fields.optional("capture", found.capture);
   fields("charts", found.charts);
+  std::vector<PatchRegion> within;
+  for (const ChartDetection& chart : found.charts) within.push_back(surroundings(chart));
+  fields.derived("within", within);
 }
 
 void describe(auto& fields, Like<ChartFitOptions> auto& options) {

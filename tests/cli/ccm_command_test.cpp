@@ -82,10 +82,10 @@ TEST_F(ChartCommands, OneOfSeveralChartsCanBeChosen) {
     for (const std::string& side : {a, b}) both += side.substr(side.size() - pixels + y * row, row);
   write("both.ppm", both);
 
-  const json charts = json::parse(run({"chart", "both.ppm", "--all", "--json", "-"}).out)["charts"];
-  ASSERT_EQ(charts.size(), 2U);
-  for (const json& chart : charts) {
-    const auto part = chart["surroundings"].get<std::array<double, 4>>();
+  const json parts = json::parse(run({"chart", "both.ppm", "--all", "--json", "-"}).out)["within"];
+  ASSERT_EQ(parts.size(), 2U);
+  for (const json& chosenPart : parts) {
+    const auto part = chosenPart.get<std::array<double, 4>>();
     std::string within;
     for (const double number : part) within += std::to_string(std::lround(number)) + ",";
     within.pop_back();

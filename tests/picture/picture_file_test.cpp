@@ -10,6 +10,7 @@
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "greycard/picture.h"
+#include "greycard/picture_threads.h"
 #include "picture_mat.h"
 
 namespace greycard {
@@ -204,6 +205,11 @@ TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
     EXPECT_THAT(refusal([&] { writePicture(path(c.name), c.picture); }), HasSubstr(c.reason));
     EXPECT_FALSE(std::filesystem::exists(path(c.name))) << c.name;
   }
+}
+
+TEST(PictureThreads, AreOneOrMore) {
+  setPictureThreads(1);
+  EXPECT_THROW(setPictureThreads(0), std::invalid_argument);
 }
 
 }  // namespace

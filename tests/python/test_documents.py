@@ -9,7 +9,7 @@ from pathlib import Path
 import pytest
 
 PROJECT = Path(__file__).parents[2]
-MODULES = ["pictures", "charts", "comparing", "curves", "fitting", "luts", "noise", "simulation"]
+MODULES = ["batch", "pictures", "charts", "comparing", "curves", "fitting", "luts", "noise", "simulation"]
 
 
 @pytest.fixture(autouse=True)

@@ -45,7 +45,8 @@ def test_a_page_s_examples_run_and_are_typed(page, tmp_path):
     program = script(page, tmp_path)
     run(sys.executable, program, cwd=tmp_path)
     cache = tmp_path / "cache"
-    run("mypy", "--strict", "--cache-dir", cache, program)
+    own = ["--allow-untyped-calls"] if page.stem == "batch" else []  # distributed has no types
+    run("mypy", "--strict", *own, "--cache-dir", cache, program)
 
 
 def test_the_stubs_are_those_of_the_module(tmp_path):

@@ -4,6 +4,8 @@ One manual serves both languages: the public headers say what each does. ``docs/
 tells the few rules by which a C++ call becomes a Python one.
 """
 
+import numpy  # without which _core could only say that it failed
+
 try:
     from . import _core
 except ImportError as error:
@@ -16,3 +18,4 @@ except ImportError as error:
 
 __all__ = [name for name in vars(_core) if not name.startswith("_")]
 globals().update({name: getattr(_core, name) for name in __all__})
+del numpy
