@@ -27,7 +27,7 @@ struct CloseStream {
 
 struct Hash::State {
   struct Free {
-    void operator()(XXH3_state_t* state) const { XXH3_freeState(state); }
+    void operator()(XXH3_state_t* made) const { XXH3_freeState(made); }
   };
   std::unique_ptr<XXH3_state_t, Free> state{XXH3_createState()};
 };
