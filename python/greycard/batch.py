@@ -286,9 +286,9 @@ class _Crew:
     """Threads with a process each, so that it is known which file a process died of."""
 
     def __init__(self, tasks: Sequence[_Task]) -> None:
-        self._todo: queue.SimpleQueue[_Task] = queue.SimpleQueue()
+        self._waiting: queue.SimpleQueue[_Task] = queue.SimpleQueue()
         for task in tasks:
-            self._todo.put(task)
+            self._waiting.put(task)
         self.outcomes: queue.SimpleQueue[tuple[_Task, Any]] = queue.SimpleQueue()
         self._stopped = threading.Event()
         self._busy: set[_Worker] = set()
@@ -313,7 +313,7 @@ class _Crew:
         try:
             worker = self._hire()
             while not self._stopped.is_set():
-                task = self._todo.get_nowait()
+                task = self._waiting.get_nowait()
                 outcome = None
                 for _ in range(ATTEMPTS):
                     try:
@@ -534,13 +534,13 @@ def run(
     start = batch.Folder.Start.resume if resume else batch.Folder.Start.fresh
     folder = os.fspath(output)
     held = batch.Folder(folder, start)
-    todo = [
+    left = [
         file
         for file in listed
         if not (resume and batch.isDone(batch.resultFile(folder, file), file, asked))
     ]
-    if todo:
-        work = _Run(todo, asked, folder, progress)
+    if left:
+        work = _Run(left, asked, folder, progress)
         if scheduler is None:
             _run_here(work, workers or os.cpu_count() or 1)
         else:
