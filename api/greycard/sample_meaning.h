@@ -17,6 +17,9 @@ struct SampleMeaning {
   std::optional<double> whiteLevel;        ///< else 255 or 65535
 };
 
+/// sRGB for 8 bits and linear for 16: what samples are where nobody says otherwise.
+GREYCARD_EXPORT SampleEncoding defaultEncoding(int bits);
+
 /// \throws std::invalid_argument unless the white level is above the black level
 GREYCARD_EXPORT SampleLevels sampleLevels(const Picture& picture,
                                           const SampleMeaning& meaning = {});

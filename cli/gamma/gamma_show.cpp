@@ -55,10 +55,8 @@ void run(ShowOptions& options) {
   options.exports.nameFiles(options.files);
   const GammaCurvePtr curve = options.choice.curve();
   const ShownCurve shown = showCurve(*curve, {options.choice.curveChannel(), options.points});
-  const bool threeAtOnce = !curve->IsUnified() && options.choice.channel == "all";
   options.plot.write(options.files, [&](const auto& against) {
-    return threeAtOnce ? present::curvePlot(curveTables(*curve), against)
-                       : present::curvePlot(shown, against);
+    return present::curvePlot(*curve, shown, against);
   });
   options.writeJson(present::toJson(shown));
   if (options.exports.any()) options.exports.write(options.files, curveTables(*curve));

@@ -14,6 +14,7 @@
 #include "greycard/number_text.h"
 #include "greycard/picture.h"
 #include "greycard/present/simulate.h"
+#include "greycard/sample_meaning.h"
 #include "job_files.h"
 #include "option_checks.h"
 #include "progress_bar.h"
@@ -71,8 +72,10 @@ SimulationSettings settingsOf(const SimulateOptions& options) {
   for (std::size_t c = 0; !options.surround.empty() && c < 3; ++c)
     settings.surround[c] = options.surround[options.surround.size() == 3 ? c : 0];
   if (options.bits) settings.bits = *options.bits;
-  const bool linear = options.encoding.empty() ? settings.bits == 16 : options.encoding == "linear";
-  settings.encoding = linear ? SampleEncoding::linear : SampleEncoding::sRGB;
+  settings.encoding = defaultEncoding(settings.bits);
+  if (!options.encoding.empty())
+    settings.encoding =
+        options.encoding == "linear" ? SampleEncoding::linear : SampleEncoding::sRGB;
   return settings;
 }
 

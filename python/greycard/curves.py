@@ -76,10 +76,7 @@ class Curve(Result):
         against : str or Curve
             A second curve, drawn in dashes: a name, "HDR10", "HLG", or a file.
         """
-        other = _against(against)
-        if not self.curve.IsUnified() and self.channel == "all":
-            return present.curvePlot(core.curveTables(self.curve), other)
-        return present.curvePlot(self.core, other)
+        return present.curvePlot(self.curve, self.core, _against(against))
 
     def _repr_svg_(self) -> str:
         return self.plot()

@@ -106,11 +106,12 @@ def simulate_chart(
         raise ValueError("bayer: is for a DNG; end the name of `file` in .dng")
     told: dict[str, Any] = {"light": light, "width": size[0], "height": size[1], **settings}
     if not is_dng:
-        told["bits"] = bits
-        told["encoding"] = encoding or ("linear" if bits == 16 else "srgb")
+        told |= {"bits": bits, "encoding": encoding}
     elif encoding == "srgb":
         raise ValueError("encoding: the samples of a DNG are linear")
     asked = with_options(core.SimulationSettings(), told)
+    if encoding is None:
+        asked.encoding = core.defaultEncoding(asked.bits)
     origin = provenance()
     if is_dng:
         form = core.DngForm(bits=14 if bits is None else bits)

@@ -65,6 +65,10 @@ void bindPlots(py::module_& m) {
         py::arg("curve"), py::arg("against") = py::none(), kCurve);
   m.def("curvePlot", py::overload_cast<const CurveTables&, const Against&>(&present::curvePlot),
         py::arg("curve"), py::arg("against") = py::none(), kCurve);
+  m.def(
+      "curvePlot",
+      py::overload_cast<const GammaCurve&, const ShownCurve&, const Against&>(&present::curvePlot),
+      py::arg("curve"), py::arg("shown"), py::arg("against") = py::none(), kCurve);
   m.def("curvePlot",
         py::overload_cast<const CurveImportReport&, const Against&>(&present::curvePlot),
         py::arg("report"), py::arg("against") = py::none(), kCurve);

@@ -35,6 +35,8 @@ Examples
       .field("encoding", &SampleMeaning::encoding, "Else sRGB for 8 bits and linear for 16.")
       .field("blackLevel", &SampleMeaning::blackLevel, "Else 0.")
       .field("whiteLevel", &SampleMeaning::whiteLevel, "Else 255 or 65535.");
+  m.def("defaultEncoding", &defaultEncoding, py::arg("bits"),
+        "sRGB for 8 bits and linear for 16: what samples are where nobody says otherwise.");
   m.def(
       "sampleLevels", &sampleLevels, py::arg("picture"),
       py::arg_v("meaning", SampleMeaning(), "SampleMeaning()"),

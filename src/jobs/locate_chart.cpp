@@ -68,10 +68,14 @@ std::string subject(const LocatedChart& chart, const std::string& inPhoto) {
 
 }  // namespace
 
+SampleEncoding defaultEncoding(int bits) {
+  return bits == 16 ? SampleEncoding::linear : SampleEncoding::sRGB;
+}
+
 SampleLevels sampleLevels(const Picture& picture, const SampleMeaning& meaning) {
-  SampleLevels levels = picture.bits == 16 ? SampleLevels::sixteenBit(SampleEncoding::linear)
-                                           : SampleLevels::eightBit(SampleEncoding::sRGB);
-  levels.encoding = meaning.encoding.value_or(levels.encoding);
+  const SampleEncoding encoding = meaning.encoding.value_or(defaultEncoding(picture.bits));
+  SampleLevels levels =
+      picture.bits == 16 ? SampleLevels::sixteenBit(encoding) : SampleLevels::eightBit(encoding);
   levels.blackLevel = meaning.blackLevel.value_or(levels.blackLevel);
   levels.whiteLevel = meaning.whiteLevel.value_or(levels.whiteLevel);
   if (!(levels.whiteLevel > levels.blackLevel))

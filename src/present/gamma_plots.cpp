@@ -23,6 +23,12 @@ std::string curvePlot(const CurveTables& curve, const std::optional<CurveTables>
   return plot.svg(against);
 }
 
+std::string curvePlot(const GammaCurve& curve, const ShownCurve& shown,
+                      const std::optional<CurveTables>& against) {
+  const bool threeAtOnce = !shown.unified && shown.channel == CurveChannel::All;
+  return threeAtOnce ? curvePlot(curveTables(curve), against) : curvePlot(shown, against);
+}
+
 std::string curvePlot(const CurveImportReport& report, const std::optional<CurveTables>& against) {
   if (report.curves.size() == 1) return curvePlot(report.curves.front().curve, against);
   constexpr std::size_t kEntries = 1024;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "greycard/curve_tables.h"
+#include "greycard/gamma_curve.h"
 #include "greycard/jobs/build_curve_lut.h"
 #include "greycard/jobs/curve_files.h"
 #include "greycard/jobs/degamma_colour.h"
@@ -65,6 +66,10 @@ GREYCARD_PRESENT_EXPORT std::string curvePlot(const ShownCurve& curve,
                                               const std::optional<CurveTables>& against = {});
 /// A curve's one table, or three, each with its control points.
 GREYCARD_PRESENT_EXPORT std::string curvePlot(const CurveTables& curve,
+                                              const std::optional<CurveTables>& against = {});
+/// What showCurve showed of a curve: all three tables at once where it has three and none was
+/// chosen.
+GREYCARD_PRESENT_EXPORT std::string curvePlot(const GammaCurve& curve, const ShownCurve& shown,
                                               const std::optional<CurveTables>& against = {});
 /// One curve as above; of several the tables without points, or those of each channel with them.
 GREYCARD_PRESENT_EXPORT std::string curvePlot(const CurveImportReport& report,
