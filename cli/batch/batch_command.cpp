@@ -65,7 +65,8 @@ void print(const BatchOptions& options, const batch::FileList& list,
   const batch::Summary& summary = overview.summary;
   std::cout << photographsText(overview, options.wide) << "\n";
   for (const std::string& text : lightTexts(summary)) printParagraph(text, options.wide);
-  std::string text = std::to_string(summary.photographs) + " photographs, " +
+  std::string text = std::to_string(summary.photographs) +
+                     (summary.photographs == 1 ? " photograph, " : " photographs, ") +
                      std::to_string(summary.failures.size()) + " failed";
   if (doneBefore > 0) text += ", " + std::to_string(doneBefore) + " from an earlier run";
   if (list.passedOver > 0)

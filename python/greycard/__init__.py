@@ -60,6 +60,10 @@ from .noise import NoiseTable, noise_table
 from .pictures import PhotographInfo, info, read_picture, write_picture
 from .simulation import SimulatedChart, SimulatedFlat, simulate_chart, simulate_flat
 
+# The searches' remarks, which go to the process's own standard error, are for who asks for them.
+core.setOutputChannel(None)
+core.setErrorChannel(None)
+
 __version__: str = core.libraryVersion()
 
 __all__ = [

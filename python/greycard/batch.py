@@ -450,15 +450,20 @@ def _distributed() -> Any:
         ) from error
 
 
-def _run_on(scheduler: Any, run: _Run) -> None:
+@contextlib.contextmanager
+def _client_of(scheduler: Any) -> Iterator[Any]:
     own = isinstance(scheduler, str)
     client = _distributed().Client(scheduler, set_as_default=False) if own else scheduler
     try:
-        _check_workers(client, os.path.abspath(run.output))
-        _OnCluster(client, run).do_all()
+        yield client
     finally:
         if own:
             client.close()
+
+
+def _run_on(client: Any, run: _Run) -> None:
+    _check_workers(client, os.path.abspath(run.output))
+    _OnCluster(client, run).do_all()
 
 
 def run(
@@ -533,18 +538,17 @@ def run(
         batch.resolved(asked, file.photo)  # settings that can't be are told before any work
     start = batch.Folder.Start.resume if resume else batch.Folder.Start.fresh
     folder = os.fspath(output)
-    held = batch.Folder(folder, start)
-    left = [
-        file
-        for file in listed
-        if not (resume and batch.isDone(batch.resultFile(folder, file), file, asked))
-    ]
-    if left:
-        work = _Run(left, asked, folder, progress)
-        if scheduler is None:
-            _run_here(work, workers or os.cpu_count() or 1)
-        else:
-            _run_on(scheduler, work)
+    with _client_of(scheduler) as client:  # before there is a folder
+        held = batch.Folder(folder, start)
+        left = [
+            file
+            for file in listed
+            if not (resume and batch.isDone(batch.resultFile(folder, file), file, asked))
+        ]
+        if left and client is None:
+            _run_here(_Run(left, asked, folder, progress), workers or os.cpu_count() or 1)
+        elif left:
+            _run_on(client, _Run(left, asked, folder, progress))
     overview = held.finish(listed, asked)
     summary = overview.summary
     return Batch(

@@ -47,6 +47,8 @@ class Collector {
       addFolder(input);
     else if (isList(input))
       addList(input);
+    else if (!fs::exists(input, error))
+      throw FileError("there is no file or folder " + quoted(input));
     else
       addPhotograph(input);
   }
@@ -116,6 +118,7 @@ class Collector {
 }  // namespace
 
 FileList photographsOf(const std::vector<std::filesystem::path>& inputs) {
+  if (inputs.empty()) throw JobError("no photographs are named");
   Collector collector;
   for (const fs::path& input : inputs) collector.add(input);
   return std::move(collector).list();

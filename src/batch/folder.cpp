@@ -49,6 +49,14 @@ void makeFolder(const fs::path& folder) {
                     (error ? ": " + error.message() : ": a file has its name"));
 }
 
+// A run that ended before its first result leaves a folder for them.
+bool holdsAnything(const fs::path& folder) {
+  std::error_code error;
+  for (const std::string& name : namesIn(folder))
+    if (name != kResults || !fs::is_empty(folder / name, error) || error) return true;
+  return false;
+}
+
 // Refuses what no run has left: nobody's files are to be written over or taken for results.
 void requireOurs(const fs::path& folder) {
   const auto refuse = [&](const std::string& name) {
@@ -103,7 +111,7 @@ fs::path resultFile(const fs::path& folder, const File& file) {
 Folder::Folder(const fs::path& folder, Start start) : m_folder(folder) {
   makeFolder(folder);
   m_lock = std::make_unique<Lock>(folder);
-  if (start == Start::fresh && !namesIn(folder).empty())
+  if (start == Start::fresh && holdsAnything(folder))
     throw JobError("the folder " + quoted(folder) +
                    " isn't empty; name a new one, or resume the run that left its results there");
   requireOurs(folder);

@@ -16,6 +16,7 @@ class Files : public ScratchFolder {};
 TEST_F(Files, AreThoseOfFoldersAndListsEachOnceUnderANameOfItsOwn) {
   for (const char* name : {"b.PNG", "a.jpg", "notes.md", ".hidden.png", "deeper/c.png", "x/a.jpg"})
     write("in/" + std::string(name), "");
+  write("q", "");
   const auto list = write("in/list.txt", "# a list\r\nx/a.jpg\r\n\nb.PNG\nabsent.dng");
   const FileList found = photographsOf({folder / "in", list, folder / "in/./a.jpg", folder / "q"});
   std::vector<std::string> photos, names;
@@ -32,7 +33,9 @@ TEST_F(Files, AreThoseOfFoldersAndListsEachOnceUnderANameOfItsOwn) {
   EXPECT_THROW(photographsOf({empty}), JobError);
   EXPECT_THROW(photographsOf({folder / "none"}), JobError);
   EXPECT_THROW(photographsOf({folder / "absent.txt"}), FileError);
-  const FileList longName = photographsOf({folder / (std::string(250, 'n') + ".png")});
+  EXPECT_THROW(photographsOf({folder / "absent.png"}), FileError);
+  EXPECT_THROW(photographsOf({}), JobError);
+  const FileList longName = photographsOf({write("long.txt", std::string(250, 'n') + ".png")});
   EXPECT_LE(resultFile("", longName.files.at(0)).filename().string().size(), 255U);
 }
 
@@ -50,10 +53,11 @@ class Folders : public ScratchFolder {
 
 TEST_F(Folders, HoldNothingThatAnotherPutThere) {
   EXPECT_EQ(refusalOf(Folder::Start::fresh), "");
-  EXPECT_THAT(refusalOf(Folder::Start::fresh), HasSubstr("isn't empty"));
+  EXPECT_EQ(refusalOf(Folder::Start::fresh), "") << "nothing was done yet";
   write(".greycard-host-1-1", "half");
   write("photographs/.greycard-host-1-2", "half");
   write("photographs/a.png.json", "kept");
+  EXPECT_THAT(refusalOf(Folder::Start::fresh), HasSubstr("isn't empty"));
   write("index.html", "of an earlier run");
   EXPECT_EQ(refusalOf(Folder::Start::resume), "");
   EXPECT_FALSE(std::filesystem::exists(folder / ".greycard-host-1-1"));

@@ -74,6 +74,7 @@ def test_a_file_that_ends_its_processes_has_that_as_its_reason(folder, tmp_path,
     (tmp_path / "sitecustomize.py").write_text(DEADLY)
     monkeypatch.setenv("PYTHONPATH", f"{tmp_path}:{os.environ['PYTHONPATH']}")
     photos = [tmp_path / "deadly.png", "photos/lab_D65_0.png"]
+    photos[0].touch()
     done = greycard.batch.run("ccm", photos, tmp_path / "out", workers=1)
     assert "each of the 3 processes" in done.failures[str(photos[0])]
     assert done.photographs[1].reason == ""

@@ -32,10 +32,10 @@ struct FileList {
 ///   for nothing.
 /// - else a photograph.
 ///
-/// A photograph that isn't there is not found out here.
+/// A photograph in a list that isn't there is not found out here.
 ///
-/// \throws FileError for a folder or a list that can't be read; JobError for a folder without
-///         photographs and an empty list
+/// \throws FileError for an input that isn't there, and a folder or a list that can't be read;
+///         JobError for no inputs, a folder without photographs and an empty list
 GREYCARD_BATCH_EXPORT FileList photographsOf(const std::vector<std::filesystem::path>& inputs);
 
 }  // namespace greycard::batch
