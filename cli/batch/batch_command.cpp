@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "batch_text.h"
 #include "command.h"
@@ -30,9 +31,10 @@ struct BatchOptions : CommonOptions {
 
 // One field of options in JSON, as JSON.
 std::string fieldOf(const std::string& options, const std::string& name) {
-  for (const auto& [field, value] : present::changedOptions(options, "{}"))
-    if (field == name) return "{\"options\": {\"" + name + "\": " + value + "}}";
-  return "{}";
+  const auto changed = present::changedOptions(options, "{}");
+  const auto found = std::ranges::find(changed, name, &std::pair<std::string, std::string>::first);
+  if (found == changed.end()) return "{}";
+  return "{\"options\": {\"" + name + "\": " + found->second + "}}";
 }
 
 batch::Settings settingsOf(const BatchOptions& options) {
