@@ -82,6 +82,7 @@ class TiffWalk {
       if (tag == kDngVersion) m_found.raw = m_found.dng = true;
       const auto value = scalar(entry);
       if (tag == kSubfileType) reduced = (value & kReduced) != 0;
+      if (tag == kPhotometric && value == kColourFilterArray) m_found.mosaic = true;
       if (tag == kPhotometric) raw = value == kColourFilterArray || value == kLinearRaw;
       if (tag == kCompression) jpegXl = value == kJpegXl;
     }

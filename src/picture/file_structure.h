@@ -12,6 +12,7 @@ namespace greycard {
 struct FileStructure {
   bool raw = false;                 ///< a camera's raw samples, in whatever container
   bool dng = false;                 ///< of these, one with the tags of DNG 1.0 and later
+  bool mosaic = false;              ///< a directory says that its samples are a mosaic's
   bool jpegXl = false;              ///< its raw samples are compressed as JPEG XL (DNG 1.7)
   bool foveon = false;              ///< its samples are stacked, not side by side
   bool previewFirst = false;        ///< a TIFF whose first picture is marked as reduced

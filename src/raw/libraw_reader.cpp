@@ -43,6 +43,30 @@ unsigned& memoryLimit(LibRaw& raw) {
 }
 #endif
 
+[[noreturn]] void refuseXTrans(const std::string& name) {
+  refuseRaw(name, "X-Trans mosaics repeat after 6x6 samples, and only 2x2 are read; develop it");
+}
+
+// What is learnt of a mosaic's pattern while the directories are read.
+struct PatternSeen {
+  bool whole = false;   ///< as bytes that are in the file
+  bool xTrans = false;  ///< of 36 places
+};
+
+// Called for each field of a TIFF directory, at its values. LibRaw 0.20, as compilers that count on
+// array bounds make it, doesn't come back from a pattern of 36 places: it is stopped before.
+void watchPattern(void* seen, int tag, int type, int count, unsigned, void* values, INT64) {
+  constexpr int kTagBits = 0xFFFF, kCfaPattern = 33422, kByte = 1, kUndefined = 7;
+  constexpr int kMostPlaces = 16, kXTransPlaces = 36;
+  if ((tag & kTagBits) != kCfaPattern) return;
+  auto& pattern = *static_cast<PatternSeen*>(seen);
+  auto& file = *static_cast<LibRaw_abstract_datastream*>(values);
+  pattern.xTrans = count == kXTransPlaces;
+  if (pattern.xTrans) throw LIBRAW_EXCEPTION_IO_CORRUPT;  // caught by LibRaw
+  pattern.whole = (type == kByte || type == kUndefined) && count > 0 && count <= kMostPlaces &&
+                  file.tell() <= file.size() - count;
+}
+
 void refuseStructure(const FileStructure& structure, const std::string& name) {
   if (structure.foveon)
     refuseRaw(name, "Foveon sensors have no mosaic to take samples from; develop it first");
@@ -64,8 +88,7 @@ void refuseUnless(int done, const std::string& name) {
 void refuseLayout(LibRaw& raw, std::uint64_t fileBytes, const std::string& name) {
   const libraw_iparams_t& identity = raw.imgdata.idata;
   const std::string colours(identity.cdesc, strnlen(identity.cdesc, sizeof identity.cdesc));
-  if (identity.filters == kXTrans)
-    refuseRaw(name, "X-Trans mosaics repeat after 6x6 samples, and only 2x2 are read; develop it");
+  if (identity.filters == kXTrans) refuseXTrans(name);
   if (identity.is_foveon != 0)
     refuseRaw(name, "Foveon sensors have no mosaic to take samples from; develop it first");
   if (raw.is_sraw() != 0)
@@ -194,10 +217,18 @@ Picture pictureOf(LibRaw& raw, const RawOptions& options, CaptureInfo& info,
 }
 
 template <typename Open>
-RawCapture capture(Open open, std::uint64_t fileBytes, const std::string& name,
-                   const RawOptions& options) try {
+RawCapture capture(Open open, const FileStructure& structure, std::uint64_t fileBytes,
+                   const std::string& name, const RawOptions& options) try {
+  refuseStructure(structure, name);
   const auto raw = std::make_unique<LibRaw>(kSilent);  // too large for a stack
-  refuseUnless(open(*raw), name);
+  PatternSeen pattern;
+  raw->set_exifparser_handler(watchPattern, &pattern);
+  const int opened = open(*raw);
+  if (pattern.xTrans) refuseXTrans(name);
+  refuseUnless(opened, name);
+  // LibRaw takes what stands on the stack for a pattern that isn't there.
+  if (structure.dng && structure.mosaic && !pattern.whole)
+    refuseRaw(name, "the raw data in it is damaged or cut short; copy it again");
   refuseLayout(*raw, fileBytes, name);
   refuseUnless(raw->unpack(), name);
   if (raw->error_count() > 0) refuseUnless(LIBRAW_DATA_ERROR, name);
@@ -220,12 +251,11 @@ bool readsRaw() {
 }
 
 RawCapture decodeRaw(std::string_view bytes, const std::string& name, const RawOptions& options) {
-  refuseStructure(fileStructure(FileBytes(bytes)), name);
   // open_buffer only reads; its parameter type has no const form for borrowed bytes.
   const auto open = [&](LibRaw& raw) {
     return raw.open_buffer(const_cast<char*>(bytes.data()), bytes.size());
   };
-  return capture(open, bytes.size(), name, options);
+  return capture(open, fileStructure(FileBytes(bytes)), bytes.size(), name, options);
 }
 
 RawCapture readRaw(const std::filesystem::path& path, const RawOptions& options) {
@@ -234,13 +264,12 @@ RawCapture readRaw(const std::filesystem::path& path, const RawOptions& options)
   // What can't be read twice, such as a pipe, and what can't be read at all.
   if (!std::filesystem::is_regular_file(path, error))
     return decodeRaw(readWholeFile(path), name, options);
-  {
-    const FileHandle file(std::fopen(path.c_str(), "rb"));
-    if (!file) return decodeRaw(readWholeFile(path), name, options);
-    refuseStructure(fileStructure(FileBytes(file.get())), name);
-  }
+  FileHandle file(std::fopen(path.c_str(), "rb"));
+  if (!file) return decodeRaw(readWholeFile(path), name, options);
+  const FileStructure structure = fileStructure(FileBytes(file.get()));
+  file.reset();
   const auto open = [&](LibRaw& raw) { return raw.open_file(path.c_str()); };
-  return capture(open, std::filesystem::file_size(path, error), name, options);
+  return capture(open, structure, std::filesystem::file_size(path, error), name, options);
 }
 
 }  // namespace greycard

@@ -171,6 +171,7 @@ TEST_F(RawTest, RefusesByName) {
          ifd.shorts(33421, {6, 6});
          ifd.bytes(33422, xTrans);
        })},
+      {"X-Trans", dngWith([&](TiffDirectory& ifd) { ifd.bytes(33422, xTrans); })},
       {"JPEG XL", dngWith([](TiffDirectory& ifd) { ifd.shorts(259, {52546}); })},
       {"Foveon", "FOVb" + std::string(100, 'x')},
       {"too short for 4096 x 4096", dngWith([](TiffDirectory& ifd) {
