@@ -20,6 +20,7 @@
 #include "greycard/number_text.h"
 #include "raw_levels.h"
 #include "raw_samples.h"
+#include "stored_codes.h"
 
 namespace greycard {
 namespace {
@@ -81,7 +82,7 @@ void refuseUnless(int done, const std::string& name) {
     refuseRaw(name, "it doesn't fit in memory; crop it or make it smaller");
   if (done == LIBRAW_FILE_UNSUPPORTED)
     refuseRaw(name, "its camera or compression isn't known, or it is damaged; convert it to DNG");
-  refuseRaw(name, "the raw data in it is damaged or cut short; copy it again");
+  refuseCutShort(name);
 }
 
 // What can be refused before memory and time go into samples.
@@ -183,7 +184,8 @@ std::array<int, 4> cellOf(LibRaw& raw, const std::string& name) {
   return cell;
 }
 
-Picture pictureOf(LibRaw& raw, const RawOptions& options, CaptureInfo& info,
+// \param stored  as storesCodes says; else it is unpacked
+Picture pictureOf(LibRaw& raw, bool stored, const RawOptions& options, CaptureInfo& info,
                   const std::string& name) {
   const libraw_rawdata_t& data = raw.imgdata.rawdata;
   const libraw_image_sizes_t& size = raw.imgdata.sizes;
@@ -194,16 +196,17 @@ Picture pictureOf(LibRaw& raw, const RawOptions& options, CaptureInfo& info,
   };
   if (size.width < 2 || size.height < 2 || size.top_margin + size.height > size.raw_height ||
       size.left_margin + size.width > size.raw_width)
-    refuseRaw(name, "the raw data in it is damaged or cut short; copy it again");
+    refuseCutShort(name);
 
-  if (data.raw_image != nullptr && raw.imgdata.idata.filters != 0) {
+  if ((stored || data.raw_image != nullptr) && raw.imgdata.idata.filters != 0) {
     const std::array<int, 4> cell = cellOf(raw, name);
     auto channels = cell;
     std::ranges::replace(channels, 3, 1);
     for (const int channel : channels) info.mosaic += "RGB"[channel];
     RawLevels levels = levelsOf(raw, cell);
     settleLevels(levels, channels, options, info);
-    return binMosaic(seen(data.raw_image, 1), channels, levels);
+    const MosaicRows rows = stored ? storedRows(raw, name) : rowsOf(seen(data.raw_image, 1));
+    return binMosaic(size.width, size.height, rows, channels, levels);
   }
   const bool grey = data.raw_image != nullptr;
   const std::array<int, 4> channels{0, grey ? -1 : 1, grey ? -1 : 2, -1};
@@ -227,16 +230,16 @@ RawCapture capture(Open open, const FileStructure& structure, std::uint64_t file
   if (pattern.xTrans) refuseXTrans(name);
   refuseUnless(opened, name);
   // LibRaw takes what stands on the stack for a pattern that isn't there.
-  if (structure.dng && structure.mosaic && !pattern.whole)
-    refuseRaw(name, "the raw data in it is damaged or cut short; copy it again");
+  if (structure.dng && structure.mosaic && !pattern.whole) refuseCutShort(name);
   refuseLayout(*raw, fileBytes, name);
-  refuseUnless(raw->unpack(), name);
+  const bool stored = storesCodes(*raw);
+  if (!stored) refuseUnless(raw->unpack(), name);
   if (raw->error_count() > 0) refuseUnless(LIBRAW_DATA_ERROR, name);
   RawCapture result;
   result.info = infoOf(*raw);
   if (const unsigned frames = raw->imgdata.idata.raw_count; frames > 1)
     result.furtherFrames = frames - 1;
-  result.picture = pictureOf(*raw, options, result.info, name);
+  result.picture = pictureOf(*raw, stored, options, result.info, name);
   result.picture = oriented(std::move(result.picture), result.info.orientation);
   return result;
 } catch (const std::bad_alloc&) {

@@ -13,6 +13,10 @@ void refuseRaw(const std::string& name, const std::string& why) {
   throw FileError("can't read " + name + ": " + why);
 }
 
+void refuseCutShort(const std::string& name) {
+  refuseRaw(name, "the raw data in it is damaged or cut short; copy it again");
+}
+
 void settleLevels(RawLevels& levels, const std::array<int, 4>& channels, const RawOptions& options,
                   CaptureInfo& info) {
   if (options.blackLevel) {

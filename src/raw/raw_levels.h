@@ -9,6 +9,8 @@ namespace greycard {
 
 /// \throws FileError: "can't read " name ": " why
 [[noreturn]] void refuseRaw(const std::string& name, const std::string& why);
+/// Likewise for samples that aren't there.
+[[noreturn]] void refuseCutShort(const std::string& name);
 
 /// Puts the options' levels in place of the file's and tells them in `info`, as means over a
 /// channel. \param channels  of the places of `levels.black` \throws std::invalid_argument unless

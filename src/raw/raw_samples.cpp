@@ -70,7 +70,7 @@ std::array<Places, 3> placesOf(const std::array<int, 4>& channels) {
 }
 
 struct CellRow {
-  std::array<const std::uint16_t*, 2> codes;
+  RowPair codes;
   std::array<const LineRow*, 2> lines;
 };
 
@@ -122,7 +122,15 @@ void binRow(const CellRow& row, const std::array<Places, 3>& places, std::span<s
 
 }  // namespace
 
-Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
+MosaicRows rowsOf(const RawSamples& samples) {
+  return [upper = samples.first, stride = samples.stride]() mutable {
+    const RowPair rows{upper, upper + stride};
+    upper += 2 * stride;
+    return rows;
+  };
+}
+
+Picture binMosaic(int width, int height, const MosaicRows& rows, const std::array<int, 4>& channels,
                   const RawLevels& levels) {
   const auto places = placesOf(channels);
   std::vector<LineRow> lineRows;
@@ -134,16 +142,15 @@ Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
 
   // Filled row by row, so that its memory is written once.
   Picture picture;
-  picture.width = samples.width / 2;
-  picture.height = samples.height / 2;
+  picture.width = width / 2;
+  picture.height = height / 2;
   picture.bits = 16;
   std::vector<std::uint16_t> pixels(3 * static_cast<std::size_t>(picture.width));
   picture.samples.reserve(pixels.size() * static_cast<std::size_t>(picture.height));
   for (std::size_t y = 0; y < static_cast<std::size_t>(picture.height); ++y) {
-    const std::uint16_t* codes = samples.first + 2 * y * samples.stride;
     const LineRow &upper = lineRows[2 * y % lineRows.size()],
                   &lower = lineRows[(2 * y + 1) % lineRows.size()];
-    binRow({{codes, codes + samples.stride}, {&upper, &lower}}, places, pixels);
+    binRow({rows(), {&upper, &lower}}, places, pixels);
     picture.samples.insert(picture.samples.end(), pixels.begin(), pixels.end());
   }
   return picture;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "greycard/picture.h"
@@ -35,8 +36,17 @@ struct RawSamples {
   int width = 0, height = 0;
 };
 
-/// A pixel for each 2x2 cell. \param channels  at the cell's places, row by row, each at least once
-Picture binMosaic(const RawSamples& samples, const std::array<int, 4>& channels,
+/// Two neighbouring rows of a mosaic's codes.
+using RowPair = std::array<const std::uint16_t*, 2>;
+/// Gives the next two rows, from the top; they hold until it is asked again.
+using MosaicRows = std::function<RowPair()>;
+
+/// Rows that stand in memory.
+MosaicRows rowsOf(const RawSamples& samples);
+
+/// A pixel for each 2x2 cell of `width` x `height` codes.
+/// \param channels  at the cell's places, row by row, each at least once
+Picture binMosaic(int width, int height, const MosaicRows& rows, const std::array<int, 4>& channels,
                   const RawLevels& levels);
 
 /// The samples pixel by pixel. \param channels  1 or 3

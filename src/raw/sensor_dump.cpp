@@ -108,12 +108,6 @@ RawCapture readDump(const std::filesystem::path& path, const DumpLayout& layout,
     refuseRaw(quoted(path), "it holds " + std::to_string(bytes.size()) + " bytes, and the layout " +
                                 std::to_string(needed));
 
-  const auto width = static_cast<std::size_t>(layout.width);
-  std::vector<std::uint16_t> codes(width * static_cast<std::size_t>(layout.height));
-  for (std::size_t y = 0; y < static_cast<std::size_t>(layout.height); ++y)
-    unpack(std::string_view(bytes).substr(layout.offset + y * stride, row), layout,
-           std::span(codes).subspan(y * width, width));
-
   RawCapture result;
   CaptureInfo& info = result.info;
   info.format = "dump";
@@ -124,7 +118,15 @@ RawCapture readDump(const std::filesystem::path& path, const DumpLayout& layout,
   levels.white.fill((1 << layout.bits) - 1);
   const auto channels = cellChannels(layout.pattern);
   settleLevels(levels, channels, options, info);
-  result.picture = binMosaic({codes.data(), width, layout.width, layout.height}, channels, levels);
+  const auto width = static_cast<std::size_t>(layout.width);
+  const auto rows = [&, at = layout.offset,
+                     codes = std::vector<std::uint16_t>(2 * width)]() mutable {
+    for (std::size_t i = 0; i < 2; ++i, at += stride)
+      unpack(std::string_view(bytes).substr(at, row), layout,
+             std::span(codes).subspan(i * width, width));
+    return RowPair{codes.data(), codes.data() + width};
+  };
+  result.picture = binMosaic(layout.width, layout.height, rows, channels, levels);
   return result;
 }
 
