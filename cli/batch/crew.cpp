@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <condition_variable>
 #include <csignal>
 #include <cstdlib>
@@ -53,7 +54,7 @@ class EndSignals {
 };
 
 std::string durationText(double seconds) {
-  const auto whole = static_cast<long>(std::max(seconds, 0.0) + 0.5);
+  const long whole = std::lround(std::max(seconds, 0.0));
   if (whole < 100) return std::to_string(whole) + " s";
   const long minutes = (whole + 30) / 60;
   if (minutes < 100) return std::to_string(minutes) + " min";

@@ -37,8 +37,8 @@ Spread spreadOf(const std::vector<double>& values) {
   for (const double value : values) squares += (value - spread.mean) * (value - spread.mean);
   spread.deviation = std::sqrt(squares / (count - 1.0));
   spread.median = medianOf(values);
-  std::vector<double> distances;
-  for (const double value : values) distances.push_back(std::abs(value - spread.median));
+  std::vector<double> distances = values;
+  for (double& distance : distances) distance = std::abs(distance - spread.median);
   spread.mad = medianOf(std::move(distances));
   return spread;
 }
@@ -46,8 +46,9 @@ Spread spreadOf(const std::vector<double>& values) {
 void summariseEntry(const std::vector<const Result*>& fits, std::size_t r, std::size_t c,
                     const OutlierRule& rule, LightSummary& light,
                     std::vector<OutsideFit>& furthest) {
-  std::vector<double> values;
-  for (const Result* fit : fits) values.push_back((*fit->figures.matrix)[r][c]);
+  std::vector<double> values(fits.size());
+  std::ranges::transform(fits, values.begin(),
+                         [&](const Result* fit) { return (*fit->figures.matrix)[r][c]; });
   const Spread spread = spreadOf(values);
   light.mean[r][c] = spread.mean;
   light.spread[r][c] = spread.deviation;

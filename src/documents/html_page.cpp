@@ -89,9 +89,9 @@ code { font: .92em ui-monospace, monospace; overflow-wrap: anywhere; }
 std::string tableOf(const std::vector<std::vector<std::string>>& rows, const char* attributes) {
   std::string html = std::string("<div class=\"wide\"><table") + attributes + ">\n";
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    const std::string cell = i == 0 ? "th>" : "td>";
+    const char *opened = i == 0 ? "<th>" : "<td>", *closed = i == 0 ? "</th>" : "</td>";
     html += i == 0 ? "<thead><tr>" : "<tr>";
-    for (const std::string& text : rows[i]) html += "<" + cell + text + "</" + cell;
+    for (const std::string& text : rows[i]) html.append(opened).append(text).append(closed);
     html += i == 0 ? "</tr></thead>\n<tbody>\n" : "</tr>\n";
   }
   return html + "</tbody></table></div>\n";
