@@ -156,7 +156,7 @@ BestFitOptions CcmOptions::bestFitOptions() const {
 
 void CcmOptions::nameExports() {
   for (const auto& file : otherLights) files.input("--other-light", file);
-  exports.nameFiles(files);
+  exports.nameFiles(files, 1 + otherLights.size());
   if (!exports.any() && (kelvin || !otherLights.empty()))
     throw UsageError("--kelvin and --other-light are for --export and --update");
   if (exports.any() && best.undoesCurve())

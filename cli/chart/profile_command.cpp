@@ -90,7 +90,7 @@ void nameFiles(ProfileCommandOptions& options) {
     throw UsageError("--kelvin-json takes what --kelvin asks for; add that");
   options.files.output("--kelvin-json", options.wantedJson);
   options.files.output("--json", options.json);
-  options.exports.nameFiles(options.files);
+  options.exports.nameFiles(options.files, options.lights.size());
 }
 
 exchange::FittedCamera camera(const CameraProfile& profile) {

@@ -54,7 +54,7 @@ void ExportRequests::addTo(CLI::App& app, exchange::MaterialKind kind) {
                    "3D LUT and profile take linear RGB, not RGB through the sRGB transfer");
 }
 
-void ExportRequests::nameFiles(JobFiles& files) {
+void ExportRequests::nameFiles(JobFiles& files, std::size_t lights) {
   for (const std::string& word : m_words) {
     const std::size_t sign = word.find('=');
     if (sign == std::string::npos || sign == 0 || sign + 1 == word.size())
@@ -62,8 +62,10 @@ void ExportRequests::nameFiles(JobFiles& files) {
                        "\"; formats: " + listed(exchange::formatNames(m_kind)));
     Request request{word.substr(0, sign), word.substr(sign + 1)};
     try {
-      exchange::checkFormat(request.format, m_kind);
+      exchange::checkFormat(request.format, m_kind, lights);
     } catch (const std::invalid_argument& error) {
+      throw UsageError(std::string("--export: ") + error.what());
+    } catch (const JobError& error) {
       throw UsageError(std::string("--export: ") + error.what());
     }
     files.output("--export " + request.format, request.file);

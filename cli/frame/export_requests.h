@@ -16,10 +16,10 @@ class ExportRequests {
  public:
   /// \param kind  what the sub-command makes
   void addTo(CLI::App& app, exchange::MaterialKind kind);
+  /// \param lights  under which a camera is fitted
   /// \throws UsageError for what is no FORMAT=FILE and for a format that is unknown or can't be
-  /// made
-  ///         of the sub-command's result; as JobFiles::output
-  void nameFiles(JobFiles& files);
+  ///         made of the sub-command's result; as JobFiles::output
+  void nameFiles(JobFiles& files, std::size_t lights = 1);
   bool any() const { return !m_wanted.empty() || !m_update.empty(); }
   /// Whether one of these formats is asked for.
   bool asksFor(const std::vector<std::string>& formats) const;

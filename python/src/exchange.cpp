@@ -43,7 +43,9 @@ void bindFormats(py::module_& m) {
   Struct<exchange::FormatInfo>(m, "FormatInfo", "A format that other programs read.")
       .field("name", &exchange::FormatInfo::name, "\"cube\", \"icc\", ...")
       .field("holds", &exchange::FormatInfo::holds, "A few words for people.")
-      .field("kinds", &exchange::FormatInfo::kinds, "What it can be made of.");
+      .field("kinds", &exchange::FormatInfo::kinds, "What it can be made of.")
+      .field("mostLights", &exchange::FormatInfo::mostLights,
+             "Of a camera fitted under several; 0: any number.");
   m.def("formats", &exchange::formats, "All formats in a fixed order.");
   m.def("formatNames", &exchange::formatNames, py::arg("kind"),
         "The names of those that can be made of such material.");
@@ -82,7 +84,10 @@ ValueError
 JobError
     Lights that the format can't hold.)");
   m.def("checkFormat", &exchange::checkFormat, py::arg("format"), py::arg("kind"),
-        "Raises ValueError, before there is any material, as exportAs.");
+        py::arg("lights") = 1,
+        "Raises ValueError or JobError, before there is any material, as exportAs; lights: how "
+        "many a "
+        "camera will be fitted under.");
   m.def(
       "updatedTuning",
       [](const std::string& text, const Material& material) {

@@ -159,9 +159,6 @@ std::vector<float> linearToneCurve(const std::vector<double>& curve) {
 }  // namespace
 
 Exported writeDcp(const FittedCamera& camera, const ExportOptions& options) {
-  if (camera.lights.size() > 2)
-    throw JobError("a camera profile holds one light or two, not " +
-                   std::to_string(camera.lights.size()));
   const auto lights = byTemperature(camera);
   Exported result;
   TiffDirectory directory;

@@ -64,10 +64,10 @@ std::vector<Format> allFormats() {
           {{"opencv", "OpenCV FileStorage YAML", all}, writeOpenCv},
           {{"icc", "ICC input profile, version 4", {Kind::Fit}}, icc<4>},
           {{"icc2", "ICC input profile, version 2", {Kind::Fit}}, icc<2>},
-          {{"dcp", "DNG camera profile", {Kind::Fit}}, dcp}};
+          {{"dcp", "DNG camera profile", {Kind::Fit}, 2}, dcp}};
 }
 
-Format wantedFormat(const std::string& name, Kind kind) {
+Format wantedFormat(const std::string& name, Kind kind, std::size_t lights) {
   const auto all = allFormats();
   const auto found = std::ranges::find(all, name, [](const Format& f) { return f.info.name; });
   if (found == all.end() || std::ranges::find(found->info.kinds, kind) == found->info.kinds.end())
@@ -75,6 +75,9 @@ Format wantedFormat(const std::string& name, Kind kind) {
         found == all.end() ? unknownName("export format", name, formatNames(kind))
                            : "the format " + name + " can't be made of this; those that can: " +
                                  listed(formatNames(kind)));
+  if (const std::size_t most = found->info.mostLights; most > 0 && lights > most)
+    throw JobError("the format " + name + " holds no more than " + std::to_string(most) +
+                   " lights, not " + std::to_string(lights));
   return *found;
 }
 
@@ -128,13 +131,15 @@ std::vector<std::string> formatNames(MaterialKind kind) {
   return names;
 }
 
-void checkFormat(const std::string& format, MaterialKind kind) {
-  wantedFormat(format, kind);
+void checkFormat(const std::string& format, MaterialKind kind, std::size_t lights) {
+  wantedFormat(format, kind, lights);
 }
 
 Exported exportAs(const std::string& format, const Material& material,
                   const ExportOptions& options) {
-  const Format wanted = wantedFormat(format, kindOf(material));
+  const auto* camera = std::get_if<FittedCamera>(&material);
+  const Format wanted =
+      wantedFormat(format, kindOf(material), camera == nullptr ? 1 : camera->lights.size());
   checkMaterial(material);
   return wanted.write(material, options);
 }

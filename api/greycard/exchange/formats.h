@@ -2,6 +2,7 @@
 /// \file
 /// \ingroup own
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,7 @@ struct FormatInfo {
   std::string name;                 ///< "cube", "icc", ...
   std::string holds;                ///< a few words for people
   std::vector<MaterialKind> kinds;  ///< what it can be made of
+  std::size_t mostLights = 0;       ///< of a camera fitted under several; 0: any number
 };
 /// All formats in a fixed order.
 GREYCARD_EXCHANGE_EXPORT std::vector<FormatInfo> formats();
@@ -43,8 +45,10 @@ struct Exported {
 ///         JobError for lights that the format can't hold
 GREYCARD_EXCHANGE_EXPORT Exported exportAs(const std::string& format, const Material& material,
                                            const ExportOptions& options = {});
-/// \throws std::invalid_argument, before there is any material, as exportAs
-GREYCARD_EXCHANGE_EXPORT void checkFormat(const std::string& format, MaterialKind kind);
+/// Before there is any material. \param lights  how many a camera will be fitted under
+/// \throws std::invalid_argument and JobError as exportAs
+GREYCARD_EXCHANGE_EXPORT void checkFormat(const std::string& format, MaterialKind kind,
+                                          std::size_t lights = 1);
 
 /// A tuning file with matrices and tone curve of its own put in place of those that it holds: JSON
 /// with rpi.ccm and rpi.contrast (version 2, target bcm2835 or pisp), or YAML with Ccm and
