@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <vector>
 
 #include "greycard/export.h"
@@ -57,6 +58,15 @@ inline bool isWellFormed(const Picture& picture) {
   return picture.samples.size() / rowSamples == static_cast<std::size_t>(picture.height) &&
          picture.samples.size() % rowSamples == 0;
 }
+
+/// A copy of a picture that stands in a host's memory, as samples of 8 or of 16 bits.
+/// \param channels  1 or 3 (R, G, B)
+/// \param rowStride  samples from row to row; 0 for rows without gaps
+/// \throws std::invalid_argument for other channels, no pixels, or fewer samples than that
+GREYCARD_EXPORT Picture pictureOf(std::span<const std::uint8_t> samples, int width, int height,
+                                  int channels, std::size_t rowStride = 0);
+GREYCARD_EXPORT Picture pictureOf(std::span<const std::uint16_t> samples, int width, int height,
+                                  int channels, std::size_t rowStride = 0);
 
 /// Reads a PNG, TIFF, JPEG, JPEG 2000, BMP, PNM or WebP file of 8 or 16 bits per sample, grey or
 /// colour; an alpha channel is dropped, an orientation mark is obeyed.

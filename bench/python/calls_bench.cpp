@@ -1,6 +1,11 @@
 // What calls_bench.py sets beside the same calls through the Python module.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <vector>
+
 #include "greycard/delta_e.h"
 #include "greycard/exposure_histogram.h"
 #include "greycard/lut2d_table.h"
@@ -36,25 +41,41 @@ void DeltaE2000(benchmark::State& state) {
 }
 BENCHMARK(DeltaE2000);
 
-void Histograms(benchmark::State& state) {
-  const Picture picture = pattern(static_cast<int>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(exposureHistograms(picture, 255));
+auto histograms(const Picture& picture) {
+  return exposureHistograms(picture, 255);
 }
-BENCHMARK(Histograms)->Arg(8)->Arg(16)->Unit(benchmark::kMillisecond);
-
-void Correct(benchmark::State& state) {
-  const Picture picture = pattern(static_cast<int>(state.range(0)));
+auto correct(const Picture& picture) {
   const Matrix3 matrix{{{1.6, -0.5, -0.1}, {-0.2, 1.5, -0.3}, {0.0, -0.6, 1.6}}};
-  for (auto _ : state)
-    benchmark::DoNotOptimize(correctPicture(picture, SampleLevels(), {1.0, 1.0, 1.0}, matrix));
+  return correctPicture(picture, SampleLevels(), {1.0, 1.0, 1.0}, matrix);
 }
-BENCHMARK(Correct)->Arg(8)->Arg(16)->Unit(benchmark::kMillisecond);
+auto detect(const Picture& picture) {
+  return MCCDetector().detect(picture);
+}
 
-void Detect(benchmark::State& state) {
+void onPicture(benchmark::State& state, auto call) {
   const Picture picture = pattern(static_cast<int>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(MCCDetector().detect(picture));
+  for (auto _ : state) benchmark::DoNotOptimize(call(picture));
 }
-BENCHMARK(Detect)->Arg(8)->Arg(16)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(onPicture, Histograms, histograms)->Arg(8)->Arg(16);
+BENCHMARK_CAPTURE(onPicture, Correct, correct)->Arg(8)->Arg(16);
+BENCHMARK_CAPTURE(onPicture, Detect, detect)->Arg(8)->Arg(16);
+
+template <typename Sample>
+void onMemory(benchmark::State& state, auto call) {
+  const Picture picture = pattern(8 * sizeof(Sample));
+  std::vector<Sample> memory(picture.samples.size());
+  std::ranges::transform(picture.samples, memory.begin(),
+                         [](std::uint16_t sample) { return static_cast<Sample>(sample); });
+  for (auto _ : state)
+    benchmark::DoNotOptimize(
+        call(pictureOf(std::span<const Sample>(memory), picture.width, picture.height, 3)));
+}
+void onMemoryOf(benchmark::State& state, auto call) {
+  state.range(0) == 8 ? onMemory<std::uint8_t>(state, call) : onMemory<std::uint16_t>(state, call);
+}
+BENCHMARK_CAPTURE(onMemoryOf, Histograms, histograms)->Arg(8)->Arg(16);
+BENCHMARK_CAPTURE(onMemoryOf, Correct, correct)->Arg(8)->Arg(16);
+BENCHMARK_CAPTURE(onMemoryOf, Detect, detect)->Arg(8)->Arg(16);
 
 }  // namespace
 }  // namespace greycard

@@ -3,8 +3,9 @@
 
     PYTHONPATH=build/release/python bench/python/calls_bench.py build/release/bench/python/python_calls_bench
 
-With --quick as well each is called once, so that ctest sees it run. Pictures are given as a Picture,
-which is not copied, as an array, which is copied once, and as a Picture's own samples.
+With --quick as well each is called once, so that ctest sees it run. Pictures are given as a Picture and
+as a Picture's own samples, beside a Picture in C++, and as an array, which is copied once, beside
+samples in a host's memory in C++, which are copied once too.
 """
 
 import json
@@ -71,19 +72,20 @@ def calls() -> list[tuple[str, str, Callable[[], object]]]:
         if bits == 16:
             forms.append(("its samples", np.asarray(whole)))
         for given, picture in forms:
+            where = "onMemoryOf" if given == "an array" else "onPicture"
             detector, levels = core.MCCDetector(), core.SampleLevels()
             found += [
                 (
-                    f"Histograms/{bits}",
+                    f"{where}/Histograms/{bits}",
                     given,
                     lambda picture=picture: core.exposureHistograms(picture, 255),
                 ),
                 (
-                    f"Correct/{bits}",
+                    f"{where}/Correct/{bits}",
                     given,
                     lambda picture=picture: core.correctPicture(picture, levels, gains, matrix),
                 ),
-                (f"Detect/{bits}", given, lambda picture=picture: detector.detect(picture)),
+                (f"{where}/Detect/{bits}", given, lambda picture=picture: detector.detect(picture)),
             ]
     return found
 
@@ -92,12 +94,12 @@ def main() -> None:
     quick = "--quick" in sys.argv
     core.setErrorChannel(None)
     cpp = in_cpp(sys.argv[1], quick)
-    print(f"{'call':16} {'given':11} {'C++ us':>12} {'Python us':>12} {'more us':>10} {'more':>8}")
+    print(f"{'call':24} {'given':11} {'C++ us':>12} {'Python us':>12} {'more us':>10} {'more':>8}")
     for name, given, call in calls():
         spent = in_python(call, quick)
         more = spent - cpp[name]
         print(
-            f"{name:16} {given:11} {cpp[name]:12.2f} {spent:12.2f} {more:10.2f} {more / cpp[name]:8.1%}"
+            f"{name:24} {given:11} {cpp[name]:12.2f} {spent:12.2f} {more:10.2f} {more / cpp[name]:8.1%}"
         )
 
 

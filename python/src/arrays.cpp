@@ -72,14 +72,14 @@ bool kindFits(char given, char wanted) {
   return whole;
 }
 
-template <typename From>
-void fill(Picture& picture, const void* samples) {
-  const auto* const first = static_cast<const From*>(samples);
-  const auto count = static_cast<std::size_t>(picture.width) *
-                     static_cast<std::size_t>(picture.height) *
-                     static_cast<std::size_t>(picture.channels);
+template <typename Sample>
+Picture pictureOfArray(const py::array& array) {
+  const std::span samples(static_cast<const Sample*>(array.data()),
+                          static_cast<std::size_t>(array.size()));
+  const auto height = static_cast<int>(array.shape(0)), width = static_cast<int>(array.shape(1));
+  const int channels = array.ndim() == 2 ? 1 : 3;
   const py::gil_scoped_release release;
-  picture.samples.assign(first, first + count);
+  return pictureOf(samples, width, height, channels);
 }
 
 Shape shapeOf(const Picture& picture) {
@@ -177,17 +177,8 @@ Picture pictureFrom(py::handle given) {
       array.shape(1) > std::numeric_limits<int>::max())
     refuseValue(given, "picture", kPictureWanted);
 
-  Picture picture;
-  picture.height = static_cast<int>(array.shape(0));
-  picture.width = static_cast<int>(array.shape(1));
-  picture.channels = axes == 2 ? 1 : 3;
-  picture.bits = static_cast<int>(8 * type.itemsize());
-  if (picture.bits == 8) {
-    fill<std::uint8_t>(picture, array.data());
-  } else {
-    fill<std::uint16_t>(picture, array.data());
-  }
-  return picture;
+  return type.itemsize() == 1 ? pictureOfArray<std::uint8_t>(array)
+                              : pictureOfArray<std::uint16_t>(array);
 }
 
 const Picture* pictureBehind(py::handle given) {

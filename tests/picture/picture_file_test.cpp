@@ -1,10 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <opencv2/imgcodecs.hpp>
 #include <random>
+#include <span>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "decode_picture.h"
 #include "greycard/errors.h"
@@ -210,6 +215,26 @@ TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
 TEST(PictureThreads, AreOneOrMore) {
   setPictureThreads(1);
   EXPECT_THROW(setPictureThreads(0), std::invalid_argument);
+}
+
+TEST(PictureInMemory, IsCopiedWithoutTheGapsOfItsRows) {
+  const std::array<std::uint8_t, 9> grey{1, 2, 99, 3, 4, 99, 5, 6, 99};
+  const Picture gaps = pictureOf(std::span(grey), 2, 3, 1, 3);
+  EXPECT_EQ(gaps.samples, (std::vector<std::uint16_t>{1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(gaps.bits, 8);
+  EXPECT_EQ(pictureOf(std::span(grey).first(8), 2, 3, 1, 3).samples, gaps.samples);
+  const std::array<std::uint16_t, 6> pixels{0, 65535, 2, 3, 4, 5};
+  const Picture whole = pictureOf(std::span(pixels), 1, 2, 3);
+  EXPECT_TRUE(isWellFormed(whole));
+  EXPECT_EQ(whole.bits, 16);
+  EXPECT_EQ(whole.pixel(0, 1)[0], 3);
+
+  const std::span<const std::uint8_t> few = std::span(grey).first(7);
+  EXPECT_THROW(pictureOf(few, 2, 3, 1, 3), std::invalid_argument);
+  EXPECT_THROW(pictureOf(few, 2, 3, 1, 1), std::invalid_argument);
+  EXPECT_THROW(pictureOf(few, 2, 1, 2), std::invalid_argument);
+  EXPECT_THROW(pictureOf(few, 0, 1, 1), std::invalid_argument);
+  EXPECT_THROW(pictureOf(few, 1, 8, 1), std::invalid_argument);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ LEFT_OUT = {
     "TextView": "str",
     "OptionalText": "str or None",
     "numberOf": "float() and int()",
+    "pictureOf": "Picture(array)",
     "TwoDLutHelper.Lut2DConfig": "an alias",
     "NoChart.why": "an attribute of the exception, not of its class",
     "WrongSampleBits.fact": "the same",
