@@ -41,6 +41,9 @@ class JobFiles {
   /// Likewise a plot: as SVG, and drawn where the name is a .png.
   void writePlot(const std::filesystem::path& path, std::string_view svg);
 
+  /// What somebody else wrote is told too.
+  void remember(const std::filesystem::path& path, const std::string& note);
+
   /// Whether one of the outputs is standard output, which is then no place for texts.
   bool takesStandardOutput() const;
   /// "Wrote "a.json"", a line for each file that was written.
@@ -53,7 +56,6 @@ class JobFiles {
     bool written;
   };
   void add(File file);
-  void remember(const std::filesystem::path& path, const std::string& note);
   std::vector<File> m_files;
   std::string m_written;
 };

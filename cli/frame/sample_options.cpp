@@ -46,10 +46,16 @@ std::optional<DumpLayout> SampleOptions::dump() const {
   }
 }
 
+PhotographOptions SampleOptions::reading() const {
+  const auto &black = m_levels.blackLevel, &white = m_levels.whiteLevel;
+  if (black && white && *white <= *black) throw UsageError("--white must be above --black");
+  return {meaning(), dump()};
+}
+
 Photograph SampleOptions::read(const std::filesystem::path& file) const {
-  const auto layout = dump();
+  const PhotographOptions options = reading();
   try {
-    Photograph photograph = readPhotograph(file, {meaning(), layout});
+    Photograph photograph = readPhotograph(file, options);
     sampleLevels(photograph.picture, photograph.samples);
     return photograph;
   } catch (const std::invalid_argument& error) {

@@ -16,6 +16,8 @@ class SampleOptions {
   SampleMeaning meaning() const;
   /// How samples without a header lie; empty for files that have one. \throws UsageError
   std::optional<DumpLayout> dump() const;
+  /// Both. \throws UsageError, for a white level that isn't above the black one too
+  PhotographOptions reading() const;
   /// \throws FileError; UsageError for levels that make no scale and for a layout that can't be
   Photograph read(const std::filesystem::path& file) const;
 

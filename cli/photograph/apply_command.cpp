@@ -45,23 +45,23 @@ void makeOutputFolder(const std::filesystem::path& folder) {
   if (error) throw JobError("can't make the folder " + quoted(folder) + ": " + error.message());
 }
 
-// One photograph; of several, what is wrong with one doesn't stop the others.
-AppliedFit applied(ApplyFitCommand& options, const std::filesystem::path& photo,
-                   const std::filesystem::path& output, const FittedPipeline& pipeline,
-                   const ApplyFitOptions& with) {
-  AppliedFit result{photo, output, {}, {}};
-  try {
+std::vector<AppliedFit> applied(ApplyFitCommand& options,
+                                const std::vector<std::filesystem::path>& outputs,
+                                const FittedPipeline& pipeline, const ApplyFitOptions& with,
+                                const PhotographOptions& reading) {
+  const auto note = [](const std::filesystem::path& photo) { return " of " + quoted(photo); };
+  if (!options.several()) {
+    const auto& photo = options.photos.front();
     const Photograph photograph = options.samples.read(photo);
-    result.warnings = photograph.warnings;
-    options.files.write(output, applyFit(photograph, pipeline, with), " of " + quoted(photo));
-  } catch (const UsageError&) {
-    throw;
-  } catch (const std::exception& error) {
-    if (!options.several()) throw;
-    result.output.clear();
-    result.failure = error.what();
+    options.files.write(outputs.front(), applyFit(photograph, pipeline, with), note(photo));
+    return {{photo, outputs.front(), {}, photograph.warnings}};
   }
-  return result;
+  ProgressBar progress("correcting");
+  auto results =
+      *applyFitToFiles(options.photos, outputs, pipeline, with, reading, progress.callback());
+  for (const AppliedFit& one : results)
+    if (one.failure.empty()) options.files.remember(one.output, note(one.photo));
+  return results;
 }
 
 void report(ApplyFitCommand& options, const std::vector<AppliedFit>& results) {
@@ -86,6 +86,7 @@ void run(ApplyFitCommand& options) {
   for (const auto& photo : options.photos) options.files.input("PHOTO", photo);
   options.files.input("--fit", options.fit);
   options.files.input("--lut2d", options.lut2d);
+  const PhotographOptions reading = options.samples.reading();
   const FittedPipeline pipeline = present::readFittedPipeline(options.fit);
   ApplyFitOptions with;
   if (!options.curve.empty()) with.gamma = cameraGamma(options.curve);
@@ -94,15 +95,7 @@ void run(ApplyFitCommand& options) {
   if (options.several()) makeOutputFolder(options.output);
   for (const auto& output : outputs) options.files.pictureOutput("--output", output);
   options.files.output("--json", options.json);
-  std::vector<AppliedFit> results;
-  {
-    ProgressBar progress("correcting");
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      progress.show(static_cast<double>(i) / static_cast<double>(outputs.size()));
-      results.push_back(applied(options, options.photos[i], outputs[i], pipeline, with));
-    }
-  }
-  report(options, results);
+  report(options, applied(options, outputs, pipeline, with, reading));
 }
 
 }  // namespace

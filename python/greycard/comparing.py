@@ -252,17 +252,8 @@ def apply(
     )
     outputs = core.resultPaths(photos, folder)
     os.makedirs(folder, exist_ok=True)
-    done = []
-    for photo, output in zip(photos, outputs):
-        one = core.AppliedFit(photo=os.fspath(photo), output=os.fspath(output))
-        try:
-            read = core.readPhotograph(photo)
-            one.warnings = read.warnings
-            core.writePicture(output, core.applyFit(read, pipeline, options))
-        except (core.JobError, OSError, ValueError) as error:
-            one.output = ""
-            one.failure = str(error)
-        done.append(one)
+    done = core.applyFitToFiles(photos, outputs, pipeline, options)
+    assert done is not None  # without progress nothing cancels
     return Applied(
         core=tuple(done),
         provenance=origin,

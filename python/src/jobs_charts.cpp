@@ -468,6 +468,23 @@ void bindApplyFit(py::module_& m) {
       .field("output", &AppliedFit::output, "The file of the result.")
       .field("failure", &AppliedFit::failure, "Why there is no output; empty when there is.")
       .field("warnings", &AppliedFit::warnings, "A sentence each.");
+  m.def(
+      "applyFitToFiles",
+      [](const std::vector<std::filesystem::path>& photographs,
+         const std::vector<std::filesystem::path>& outputs, const FittedPipeline& pipeline,
+         const ApplyFitOptions& options, const PhotographOptions& reading,
+         const ProgressArg& progress) {
+        return cancellable(progress, [=](const ProgressCallback& callback) {
+          return applyFitToFiles(photographs, outputs, pipeline, options, reading, callback);
+        });
+      },
+      py::arg("photographs"), py::arg("outputs"), py::arg("pipeline"),
+      defaulted<ApplyFitOptions>("options", "ApplyFitOptions()"),
+      defaulted<PhotographOptions>("reading", "PhotographOptions()"),
+      py::arg("progress") = ProgressArg(),
+      "Reads photographs and writes what the pipeline makes of each to its output; what is wrong "
+      "with one doesn't stop the others. A list of AppliedFit; None when the callable cancelled. "
+      "Raises ValueError for more or fewer outputs than photographs.");
 }
 
 }  // namespace

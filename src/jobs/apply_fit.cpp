@@ -1,6 +1,7 @@
 #include "greycard/jobs/apply_fit.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "greycard/errors.h"
@@ -9,6 +10,27 @@
 #include "greycard/picture_correction.h"
 
 namespace greycard {
+namespace {
+
+AppliedFit applied(const std::filesystem::path& photo, const std::filesystem::path& output,
+                   const FittedPipeline& pipeline, const ApplyFitOptions& options,
+                   const PhotographOptions& reading) {
+  AppliedFit result{photo, output, {}, {}};
+  try {
+    const Photograph photograph = readPhotograph(photo, reading);
+    result.warnings = photograph.warnings;
+    writePicture(output, applyFit(photograph, pipeline, options));
+    return result;
+  } catch (const std::invalid_argument& error) {
+    result.failure = "can't read " + quoted(photo) + ": " + error.what();
+  } catch (const std::exception& error) {
+    result.failure = error.what();
+  }
+  result.output.clear();
+  return result;
+}
+
+}  // namespace
 
 FittedPipeline pipelineOf(const ChartFit& fit) {
   return {fit.pipeline().m_gains, fit.matrix, fit.gamma, {}};
@@ -49,6 +71,22 @@ std::vector<std::filesystem::path> resultPaths(
                      " and " + quoted(photograph) + " would both be " + quoted(result) +
                      "; rename one of them");
     results.push_back(std::move(result));
+  }
+  return results;
+}
+
+std::optional<std::vector<AppliedFit>> applyFitToFiles(
+    const std::vector<std::filesystem::path>& photographs,
+    const std::vector<std::filesystem::path>& outputs, const FittedPipeline& pipeline,
+    const ApplyFitOptions& options, const PhotographOptions& reading,
+    const ProgressCallback& progress) {
+  if (outputs.size() != photographs.size())
+    throw std::invalid_argument("each photograph needs one output");
+  std::vector<AppliedFit> results;
+  for (std::size_t i = 0; i < photographs.size(); ++i) {
+    if (progress && !progress(static_cast<double>(i) / static_cast<double>(photographs.size())))
+      return std::nullopt;
+    results.push_back(applied(photographs[i], outputs[i], pipeline, options, reading));
   }
   return results;
 }

@@ -54,4 +54,16 @@ struct AppliedFit {
   std::vector<std::string> warnings;  ///< a sentence each
 };
 
+/// Reads photographs and writes what the pipeline makes of each; what is wrong with one doesn't
+/// stop the others.
+/// \param outputs  a file for each, as resultPaths gives them
+/// \param reading  of all of them
+/// \return empty when the callback cancelled; what was written by then stays
+/// \throws std::invalid_argument for more or fewer outputs than photographs
+GREYCARD_EXPORT std::optional<std::vector<AppliedFit>> applyFitToFiles(
+    const std::vector<std::filesystem::path>& photographs,
+    const std::vector<std::filesystem::path>& outputs, const FittedPipeline& pipeline,
+    const ApplyFitOptions& options = {}, const PhotographOptions& reading = {},
+    const ProgressCallback& progress = {});
+
 }  // namespace greycard
