@@ -31,12 +31,15 @@ struct ChartCorners {
   bool refine = true;
 };
 
+/// \throws std::invalid_argument when the corners are not finite, not convex, or do not go round
+///         clockwise in the picture
+GREYCARD_EXPORT void checkCorners(const std::array<Point2, 4>& points);
+
 /// The chart with these corners. Always placed, as the caller says so; the doubts are those of
 /// checkPatches, and one more where the corners seem to be listed from another patch. Of the
 /// options levels and smallestGate count.
 ///
-/// \throws std::invalid_argument when the corners are not finite, not convex, or do not go round
-///         clockwise in the picture; when the levels are not finite or not in order
+/// \throws std::invalid_argument as checkCorners; when the levels are not finite or not in order
 GREYCARD_EXPORT ChartDetection placeChart(const Picture& picture, const ChartCorners& corners,
                                           const DetectOptions& options = {});
 

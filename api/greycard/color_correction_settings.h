@@ -79,4 +79,9 @@ class GREYCARD_EXPORT ColorCorrectionSettings {
   double m_exposureGain = 1.0;  ///< for FitExposure::number, 1e-6 to 1e6
 };
 
+/// \ingroup own
+/// Refuses what can't be fitted whatever is measured.
+/// \throws std::invalid_argument in one sentence that names the setting
+GREYCARD_EXPORT void checkFitSettings(const ColorCorrectionSettings& settings);
+
 }  // namespace greycard

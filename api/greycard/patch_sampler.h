@@ -34,6 +34,9 @@ struct SampleLevels {
   }
 };
 
+/// \throws std::invalid_argument unless the levels are finite, white above black, scale above 0
+GREYCARD_EXPORT void checkLevels(const SampleLevels& levels);
+
 /// Shares (0..1) of a patch's pixels in one channel.
 struct ChannelClipping {
   double ceiling = 0.0;  ///< at or above the white level

@@ -33,6 +33,9 @@ struct QuadSampling {
 GREYCARD_EXPORT QuadSampling sampleQuads(const Picture& picture, const PatchQuads& patches,
                                          const SampleLevels& levels, double share = 0.5);
 
+/// \throws std::invalid_argument for a share that isn't above 0 and at most 1
+GREYCARD_EXPORT void checkSampledShare(double share);
+
 /// The corners of what sampleQuads looks at in each patch. \throws as it, for patches and share
 GREYCARD_EXPORT PatchQuads sampledMiddles(const PatchQuads& patches, double share = 0.5);
 

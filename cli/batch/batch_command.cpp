@@ -86,6 +86,7 @@ void run(BatchOptions& options) {
   const batch::Settings settings = settingsOf(options);
   options.tellOptions(batch::toJson(settings), batch::toJson(batch::Settings{}));
   const batch::FileList list = batch::photographsOf(options.inputs);
+  batch::checkSettings(settings, list.files);
   const batch::Folder folder(
       options.folder, options.resume ? batch::Folder::Start::resume : batch::Folder::Start::fresh);
   CrewWork work = doAll({list.files, settings, options.folder, options.resume, options.jobs});

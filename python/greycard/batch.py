@@ -509,7 +509,8 @@ def run(
     Raises
     ------
     JobError
-        A folder that holds anything, or that another run writes into.
+        Options that no photograph could be done with; a folder that holds anything, or that another
+        run writes into.
     ValueError
         Settings that can't be.
     VersionError
@@ -534,8 +535,7 @@ def run(
     origin = _origin(asked)
     inputs = [files] if isinstance(files, (str, os.PathLike)) else list(files)
     listed = batch.photographsOf(inputs).files
-    for file in listed:
-        batch.resolved(asked, file.photo)  # settings that can't be are told before any work
+    batch.checkSettings(asked, listed)
     start = batch.Folder.Start.resume if resume else batch.Folder.Start.fresh
     folder = os.fspath(output)
     with _client_of(scheduler) as client:  # before there is a folder

@@ -59,6 +59,14 @@ void bindBatchSettings(py::module_& m) {
       "The settings of a file over those given. Raises FileError and JobError.");
   m.def("resolved", &batch::resolved, py::arg("settings"), py::arg("photo"),
         "The options of one photograph, all fields, as JSON. Raises ValueError.");
+  m.def(
+      "checkSettings",
+      [](const batch::Settings& settings, const std::vector<batch::File>& files) {
+        withoutLock([&] { batch::checkSettings(settings, files); });
+      },
+      py::arg("settings"), py::arg("files"),
+      "Refuses options that no photograph could be done with, before any is. Raises JobError that "
+      "names the first of the photographs that they are for.");
   m.def("settingsHash", unlocked(&batch::settingsHash), py::arg("settings"), py::arg("photo"),
         "Of all that bears on the photograph's result but its content.");
 }

@@ -105,6 +105,9 @@ void bindResults(py::module_& m) {
       .field("m_gains", &ColorPipeline::m_gains, "3: exposure gain times white-balance gains.")
       .field("m_ccm", &ColorPipeline::m_ccm, "3 x 3: m_ccm * column.")
       .field("m_gamma", &ColorPipeline::m_gamma, "R, G, B: 256 values each over 0..1.");
+  m.def("checkFitSettings", &checkFitSettings, py::arg("settings"),
+        "Refuses what can't be fitted whatever is measured. Raises ValueError that names the "
+        "setting.");
   using Report = ColorFitReport;
   Struct<Report>(m, "ColorFitReport", "What a colour-matrix fit worked on and how it went.")
       .field("m_balancedRGB", &Report::m_balancedRGB,

@@ -187,6 +187,10 @@ void bindPlacing(py::module_& m) {
       .field("refine", &ChartCorners::refine,
              "Moves the chart to the patches seen where at least 9 are near their places.");
   m.def(
+      "checkCorners", &checkCorners, py::arg("points"),
+      "Raises ValueError when the corners are not finite, not convex, or do not go round clockwise "
+      "in the picture.");
+  m.def(
       "placeChart",
       [](const Picture& picture, ChartCorners corners, DetectOptions wanted) {
         return withoutLock([&] { return placeChart(picture, corners, wanted); });

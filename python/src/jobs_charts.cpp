@@ -15,6 +15,10 @@
 namespace greycard::python {
 namespace {
 
+constexpr const char* kCheckOptions =
+    "Refuses options that the job can be done with on no photograph, before there is one. Raises "
+    "ValueError, FileError and JobError as the job.";
+
 using Path = std::filesystem::path;
 
 void bindLocateChart(py::module_& m) {
@@ -104,6 +108,8 @@ FileError
         "All charts. Raises ValueError as locateChart, and for corners or regions.");
   m.def("surroundings", &surroundings, py::arg("chart"),
         "A part of the picture that holds the chart that was found, for LocateOptions.within.");
+  m.def("checkOptions", unlocked(static_cast<void (*)(const LocateOptions&)>(&checkOptions)),
+        py::arg("options"), kCheckOptions);
   m.def("detectOptions", &detectOptions, py::arg("picture"), py::arg("options"),
         "What the search is asked by LocateOptions.");
   m.def("patchList", &patchList, py::arg("patches"),
@@ -171,6 +177,8 @@ void bindEvaluateChart(py::module_& m) {
       .field("errors", &ChartEvaluation::errors, "Of measured colours to the reference.")
       .field("warnings", &ChartEvaluation::warnings, "A sentence each.")
       .field("capture", &ChartEvaluation::capture, "Of a raw photograph.");
+  m.def("checkOptions", unlocked(static_cast<void (*)(const EvaluationOptions&)>(&checkOptions)),
+        py::arg("options"), kCheckOptions);
   m.def("evaluateChart",
         unlocked(py::overload_cast<const Picture&, const EvaluationOptions&, const Path&>(
             &evaluateChart)),
@@ -270,6 +278,8 @@ JobError
     A grey picture, and as locateChart and cameraGamma.
 ValueError, NumericError
     As ColorCorrectionUtils.Optimize.)";
+  m.def("checkOptions", unlocked(static_cast<void (*)(const ChartFitOptions&)>(&checkOptions)),
+        py::arg("options"), kCheckOptions);
   m.def(
       "fitChart",
       [](const Picture& picture, const ChartFitOptions& options, const Path& photo,

@@ -35,6 +35,8 @@ Examples
       .field("encoding", &SampleMeaning::encoding, "Else sRGB for 8 bits and linear for 16.")
       .field("blackLevel", &SampleMeaning::blackLevel, "Else 0.")
       .field("whiteLevel", &SampleMeaning::whiteLevel, "Else 255 or 65535.");
+  m.def("checkLevels", &checkLevels, py::arg("levels"),
+        "Raises ValueError unless they are finite, white above black, scale above 0.");
   m.def("defaultEncoding", &defaultEncoding, py::arg("bits"),
         "sRGB for 8 bits and linear for 16: what samples are where nobody says otherwise.");
   m.def(
@@ -85,6 +87,8 @@ Raises
 ValueError
     It names the patch whose corners are not finite, not convex, or hold no pixel of the picture.
 )");
+  m.def("checkSampledShare", &checkSampledShare, py::arg("share"),
+        "Raises ValueError for a share that isn't above 0 and at most 1.");
   m.def(
       "sampledMiddles",
       [](const PatchQuads& patches, double share) { return sampledMiddles(patches, share); },

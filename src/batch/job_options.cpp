@@ -1,5 +1,7 @@
 #include "job_options.h"
 
+#include <set>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -7,6 +9,7 @@
 #include "content_hash.h"
 #include "glob.h"
 #include "greycard/errors.h"
+#include "greycard/files.h"
 #include "greycard/present/chart.h"
 #include "json_text.h"
 
@@ -99,6 +102,19 @@ std::string hashOf(const JobOptions& options, Job job, const std::filesystem::pa
 
 std::string resolved(const Settings& settings, const std::filesystem::path& photo) {
   return jobOptions(settings, photo).text;
+}
+
+void checkSettings(const Settings& settings, std::span<const File> files) {
+  std::set<std::string> checked;
+  for (const File& file : files) {
+    const JobOptions options = jobOptions(settings, file.photo);
+    if (!checked.insert(options.text).second) continue;
+    try {
+      std::visit([](const auto& job) { checkOptions(job); }, options.job);
+    } catch (const std::exception& error) {
+      throw JobError("the options for " + quoted(file.photo) + " can't be: " + error.what());
+    }
+  }
 }
 
 std::string settingsHash(const Settings& settings, const std::filesystem::path& photo) {

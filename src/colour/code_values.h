@@ -12,9 +12,6 @@ namespace greycard {
 /// \throws std::invalid_argument that tells the picture's fields unless it is well-formed
 void checkPicture(const Picture& picture);
 
-/// \throws std::invalid_argument unless the levels are finite, white above black, scale above 0
-void checkLevels(const SampleLevels& levels);
-
 /// Linear value of a code between the levels, that of the white level above it.
 double linearValue(const SampleLevels& levels, double code);
 

@@ -106,17 +106,21 @@ std::vector<std::int32_t> whitePatches(const ColorCorrectionAdvancedSettings& ad
   return patches;
 }
 
+void checkFitSettings(const ColorCorrectionSettings& settings) {
+  checkSettings(settings);
+  checkTransform(settings);
+  checkTable(settings.m_macbethData.m_RefLab, "reference", kLabNames);
+}
+
 void checkFitInput(const ColorCorrectionSettings& settings, std::span<const std::int32_t> gammaR,
                    std::span<const std::int32_t> gammaG, std::span<const std::int32_t> gammaB) {
   checkGamma(gammaR, kRgbNames[0]);
   checkGamma(gammaG, kRgbNames[1]);
   checkGamma(gammaB, kRgbNames[2]);
-  checkSettings(settings);
-  checkTransform(settings);
+  checkFitSettings(settings);
   const MacbethChartData& chart = settings.m_macbethData;
   checkTable(chart.m_RGB, "measured", kRgbNames);
   checkTable(chart.m_Noise, "noise", kRgbNames);
-  checkTable(chart.m_RefLab, "reference", kLabNames);
   checkWhitePatches(chart.m_RGB, whitePatches(settings.m_advanced));
 }
 

@@ -112,14 +112,18 @@ class QuadSampler {
 };
 
 void checkQuads(const PatchQuads& patches, double share) {
-  // Written so that NaN is refused too: every comparison with it is false.
-  if (!(share > 0.0 && share <= 1.0))
-    throw std::invalid_argument("the share of a patch's side to sample, " + formatGeneral(share) +
-                                ", must be above 0 and at most 1");
+  checkSampledShare(share);
   requireConvex(patches);
 }
 
 }  // namespace
+
+void checkSampledShare(double share) {
+  // Written so that NaN is refused too: every comparison with it is false.
+  if (!(share > 0.0 && share <= 1.0))
+    throw std::invalid_argument("the share of a patch's side to sample, " + formatGeneral(share) +
+                                ", must be above 0 and at most 1");
+}
 
 QuadSampling sampleQuads(const Picture& picture, const PatchQuads& patches,
                          const SampleLevels& levels, double share) {

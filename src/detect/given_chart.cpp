@@ -37,26 +37,6 @@ void checkPicture(const Picture& picture) {
         "the picture to look for the patches in is empty or its size and samples disagree");
 }
 
-void checkCorners(const std::array<Point2, 4>& points) {
-  double area = 0.0;
-  for (std::size_t k = 0; k < 4; ++k) {
-    const auto &a = points[k], &b = points[(k + 1) % 4];
-    area += a.x * b.y - a.y * b.x;
-  }
-  // With y downward a clockwise round has a positive area.
-  if (isConvex(points) && area > 0.0) return;
-  std::string list;
-  for (const auto& p : points)
-    list += (list.empty() ? "" : " ") + formatGeneral(p.x) + "," + formatGeneral(p.y);
-  throw std::invalid_argument(
-      "the corners " + list +
-      (isConvex(points)
-           ? " go round anticlockwise; list them at patches 1, 6, 24 and 19, or flip the "
-             "picture if it is mirrored"
-           : " are not those of a convex quadrilateral; list them round the chart at "
-             "patches 1, 6, 24 and 19"));
-}
-
 // Plane points of the corners: clockwise from patch 1.
 std::array<Point2, 4> planeCorners(CornerKind kind) {
   const double inset = kind == CornerKind::PatchCentres ? 0.5 : 0.5 - kHalfSide;
@@ -154,6 +134,26 @@ double meanSide(const PatchQuads& patches) {
 }
 
 }  // namespace
+
+void checkCorners(const std::array<Point2, 4>& points) {
+  double area = 0.0;
+  for (std::size_t k = 0; k < 4; ++k) {
+    const auto &a = points[k], &b = points[(k + 1) % 4];
+    area += a.x * b.y - a.y * b.x;
+  }
+  // With y downward a clockwise round has a positive area.
+  if (isConvex(points) && area > 0.0) return;
+  std::string list;
+  for (const auto& p : points)
+    list += (list.empty() ? "" : " ") + formatGeneral(p.x) + "," + formatGeneral(p.y);
+  throw std::invalid_argument(
+      "the corners " + list +
+      (isConvex(points)
+           ? " go round anticlockwise; list them at patches 1, 6, 24 and 19, or flip the "
+             "picture if it is mirrored"
+           : " are not those of a convex quadrilateral; list them round the chart at "
+             "patches 1, 6, 24 and 19"));
+}
 
 ChartDetection placeChart(const Picture& picture, const ChartCorners& corners,
                           const DetectOptions& options) {

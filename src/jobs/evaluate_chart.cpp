@@ -7,6 +7,13 @@
 
 namespace greycard {
 
+void checkOptions(const EvaluationOptions& options) {
+  checkOptions(options.locate);
+  SampleLevels levels;
+  levels.scale = options.scale;
+  checkLevels(levels);
+}
+
 ChartEvaluation evaluateChart(const Picture& picture, const EvaluationOptions& options,
                               const std::filesystem::path& photo) {
   MacbethChartData data;

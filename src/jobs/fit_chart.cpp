@@ -172,6 +172,12 @@ ColorCorrectionSettings ChartFitOptions::settings() const {
   return settings;
 }
 
+void checkOptions(const ChartFitOptions& options) {
+  checkOptions(options.locate);
+  cameraGamma(options.gamma);
+  checkFitSettings(options.settings());
+}
+
 ColorPipeline ChartFit::pipeline() const {
   ColorCorrectionUtils facade;
   setCurve(facade, gamma);

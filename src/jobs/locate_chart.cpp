@@ -38,13 +38,22 @@ bool isGiven(const LocateOptions& options) {
   return options.corners || !options.regions.empty();
 }
 
-LocatedChart chartOf(const Picture& picture, const LocateOptions& options) {
+void checkPlace(const LocateOptions& options) {
   if (options.corners && !options.regions.empty())
     throw std::invalid_argument(
         "the chart's place comes from a region file or from corners, not from both");
   if (options.within && isGiven(options))
     throw std::invalid_argument(
         "a part of the picture to look in is of no use where the chart's place is given");
+}
+
+void requireOrder(double black, double white) {
+  if (!(white > black))
+    throw std::invalid_argument("the white level must be above the black level");
+}
+
+LocatedChart chartOf(const Picture& picture, const LocateOptions& options) {
+  checkPlace(options);
   const DetectOptions detect = detectOptions(picture, options);
   if (!options.regions.empty()) return fromFile(picture, options.regions, detect);
   if (options.corners)
@@ -78,9 +87,17 @@ SampleLevels sampleLevels(const Picture& picture, const SampleMeaning& meaning) 
       picture.bits == 16 ? SampleLevels::sixteenBit(encoding) : SampleLevels::eightBit(encoding);
   levels.blackLevel = meaning.blackLevel.value_or(levels.blackLevel);
   levels.whiteLevel = meaning.whiteLevel.value_or(levels.whiteLevel);
-  if (!(levels.whiteLevel > levels.blackLevel))
-    throw std::invalid_argument("the white level must be above the black level");
+  requireOrder(levels.blackLevel, levels.whiteLevel);
   return levels;
+}
+
+void checkOptions(const LocateOptions& options) {
+  checkPlace(options);
+  checkSampledShare(options.sampledShare);
+  if (options.samples.blackLevel && options.samples.whiteLevel)
+    requireOrder(*options.samples.blackLevel, *options.samples.whiteLevel);
+  if (options.corners) checkCorners(*options.corners);
+  if (!options.regions.empty()) readRegionFile(options.regions);
 }
 
 DetectOptions detectOptions(const Picture& picture, const LocateOptions& options) {

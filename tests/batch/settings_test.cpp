@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 #include "glob.h"
 #include "greycard/errors.h"
@@ -85,6 +87,37 @@ TEST(Settings, WhatIsWrongIsToldWithItsPlace) {
 }
 
 class SettingsHash : public ScratchFolder {};
+
+// Whatever is in the photographs.
+TEST(Settings, OptionsThatNoPhotographCouldBeDoneWithAreRefusedBeforeAnyIs) {
+  struct Case {
+    const char *job, *options, *why;
+  };
+  const std::vector<File> files{{"shelf_A_1.png", "shelf_A_1.png"}, {"b.png", "b.png"}};
+  for (const Case& c :
+       {Case{"ccm", R"("noise_rate": -5)", "m_fNoiseRate is -5; it must be 0 to 1"},
+        Case{"ccm", R"("exposure": "number", "exposure_gain": -3)", "m_exposureGain is -3"},
+        Case{"ccm", R"("gamma": "Nothing")", "no tone curve or file \"Nothing\""},
+        Case{"ccm", R"("white_patches": [99])", "patches 19 to 22, not 99"},
+        Case{"ccm", R"("transform": 3)", "transform 3"},
+        Case{"ccm", R"("reference_lab": "missing.txt")", "missing.txt"},
+        Case{"chart", R"("sampled_share": 5)", "sample, 5, must be above 0"},
+        Case{"chart", R"("regions": "missing.csv")", "missing.csv"},
+        Case{"chart", R"("corners": [[0,0],[1,1],[2,2],[3,3]])", "not those of a convex"},
+        Case{"chart", R"("black": 300, "white": 200)", "the white level must be above"},
+        Case{"evaluate", R"("scale": -1)", "the scale must be above 0, not -1"}}) {
+    const Settings settings =
+        settingsFrom(std::string(R"({"job": ")") + c.job +
+                     R"(", "overrides": [{"pattern": "*_A_*", "options": {)" + c.options + "}}]}");
+    try {
+      checkSettings(settings, files);
+      ADD_FAILURE() << c.options << " was taken";
+    } catch (const JobError& error) {
+      EXPECT_THAT(error.what(), testing::AllOf(HasSubstr("\"shelf_A_1.png\""), HasSubstr(c.why)));
+    }
+    EXPECT_NO_THROW(checkSettings(settings, std::span(files).subspan(1)));
+  }
+}
 
 TEST_F(SettingsHash, ChangesWithWhatBearsOnThePhotographAlone) {
   const std::string lab = write("lab.txt", "one").string();

@@ -6,11 +6,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "greycard/batch/export.h"
+#include "greycard/batch/files.h"
 
 namespace greycard::batch {
 
@@ -74,6 +76,11 @@ GREYCARD_BATCH_EXPORT Settings readSettings(const std::filesystem::path& file,
 /// \throws std::invalid_argument as fromJson
 GREYCARD_BATCH_EXPORT std::string resolved(const Settings& settings,
                                            const std::filesystem::path& photo);
+
+/// Refuses options that no photograph could be done with, whatever is in it, before any is: values
+/// out of range, files that can't be read. \throws JobError that names the first of the photographs
+/// that they are for; std::invalid_argument as resolved
+GREYCARD_BATCH_EXPORT void checkSettings(const Settings& settings, std::span<const File> files);
 
 /// 32 hexadecimal digits (XXH3, 128 bits) of all that bears on the photograph's result but its
 /// content: its path as it is named, the job, its resolved options, and what is in the files that

@@ -38,6 +38,10 @@ struct ChartEvaluation {
   std::optional<CaptureInfo> capture;  ///< of a raw photograph
 };
 
+/// Refuses what no photograph could be judged with, before there is one.
+/// \throws std::invalid_argument and FileError as evaluateChart
+GREYCARD_EXPORT void checkOptions(const EvaluationOptions& options);
+
 /// Judges the camera as it is, before any correction is fitted.
 ///
 /// \param photo  names the picture in messages and in the result; may be empty

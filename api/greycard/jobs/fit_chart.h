@@ -51,6 +51,10 @@ struct GREYCARD_EXPORT ChartFitOptions {
   ColorCorrectionSettings settings() const;
 };
 
+/// Refuses what nothing could be fitted with, before there is a photograph.
+/// \throws std::invalid_argument, FileError and UnknownName as fitChart
+GREYCARD_EXPORT void checkOptions(const ChartFitOptions& options);
+
 /// Gains and matrix fitted to a photographed chart, with all that tells how good they are.
 ///
 /// *Measured* is what the camera gave, *balanced* that with exposure and white-balance gains,

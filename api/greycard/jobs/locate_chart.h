@@ -38,6 +38,10 @@ struct LocateOptions {
   bool force = false;  ///< go on with a chart that is in doubt
 };
 
+/// Refuses what no photograph could be searched with, before there is one.
+/// \throws std::invalid_argument; FileError for regions that can't be read
+GREYCARD_EXPORT void checkOptions(const LocateOptions& options);
+
 /// What the search is asked by these options. \throws std::invalid_argument for levels without
 /// meaning
 GREYCARD_EXPORT DetectOptions detectOptions(const Picture& picture, const LocateOptions& options);
