@@ -48,6 +48,9 @@ std::string told(const ChartDetection& detection) {
   } else if (detection.candidate) {
     text += "candidate\n" + placed(*detection.candidate);
   }
+  if (!detection.found() && detection.method == ChartMethod::Lattice) {
+    EXPECT_EQ(detection.quads, static_cast<int>(detection.candidateRegions.size()));
+  }
   text += "  candidates " + std::to_string(detection.candidateRegions.size()) + "\n";
   for (std::size_t i = 0; i < detection.candidateRegions.size(); i += 7) {
     const PatchRegion& seen = detection.candidateRegions[i];

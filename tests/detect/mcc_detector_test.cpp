@@ -15,6 +15,7 @@
 #include "golden.h"
 #include "greycard/chart_regions.h"
 #include "greycard/diagnostics.h"
+#include "result/stated_search.h"
 
 namespace greycard {
 namespace {
@@ -226,6 +227,26 @@ TEST_F(Detector, AStrayPatchDoesNotWinOverTheChart) {
   const auto detection = detector_.detect(picture, kStated);
   EXPECT_GT(detection.quads, 24);
   EXPECT_GT(detection.quadsUsed, 20) << detection.reason;
+}
+
+TEST(StatedSearch, FindsInAShrunkPictureTheSamePlaces) {
+  const Picture picture = renderChart({1600, 1200, 140.0, 0.0, 0.0, 0.0, 800.0, 600.0});
+  const PixelWindow part{40, 60, 1500, 1100};
+  const ChartDetection whole = detectStated(picture, part, {}, 1);
+  for (const int factor : {2, 3}) {
+    const ChartDetection shrunk = detectStated(picture, part, {}, factor);
+    ASSERT_TRUE(shrunk.found()) << factor;
+    EXPECT_NEAR(shrunk.size, whole.size, 8.0);
+    for (std::size_t i = 0; i < kPatchCount; ++i) {
+      EXPECT_NEAR(shrunk.points[i].x, whole.points[i].x, 6.0);
+      EXPECT_NEAR(shrunk.points[i].y, whole.points[i].y, 6.0);
+      const PatchRegion &a = shrunk.regions[i], &b = whole.regions[i];
+      EXPECT_NEAR(a.left, b.left, 12.0);
+      EXPECT_NEAR(a.top, b.top, 12.0);
+      EXPECT_NEAR(a.width, b.width, 12.0);
+      EXPECT_NEAR(a.height, b.height, 12.0);
+    }
+  }
 }
 
 TEST_F(Detector, RunDetectorKeepsItsContract) {

@@ -1,0 +1,77 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "greycard/jobs/apply_fit.h"
+#include "greycard/jobs/fit_chart.h"
+#include "greycard/jobs/locate_chart.h"
+
+namespace greycard {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(ChartJobs, ASpaceOfYourOwnNeedsAMatrixThatIsUndoneByTheOther) {
+  ChartFitOptions options;
+  options.transform = 3;
+  options.rgbToXyz = Matrix3{{{0.5, 0.25, 0.0}, {0.25, 0.5, 0.0}, {0.0, 0.0, 0.8}}};
+  options.xyzToRgb = Matrix3{{{8.0 / 3, -4.0 / 3, 0.0}, {-4.0 / 3, 8.0 / 3, 0.0}, {0, 0, 1.25}}};
+  EXPECT_EQ(options.settings().m_CustXYZ2sRGB, *options.xyzToRgb);
+  EXPECT_NO_THROW(checkOptions(options));
+  (*options.xyzToRgb)[0][1] = -1.3;
+  try {
+    options.settings();
+    ADD_FAILURE() << "taken";
+  } catch (const std::invalid_argument& error) {
+    // 8/3 * 1/2 - 1.3 * 1/4
+    EXPECT_THAT(error.what(), HasSubstr("row 1, column 1 of their product is 1.00833"));
+  }
+}
+
+TEST(ChartJobs, RegionsOfTheFirstFormAreSampledWhole) {
+  LocatedChart chart;
+  chart.patches.fill({{{0, 0}, {8, 0}, {8, 8}, {0, 8}}});
+  EXPECT_EQ(chart.sampled()[3], (PatchQuad{{{2, 2}, {6, 2}, {6, 6}, {2, 6}}}));
+  chart.upright = true;
+  EXPECT_EQ(chart.sampled(), chart.patches);
+}
+
+TEST(ChartJobs, AFitGoesOverPhotographsOfWhichOneMayFail) {
+  auto name = (std::filesystem::temp_directory_path() / "greycard-apply-XXXXXX").string();
+  ASSERT_NE(::mkdtemp(name.data()), nullptr);
+  const std::filesystem::path folder = name;
+  Picture colours(2, 1, 3, 8);
+  colours.samples = {255, 0, 0, 0, 255, 0};
+  writePicture(folder / "a.png", colours);
+  writePicture(folder / "grey.png", Picture(2, 2, 1, 8));
+  FittedPipeline swapped;
+  swapped.matrix = {{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}};
+  swapped.gamma = cameraGamma("VGammaSRGB");
+  const std::vector photos{folder / "grey.png", folder / "missing.png", folder / "a.png"};
+  const std::vector outputs{folder / "0.png", folder / "1.png", folder / "2.png"};
+  const auto done = *applyFitToFiles(photos, outputs, swapped);
+  ASSERT_EQ(done.size(), 3U);
+  EXPECT_THAT(done[0].failure, HasSubstr("grey.png\" is a grey picture"));
+  EXPECT_THAT(done[1].failure, HasSubstr("missing.png"));
+  EXPECT_TRUE(done[1].output.empty());
+  EXPECT_EQ(done[2].failure, "");
+  EXPECT_EQ(readPicture(done[2].output).samples,
+            (std::vector<std::uint16_t>{0, 255, 0, 255, 0, 0}));
+  EXPECT_FALSE(std::filesystem::exists(outputs[0]));
+
+  int asked = 0;
+  EXPECT_FALSE(applyFitToFiles(photos, outputs, swapped, {}, {}, [&](double fraction) {
+    EXPECT_EQ(fraction, 0.0);
+    return ++asked == 0;
+  }));
+  EXPECT_EQ(applyFitToFiles({photos[2]}, {outputs[2]}, swapped, {}, {{{}, 300.0, 200.0}, {}})
+                ->front()
+                .failure.substr(0, 10),
+            "can't read");
+  EXPECT_THROW(applyFitToFiles(photos, {outputs[0]}, swapped), std::invalid_argument);
+  std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace greycard
