@@ -26,7 +26,7 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = "support numerics picture gamma colour detect fitting lut2d noise simulate jobs present matrix_fit exchange batch".split()
+FOLDERS = "support numerics picture gamma colour detect fitting lut2d noise simulate jobs present matrix_fit exchange batch raw".split()
 TURNS = ("constant", "branch", "operator", "constant", "branch", "statement")
 
 # What is blanked out before faults are sought: comments, texts, preprocessor lines, assertions, exceptions, logs.
