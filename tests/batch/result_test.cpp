@@ -67,6 +67,7 @@ TEST_F(Results, TellWhyAPhotographFailed) {
       const Result result = *doPhotograph({folder / c.name, c.name}, settings);
       EXPECT_THAT(result.reason, HasSubstr(c.told));
       EXPECT_EQ(result.contentHash.empty(), !c.read) << c.name;
+      EXPECT_EQ(result.thumbnail.empty(), std::string(c.name) != "blank.png") << c.name;
       Result again;
       fromJson(toJson(result), again);
       EXPECT_EQ(toJson(again), toJson(result));

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "content_hash.h"
 #include "glob.h"
 #include "greycard/errors.h"
 #include "scratch_folder.h"
@@ -86,8 +87,6 @@ TEST(Settings, WhatIsWrongIsToldWithItsPlace) {
   }
 }
 
-class SettingsHash : public ScratchFolder {};
-
 // Whatever is in the photographs.
 TEST(Settings, OptionsThatNoPhotographCouldBeDoneWithAreRefusedBeforeAnyIs) {
   struct Case {
@@ -117,6 +116,17 @@ TEST(Settings, OptionsThatNoPhotographCouldBeDoneWithAreRefusedBeforeAnyIs) {
     }
     EXPECT_NO_THROW(checkSettings(settings, std::span(files).subspan(1)));
   }
+}
+
+class SettingsHash : public ScratchFolder {};
+
+TEST_F(SettingsHash, TextsDontRunIntoEachOther) {
+  Hash a, b;
+  a.addText("ab");
+  a.addText("c");
+  b.addText("a");
+  b.addText("bc");
+  EXPECT_NE(a.digits(), b.digits());
 }
 
 TEST_F(SettingsHash, ChangesWithWhatBearsOnThePhotographAlone) {
