@@ -3,7 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <random>
+#include <sstream>
+#include <vector>
 
 #include "exchange_fixture.h"
 #include "greycard/curve_source.h"
@@ -41,10 +46,25 @@ Vector3 labOf(const Vector3& rgb) {  // encoded sRGB under D65
   return {116.0 * f[1] - 16.0, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2])};
 }
 
+// Gains, matrix and tone curve of linear camera RGB.
+Vector3 exactly(const ChartFit& fit, const Vector3& rgb) {
+  static const auto curves = fit.pipeline().m_gamma;
+  Vector3 out{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    double corrected = 0.0;
+    for (std::size_t c = 0; c < 3; ++c)
+      corrected += fit.matrix[i][c] * fit.exposure * fit.whiteBalance[c] * rgb[c];
+    const double at = 255.0 * std::clamp(corrected, 0.0, 1.0);
+    const auto entry = std::min(static_cast<std::size_t>(at), std::size_t{254});
+    const double rest = at - static_cast<double>(entry);
+    out[i] = std::min(1.0, (1.0 - rest) * curves[i][entry] + rest * curves[i][entry + 1]);
+  }
+  return out;
+}
+
 TEST(Cube, RendersAChartAsTheExactPipelineDoes) {
   const FittedCamera camera = knownCamera({illum_D65});
   const ChartFit& fit = camera.lights[0].fit;
-  const auto curves = fit.pipeline().m_gamma;
   const struct {
     const char* format;
     bool linear;
@@ -61,22 +81,61 @@ TEST(Cube, RendersAChartAsTheExactPipelineDoes) {
     double sum = 0.0;
     for (std::size_t patch = 0; patch < kPatchCount; patch += every) {
       const Vector3& rgb = fit.measuredRgb[patch];
-      Vector3 in = rgb, exactly{};
+      Vector3 in = rgb;
       if (!linear)
         for (double& value : in) value = encoded(value);
-      for (std::size_t i = 0; i < 3; ++i) {
-        double corrected = 0.0;
-        for (std::size_t c = 0; c < 3; ++c)
-          corrected += fit.matrix[i][c] * fit.exposure * fit.whiteBalance[c] * rgb[c];
-        const double at = 255.0 * std::clamp(corrected, 0.0, 1.0);
-        const auto entry = std::min(static_cast<std::size_t>(at), std::size_t{254});
-        const double rest = at - static_cast<double>(entry);
-        exactly[i] = std::min(1.0, (1.0 - rest) * curves[i][entry] + rest * curves[i][entry + 1]);
-      }
-      sum += deltaE2000(labOf(exactly), labOf(applied(folder, in)));
+      sum += deltaE2000(labOf(exactly(fit, rgb)), labOf(applied(folder, in)));
     }
     EXPECT_LT(sum * static_cast<double>(every) / kPatchCount, limit);
   }
+}
+
+// At other colours than the note's, and read by another reader.
+TEST(Cube, TellsItsErrorOverTheWholeCube) {
+  const FittedCamera camera = knownCamera({illum_D65});
+  constexpr std::size_t kSize = 17;
+  const Exported lut = exportAs("cube17", camera);
+  double stated = 0.0, worst = 0.0;
+  ASSERT_EQ(std::sscanf(lut.notes[0].c_str(),
+                        "dE00 to the exact colours over the whole cube: "
+                        "trilinear mean %lf, worst %lf",
+                        &stated, &worst),
+            2);
+  std::vector<Vector3> nodes;
+  std::istringstream lines(lut.bytes);
+  for (std::string line; std::getline(lines, line);)
+    if (Vector3 node; std::sscanf(line.c_str(), "%lf %lf %lf", &node[0], &node[1], &node[2]) == 3)
+      nodes.push_back(node);
+  ASSERT_EQ(nodes.size(), kSize * kSize * kSize);
+
+  std::mt19937 random(5);
+  double sum = 0.0, largest = 0.0;
+  constexpr int kColours = 4000;
+  for (int i = 0; i < kColours; ++i) {
+    std::array<std::size_t, 3> first{};
+    Vector3 rest{}, linear{}, read{};
+    for (std::size_t c = 0; c < 3; ++c) {
+      const double code = static_cast<double>(random()) / 4294967296.0, at = code * (kSize - 1);
+      first[c] = static_cast<std::size_t>(at);
+      rest[c] = at - static_cast<double>(first[c]);
+      linear[c] = decoded(code);
+    }
+    for (std::size_t b = 0; b < 2; ++b)
+      for (std::size_t g = 0; g < 2; ++g)
+        for (std::size_t r = 0; r < 2; ++r) {
+          const double weight = (r ? rest[0] : 1 - rest[0]) * (g ? rest[1] : 1 - rest[1]) *
+                                (b ? rest[2] : 1 - rest[2]);
+          const std::size_t row = (first[2] + b) * kSize + first[1] + g;
+          const Vector3& node = nodes[row * kSize + first[0] + r];
+          for (std::size_t c = 0; c < 3; ++c) read[c] += weight * node[c];
+        }
+    const double error = deltaE2000(labOf(exactly(camera.lights[0].fit, linear)), labOf(read));
+    sum += error;
+    largest = std::max(largest, error);
+  }
+  EXPECT_NEAR(stated, sum / kColours, 0.1 * stated);
+  EXPECT_GT(largest, 0.5 * worst);
+  EXPECT_LT(largest, 2.0 * worst);
 }
 
 TEST(Cube, OneDimensionIsTheCurve) {

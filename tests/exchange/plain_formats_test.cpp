@@ -124,6 +124,9 @@ TEST(Formats, WhatCantBeMadeIsRefusedWithTheListOfThoseThatCan) {
     EXPECT_THROW(exportAs(format, FittedCamera()), std::invalid_argument) << format;
   }
   EXPECT_THROW(exportAs("csv", CurveTables()), std::invalid_argument);
+  SigmaEstimate noise = knownNoise();
+  noise.lut.back() = std::numeric_limits<double>::infinity();
+  EXPECT_THROW(exportAs("csv", noise), std::invalid_argument);
   EXPECT_THROW(fittedLight(knownFit(illum_LED), 999.0), std::invalid_argument);
 }
 

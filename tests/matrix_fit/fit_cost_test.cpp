@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "fit_check.h"
@@ -122,6 +123,41 @@ TEST(GreyCurve, TellsByHowMuchThreeGreysMissALine) {
   const GreyCurve curve = greyCurve(greys, FitToneCurve::monotone);
   EXPECT_NEAR(curve.residual,
               std::fabs(lightness(sRGBDecode(onLine)) - lightness(sRGBDecode(0.55))), 0.01);
+}
+
+TEST(FitModel, TheSmallestGainIsOneWhereGainsAndExposuresAreFree) {
+  FitState state;
+  state.gains = {3.0, 2.0, 4.0};
+  state.exposure = {0.5, 0.25};
+  for (const auto& [gains, exposure] : {std::pair{true, true}, {true, false}, {false, true}}) {
+    const FitUnknowns unknowns({.gains = gains, .exposure = exposure}, 2);
+    const FitState unit = withUnitGain(unknowns, state);
+    const bool both = gains && exposure;
+    EXPECT_EQ(unit.gains, both ? (Vector3{1.5, 1.0, 2.0}) : state.gains);
+    EXPECT_EQ(unit.exposure, both ? (std::vector{1.0, 0.5}) : state.exposure);
+  }
+}
+
+TEST(FitModel, CurvesRiseWithinTheirLimits) {
+  const struct {
+    FitToneCurve family;
+    double first, second;
+    bool good;
+  } cases[] = {{FitToneCurve::power, 0.1001, 0.0, true},
+               {FitToneCurve::power, 0.0999, 0.0, false},
+               {FitToneCurve::power, 9.999, 0.0, true},
+               {FitToneCurve::power, 10.001, 0.0, false},
+               {FitToneCurve::powerOffset, 1.0, -0.949, true},
+               {FitToneCurve::powerOffset, 1.0, -0.951, false},
+               {FitToneCurve::blackWhite, 0.1, 0.151, true},
+               {FitToneCurve::blackWhite, 0.1, 0.149, false},
+               {FitToneCurve::blackWhite, -0.899, 1.0, true},
+               {FitToneCurve::blackWhite, -0.901, 1.0, false},
+               {FitToneCurve::blackWhite, 0.0, 3.999, true},
+               {FitToneCurve::blackWhite, 0.0, 4.001, false},
+               {FitToneCurve::none, 99.0, 99.0, true}};
+  for (const auto& c : cases)
+    EXPECT_EQ(isCurve({c.family, {c.first, c.second}}), c.good) << c.first;
 }
 
 TEST(FitSamples, AreOfUpTo64Photographs) {
