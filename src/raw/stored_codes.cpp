@@ -26,7 +26,8 @@ void takePacked(const std::uint8_t* packed, unsigned bits, std::uint16_t* codes,
   const std::uint32_t mask = (1U << bits) - 1;
   for (std::size_t i = 0, at = 0; i < count; ++i, at += bits) {
     const std::uint8_t* first = packed + at / 8;
-    const std::uint32_t three = first[0] << 16U | first[1] << 8U | first[2];
+    const std::uint32_t three =
+        std::uint32_t{first[0]} << 16U | std::uint32_t{first[1]} << 8U | first[2];
     codes[i] = static_cast<std::uint16_t>(three >> (24 - bits - at % 8) & mask);
   }
 }
