@@ -120,7 +120,7 @@ ChartWindow judgedThroughNoise(WorkingPicture local, Judge judge) {
   for (int i = 0; i < kMostSmoothings && window.inside - window.flat > kMostUneven; ++i) {
     smooth(local);
     ChartWindow smoother = judge(local);
-    if (smoother.gate > window.gate) window = std::move(smoother);
+    if (smoother.gate > window.gate) window = smoother;
   }
   return window;
 }

@@ -41,6 +41,9 @@ class TiffWalk {
         m_big(head[2] == '+' || head[3] == '+'),
         m_found(found) {
     wait(number(head.substr(m_big ? 8 : 4, m_big ? 8 : 4)));
+  }
+
+  void run() {
     for (std::size_t next = 0; next < m_waiting.size() && next < kMostDirectories; ++next)
       directory(m_waiting[next], next == 0);
     m_found.furtherPictures = m_waiting.empty() ? 0 : m_waiting.size() - 1;
@@ -146,7 +149,7 @@ FileStructure fileStructure(const FileBytes& bytes) {
               std::ranges::any_of(kRawMarks, [&](auto mark) { return head.starts_with(mark); });
   for (const auto mark : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}) {
     if (!head.starts_with(mark)) continue;
-    TiffWalk(bytes, head, found);
+    TiffWalk(bytes, head, found).run();
     if (stands(kRawTiffMark)) found.raw = true;
   }
   return found;
