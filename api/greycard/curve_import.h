@@ -3,6 +3,7 @@
 /// \ingroup own
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "greycard/export.h"
@@ -42,6 +43,24 @@ struct CurveImportOptions {
 /// \throws std::invalid_argument for a catalogue of other than 14 bits
 GREYCARD_EXPORT GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name,
                                            std::string text,
+                                           const CurveImportOptions& options = {});
+/// What a text says of a tone curve, before there is a catalogue to put it into: the part of an
+/// import that may take long.
+class GREYCARD_EXPORT CurveReading {
+ public:
+  /// What is wrong with the text is told by importAnyCurve.
+  explicit CurveReading(std::string text);
+
+ private:
+  friend GREYCARD_EXPORT GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name,
+                                                    const CurveReading& reading,
+                                                    const CurveImportOptions& options);
+  struct State;
+  std::shared_ptr<const State> m_state;
+};
+/// The rest of it.
+GREYCARD_EXPORT GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name,
+                                           const CurveReading& reading,
                                            const CurveImportOptions& options = {});
 /// The same of a file, after which the curve is named, without folder and extension.
 /// \throws FileError

@@ -1,11 +1,15 @@
+#include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "bindings.h"
+#include "calls.h"
 #include "curves.h"
 #include "greycard/camera_gamma.h"
 #include "greycard/curve_import.h"
 #include "greycard/curve_source.h"
 #include "greycard/fewest_points.h"
+#include "greycard/files.h"
 #include "greycard/gamma_curve_model.h"
 #include "greycard/gamma_lut.h"
 
@@ -305,7 +309,8 @@ void bindImports(py::module_& m) {
       "importAnyCurve",
       [](GammaCurveModel& catalogue, const std::string& name, std::string text,
          const CurveImportOptions& options) {
-        return importAnyCurve(catalogue, name, std::move(text), options);
+        const auto read = withoutLock([&] { return CurveReading(std::move(text)); });
+        return importAnyCurve(catalogue, name, read, options);
       },
       py::arg("catalogue"), py::arg("name"), py::arg("text"),
       py::arg_v("options", CurveImportOptions(), "CurveImportOptions()"),
@@ -320,9 +325,16 @@ Examples
 >>> found.curve.Name(), found.curve.DataSize()
 ('ramp', 1024)
 )");
-  m.def("importAnyCurveFile", &importAnyCurveFile, py::arg("catalogue"), py::arg("file"),
-        py::arg_v("options", CurveImportOptions(), "CurveImportOptions()"),
-        "The same of a file, after which the curve is named. Raises FileError.");
+  m.def(
+      "importAnyCurveFile",
+      [](GammaCurveModel& catalogue, const std::filesystem::path& file,
+         const CurveImportOptions& options) {
+        const auto read = withoutLock([&] { return CurveReading(readWholeFile(file)); });
+        return importAnyCurve(catalogue, file.stem().string(), read, options);
+      },
+      py::arg("catalogue"), py::arg("file"),
+      py::arg_v("options", CurveImportOptions(), "CurveImportOptions()"),
+      "The same of a file, after which the curve is named. Raises FileError.");
 
   m.def("noteText", &noteText, py::arg("file"), py::arg("note"),
         "The note with its file, line, column and word, as one line.");

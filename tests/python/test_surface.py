@@ -17,6 +17,7 @@ LEFT_OUT = {
     "OptionalText": "str or None",
     "numberOf": "float() and int()",
     "pictureOf": "Picture(array)",
+    "CurveReading": "the part of importAnyCurve that is done without the interpreter lock",
     "TwoDLutHelper.Lut2DConfig": "an alias",
     "NoChart.why": "an attribute of the exception, not of its class",
     "WrongSampleBits.fact": "the same",

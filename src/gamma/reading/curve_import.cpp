@@ -3,6 +3,8 @@
 #include "greycard/curve_import.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -135,7 +137,7 @@ void questionDepths(const CurveFileContents& file, GammaImport& import) {
   }
 }
 
-GammaImport importCurveFile(GammaCurveModel& catalogue, TextView name, std::string text,
+GammaImport importCurveFile(GammaCurveModel& catalogue, TextView name, const std::string& text,
                             const CurveImportOptions& options) {
   TokenStream tokens = TokenStream::ofText(text);
   const CurveFileContents file = readCurveFile(tokens);
@@ -153,7 +155,7 @@ GammaImport importCurveFile(GammaCurveModel& catalogue, TextView name, std::stri
                               : kWhatPointsTake},
                          std::move(trial.notes));
   }
-  GammaImport import = catalogue.ImportText(name, std::move(text));
+  GammaImport import = catalogue.ImportText(name, text);
   if (!import.curve) return import;
   questionDepths(file, import);
   if (options.fromPoints)
@@ -189,13 +191,17 @@ reading::RawCurve rawCurve(Form form, std::string_view text) {
   }
 }
 
-GammaImport importOther(GammaCurveModel& catalogue, TextView name, Form form, std::string_view text,
-                        const CurveImportOptions& options) {
+reading::CatalogueTables tablesIn(Form form, std::string_view text) {
   reading::CatalogueTables read = reading::tablesOf(rawCurve(form, text));
   // Three that are the same are one, as formats need them that have three columns always.
   if (read.tables.size() == kColours.size() && read.tables[0] == read.tables[1] &&
       read.tables[1] == read.tables[2])
     read.tables.resize(1);
+  return read;
+}
+
+GammaImport importOther(GammaCurveModel& catalogue, TextView name,
+                        const reading::CatalogueTables& read, const CurveImportOptions& options) {
   if (!read.points.empty()) {
     if (!makesACurve(read.points)) return refused({0, {}, kWhatPointsTake}, read.notes);
     return curveThrough(catalogue, name, {read.points}, read.notes);
@@ -216,19 +222,47 @@ GammaImport importOther(GammaCurveModel& catalogue, TextView name, Form form, st
   return import;
 }
 
-}  // namespace
-
-GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name, std::string text,
-                           const CurveImportOptions& options) try {
+void requireCurveBits(const GammaCurveModel& catalogue) {
   if (catalogue.GammaBitSize() != kCurveBits)
     throw std::invalid_argument("curves are imported into a catalogue of 14 bits, not " +
                                 std::to_string(catalogue.GammaBitSize()));
-  const Form form = reading::formOf(withoutByteOrderMark(text));
-  if (form == Form::CurveFile || (form == Form::Numbers && isBareCurveFile(text)))
-    return importCurveFile(catalogue, name, std::move(text), options);
-  return importOther(catalogue, name, form, withoutByteOrderMark(text), options);
-} catch (const Refusal& refusal) {
-  return refused(refusal.note());
+}
+
+}  // namespace
+
+struct CurveReading::State {
+  std::string curveFile;  ///< the whole text, where the catalogue reads it by itself
+  std::optional<reading::CatalogueTables> tables;
+  std::optional<GammaImportNote> refusal;
+};
+
+CurveReading::CurveReading(std::string text) {
+  State state;
+  try {
+    const Form form = reading::formOf(withoutByteOrderMark(text));
+    if (form == Form::CurveFile || (form == Form::Numbers && isBareCurveFile(text)))
+      state.curveFile = std::move(text);
+    else
+      state.tables = tablesIn(form, withoutByteOrderMark(text));
+  } catch (const Refusal& refusal) {
+    state.refusal = refusal.note();
+  }
+  m_state = std::make_shared<const State>(std::move(state));
+}
+
+GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name, const CurveReading& reading,
+                           const CurveImportOptions& options) {
+  requireCurveBits(catalogue);
+  const CurveReading::State& state = *reading.m_state;
+  if (state.refusal) return refused(*state.refusal);
+  if (state.tables) return importOther(catalogue, name, *state.tables, options);
+  return importCurveFile(catalogue, name, state.curveFile, options);
+}
+
+GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name, std::string text,
+                           const CurveImportOptions& options) {
+  requireCurveBits(catalogue);
+  return importAnyCurve(catalogue, name, CurveReading(std::move(text)), options);
 }
 
 GammaImport importAnyCurveFile(GammaCurveModel& catalogue, const std::filesystem::path& file,
