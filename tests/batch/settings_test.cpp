@@ -145,6 +145,16 @@ TEST_F(SettingsHash, ChangesWithWhatBearsOnThePhotographAlone) {
   EXPECT_NE(hash("", "a.png"), first) << "the reference colours have changed";
 }
 
+TEST_F(SettingsHash, TellsWhichOfTheNamedFilesIsThere) {
+  const auto lab = folder / "lab.txt", regions = folder / "regions.csv";
+  const Settings settings = settingsFrom(R"({"options": {"reference_lab": ")" + lab.string() +
+                                         R"(", "regions": ")" + regions.string() + "\"}}");
+  write("lab.txt", "one");
+  const std::string first = settingsHash(settings, "a.png");
+  std::filesystem::rename(lab, regions);
+  EXPECT_NE(settingsHash(settings, "a.png"), first);
+}
+
 TEST_F(SettingsHash, AFileOfSettingsIsNamedInMessages) {
   const auto file = write("s.json", "{\"job\": 1}");
   try {
