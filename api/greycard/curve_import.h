@@ -44,6 +44,12 @@ struct CurveImportOptions {
 GREYCARD_EXPORT GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name,
                                            std::string text,
                                            const CurveImportOptions& options = {});
+/// The same of a file, after which the curve is named, without folder and extension.
+/// \throws FileError
+GREYCARD_EXPORT GammaImport importAnyCurveFile(GammaCurveModel& catalogue,
+                                               const std::filesystem::path& file,
+                                               const CurveImportOptions& options = {});
+
 /// What a text says of a tone curve, before there is a catalogue to put it into: the part of an
 /// import that may take long.
 class GREYCARD_EXPORT CurveReading {
@@ -58,14 +64,9 @@ class GREYCARD_EXPORT CurveReading {
   struct State;
   std::shared_ptr<const State> m_state;
 };
-/// The rest of it.
+/// The rest of it: what importAnyCurve gives of the text.
 GREYCARD_EXPORT GammaImport importAnyCurve(GammaCurveModel& catalogue, TextView name,
                                            const CurveReading& reading,
                                            const CurveImportOptions& options = {});
-/// The same of a file, after which the curve is named, without folder and extension.
-/// \throws FileError
-GREYCARD_EXPORT GammaImport importAnyCurveFile(GammaCurveModel& catalogue,
-                                               const std::filesystem::path& file,
-                                               const CurveImportOptions& options = {});
 
 }  // namespace greycard

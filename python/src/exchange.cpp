@@ -83,11 +83,11 @@ ValueError
     A format that is unknown or can't be made of such material; values that are not finite.
 JobError
     Lights that the format can't hold.)");
-  m.def("checkFormat", &exchange::checkFormat, py::arg("format"), py::arg("kind"),
-        py::arg("lights") = 1,
-        "Raises ValueError or JobError, before there is any material, as exportAs; lights: how "
-        "many a "
-        "camera will be fitted under.");
+  m.def(
+      "checkFormat", &exchange::checkFormat, py::arg("format"), py::arg("kind"),
+      py::arg("lights") = 1,
+      "Raises ValueError or JobError, before there is any material, as exportAs; lights: how many "
+      "a camera will be fitted under.");
   m.def(
       "updatedTuning",
       [](const std::string& text, const Material& material) {

@@ -9,8 +9,8 @@ class LibRaw;
 namespace greycard {
 
 /// Whether the file, opened and not unpacked, holds its mosaic's codes row by row, uncompressed and
-/// with nothing to be done to them: they can then be taken as they are needed, at a fifth of what
-/// unpacking all of them costs.
+/// with nothing to be done to them: they can then be taken as they are needed, which saves the
+/// memory for all of them and most of the time.
 bool storesCodes(LibRaw& raw);
 
 /// The rows that are seen, read from such a file as they are asked for.
