@@ -26,7 +26,9 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = "support numerics picture gamma colour detect fitting lut2d noise simulate jobs present matrix_fit exchange batch raw".split()
+FOLDERS = "support numerics picture gamma colour detect fitting lut2d noise simulate jobs present documents matrix_fit exchange batch raw".split()
+# Folders whose tests are not in the folder of the same name.
+TESTS = {"documents": "present"}
 TURNS = ("constant", "branch", "operator", "constant", "branch", "statement")
 
 # What is blanked out before faults are sought: comments, texts, preprocessor lines, assertions, exceptions, logs.
@@ -193,7 +195,7 @@ class Trial:
     """The scratch copy and build of one folder."""
 
     def __init__(self, folder, work, jobs):
-        self.folder, self.jobs = folder, jobs
+        self.folder, self.jobs, self.tests = folder, jobs, TESTS.get(folder, folder)
         self.copy, self.build = work / folder / "tree", work / folder / "build"
         copy_tree(self.copy)
         options = {"CMAKE_BUILD_TYPE": "Mutate", "CMAKE_CXX_FLAGS_MUTATE": "-O1 -DNDEBUG",
@@ -203,7 +205,7 @@ class Trial:
         self.call("cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja",
                   *(f"-D{name}={value}" for name, value in options.items()), check=True)
         self.make("tests", check=True)
-        self.program = self.build / "tests" / folder / f"{folder}_tests"
+        self.program = self.build / "tests" / self.tests / f"{self.tests}_tests"
         self.known = self.objects()
         self.limit = 600
         start = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
@@ -219,7 +221,7 @@ class Trial:
         return done.returncode == 0
 
     def make(self, what, check=False):
-        targets = {"tests": [f"{self.folder}_tests"],
+        targets = {"tests": [f"{self.tests}_tests"],
                    "library": [f"greycard_{name}" for name in (self.folder, "pxcore")
                                if name == self.folder or self.folder == "noise"]}[what]
         return self.call("cmake", "--build", self.build, "--parallel", str(self.jobs), "--target", *targets,

@@ -196,9 +196,46 @@ TEST_F(RawTest, RefusesByName) {
                 HasSubstr(says));
   }
   EXPECT_EQ(decodeRaw(good, "", {}).picture.width, 32);
-  for (const RawOptions& levels : {RawOptions{70000.0, {}}, {{}, 0.0}, {{}, NAN}, {-1e9, {}}})
+  EXPECT_EQ(decodeRaw(good, "", {100.0, 132.0}).picture.samples.front(), 65535);
+  for (const RawOptions& levels : {RawOptions{70000.0, {}},
+                                   {{}, 0.0},
+                                   {{}, NAN},
+                                   {-1e9, {}},
+                                   {-1.0, {}},
+                                   {100.0, 131.5},
+                                   {{}, 65536.0}})
     EXPECT_THAT(refusalOf([&] { decodeRaw(good, "", levels); }), HasSubstr("white level"));
   EXPECT_THAT(refusalOf([&] { readRaw(folder / "missing.dng"); }), HasSubstr("missing.dng"));
+}
+
+// Black levels that repeat over four columns, and a sensor that is linear up to 0.9 of its range.
+TEST_F(RawTest, LevelsMayRepeatAndEndEarly) {
+  const auto levels = [](TiffDirectory& ifd) {
+    ifd.shorts(50713, {1, 4});
+    ifd.shorts(50714, {1000, 2000, 3000, 4000});
+    ifd.longs(50717, {16000});
+    ifd.rationals(50734, {0.9});
+  };
+  const auto share = [](double black) { return (0x2020 - black) / (0.9 * 16000.0 - black); };
+  const RawCapture read = decodeRaw(dngWith(levels), "", {});
+  for (int x = 0; x < 32; ++x) {
+    const double left = x % 2 == 0 ? 1000.0 : 3000.0, right = left + 1000.0;
+    const double wanted[] = {share(left), (share(left) + share(right)) / 2.0, share(right)};
+    for (int c = 0; c < 3; ++c)
+      ASSERT_NEAR(read.picture.pixel(x, 11)[c], 65535.0 * wanted[c], 0.6) << x << " " << c;
+  }
+  EXPECT_EQ(read.info.blackLevel, (Vector3{2500, 2500, 2500}));
+  for (const double white : read.info.whiteLevel) EXPECT_NEAR(white, 14400.0, 0.01);
+
+  const RawCapture grey = decodeRaw(dngWith([&](TiffDirectory& ifd) {
+                                      levels(ifd);
+                                      ifd.shorts(262, {34892});
+                                    }),
+                                    "", {500.0, 10500.0});
+  EXPECT_EQ(grey.info.mosaic, "grey");
+  EXPECT_EQ(grey.picture.channels, 1);
+  EXPECT_EQ(grey.picture.width, 64);
+  EXPECT_NEAR(grey.picture.pixel(63, 47)[0], 65535.0 * (0x2020 - 500.0) / 10000.0, 0.6);
 }
 
 // Any bytes may be refused; none may crash, hang or take memory beyond what they declare.

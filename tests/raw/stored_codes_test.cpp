@@ -4,6 +4,7 @@
 #include <libraw/libraw.h>
 
 #include <memory>
+#include <utility>
 
 #include "greycard/raw/write_dng.h"
 #include "raw_fixture.h"
@@ -56,9 +57,23 @@ TEST(StoredCodes, AreLeftToLibRawWhereItAltersThem) {
   const std::string bytes = encodeDng(randomCodes(64, 48, 1, 16383), {BayerPattern::RGGB});
   const auto raw = opened(bytes, kIntel);
   EXPECT_TRUE(storesCodes(*raw));
-  raw->imgdata.color.curve[100] = 200;
-  EXPECT_FALSE(storesCodes(*raw));
-  raw->imgdata.color.curve[100] = 100;
+  for (const int code : {0, 100, 65535}) {
+    raw->imgdata.color.curve[code] = 200;
+    EXPECT_FALSE(storesCodes(*raw)) << code;
+    raw->imgdata.color.curve[code] = static_cast<ushort>(code);
+  }
+  unpacker_data_t& file = raw->get_internal_data_pointer()->unpacker_data;
+  for (unsigned* setting : {&file.tiff_samples, &file.load_flags, &file.zero_after_ff}) {
+    const unsigned before = std::exchange(*setting, *setting + 1);
+    EXPECT_FALSE(storesCodes(*raw)) << setting - &file.tiff_samples;
+    *setting = before;
+  }
+  for (const unsigned bits : {7U, 17U}) {
+    const unsigned before = std::exchange(file.tiff_bps, bits);
+    EXPECT_FALSE(storesCodes(*raw)) << bits;
+    file.tiff_bps = before;
+  }
+  EXPECT_TRUE(storesCodes(*raw));
   raw->imgdata.sizes.mask[0][3] = 8;
   EXPECT_FALSE(storesCodes(*raw));
 }
