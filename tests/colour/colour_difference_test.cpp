@@ -81,5 +81,24 @@ TEST(ColourErrorsOfAChart, MeanAndWorstOfAllPatches) {
   EXPECT_EQ(colourErrors(lab, reference).ciede2000.patch[23], deltaE2000(lab[23], reference[23]));
 }
 
+// Colours that are all too bright by as much are right but for that.
+TEST(ColourErrors, LevelledOnesForgiveACommonBrightness) {
+  PatchTable reference;
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    reference[i] = {20.0 + 3.0 * static_cast<double>(i), 30.0, -10.0};
+  PatchTable brighter = reference;
+  for (Vector3& lab : brighter) lab[0] += 3.0;
+  const ColourErrors errors = colourErrors(reference, brighter);
+  EXPECT_NEAR(errors.levelled2000.worst, 0.0, 1e-12);
+  EXPECT_NEAR(errors.cie76.mean, 3.0, 1e-12);
+  brighter[7][1] += 4.0;
+  const ColourErrors other = colourErrors(reference, brighter);
+  EXPECT_NEAR(other.cie76.worst, 5.0, 1e-12);
+  EXPECT_NEAR(other.cie76.mean, (23.0 * 3.0 + 5.0) / 24.0, 1e-12);
+  EXPECT_EQ(other.cie76.worstPatch, 7);
+  EXPECT_NEAR(other.levelled2000.worst, deltaE2000(reference[7], {reference[7][0], 34.0, -10.0}),
+              1e-9);
+}
+
 }  // namespace
 }  // namespace greycard

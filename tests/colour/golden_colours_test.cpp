@@ -90,6 +90,26 @@ struct FitCase {
   bool onlyPatch19;
 };
 
+// What a fit shows, step by step; and its steps for other pictures.
+void expectShownAsToldStepByStep(const ColorCorrectionUtils& utils, const PatchTable& measured) {
+  const std::vector<std::int32_t> gamma = fixture::srgbGammaTable();
+  const CDoubleMatrix toXyz = toMatrix(kRgbToXyz);
+  const PatchTable slow = toPatchTable(fixture::slowModel(
+      toMatrix(utils.m_fit.m_balancedRGB), toMatrix(utils.m_ccm), fixture::curveOf(gamma), toXyz,
+      MatrixMultiply(mmABt(mones(1, 3), toXyz), 100.0)));
+  const PatchTable shown = utils.ShownLab(utils.m_fit.m_balancedRGB, utils.m_ccm);
+  const ColorPipeline pipeline = utils.Pipeline();
+  EXPECT_EQ(pipeline.m_ccm, utils.m_ccm);
+  for (std::size_t c = 0; c < 3; ++c) {
+    EXPECT_EQ(pipeline.m_gains[c], utils.m_gain * utils.m_wbGain[c]);
+    EXPECT_NEAR(pipeline.m_gamma[c][100], gamma[100] / 62.4 / 255.0, 1e-15);
+    for (std::size_t i = 0; i < kPatchCount; ++i) {
+      EXPECT_NEAR(utils.m_fit.m_balancedRGB[i][c], measured[i][c] * pipeline.m_gains[c], 1e-12);
+      EXPECT_NEAR(shown[i][c], slow[i][c], 1e-9);
+    }
+  }
+}
+
 TEST(GoldenColours, Fits) {
   const std::array<double, 7> neutral{1, 1, 1, 1, 0, 0, 0};
   const FitCase cases[] = {{illum_D65, 1, 0, 0.0, -1.0, neutral, false},
@@ -116,6 +136,7 @@ TEST(GoldenColours, Fits) {
     const std::vector<std::int32_t> gamma = fixture::srgbGammaTable();
     utils.SetGammaTable(gamma, gamma, gamma);
     ASSERT_TRUE(utils.Optimize(settings, 0));
+    expectShownAsToldStepByStep(utils, settings.m_macbethData.m_RGB);
     const ColorFitReport& fit = utils.m_fit;
     text += line(illumName(c.light), utils.m_ccm) + line("gains", utils.m_wbGain) +
             line("exposure, errors, chroma, weights",

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "greycard/macbeth_chart_data.h"
@@ -15,10 +16,10 @@ namespace {
 
 constexpr SampleLevels kPlain{0.0, 255.0, 1.0, SampleEncoding::linear};
 
-Picture speckled(int width, int height) {
-  Picture picture(width, height, 3, 8);
+Picture speckled(int width, int height, int bits = 8) {
+  Picture picture(width, height, 3, bits);
   for (std::size_t i = 0; i < picture.samples.size(); ++i)
-    picture.samples[i] = static_cast<std::uint16_t>(40 + i * 7919 % 97);
+    picture.samples[i] = static_cast<std::uint16_t>(40 + i * 7919 % (bits == 8 ? 97 : 9973));
   return picture;
 }
 
@@ -43,21 +44,27 @@ bool isInside(const PatchQuad& q, double x, double y) {
 }
 
 TEST(QuadSampler, AgreesWithACountOfPixelAfterPixel) {
-  const Picture picture = speckled(280, 200);
   const PatchQuads quads = leaningQuads();
-  for (const double share : {0.5, 1.0}) {
-    const QuadSampling seen = sampleQuads(picture, quads, kPlain, share);
+  for (const auto& [share, bits] : {std::pair{0.5, 8}, {1.0, 8}, {0.5, 16}, {1.0, 16}}) {
+    SCOPED_TRACE(bits);
+    const Picture picture = speckled(280, 200, bits);
+    const double white = bits == 8 ? 255.0 : 9000.0;
+    const QuadSampling seen =
+        sampleQuads(picture, quads, {0.0, white, 1.0, SampleEncoding::linear}, share);
     const PatchQuads middles = sampledMiddles(quads, share);
     for (std::size_t patch = 0; patch < quads.size(); ++patch) {
       std::vector<double> values;
       double sum = 0.0, squares = 0.0;
       for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
-          if (isInside(middles[patch], x, y)) values.push_back(picture.pixel(x, y)[1] / 255.0);
+          if (isInside(middles[patch], x, y))
+            values.push_back(std::min(picture.pixel(x, y)[1] / white, 1.0));
       std::ranges::sort(values);
       for (const double value : values) sum += value, squares += value * value;
       const auto n = static_cast<double>(values.size());
       ASSERT_EQ(seen.report.pixels[patch], values.size()) << patch;
+      EXPECT_NEAR(seen.report.clipping[patch][1].ceiling,
+                  static_cast<double>(std::ranges::count(values, 1.0)) / n, 1e-12);
       EXPECT_NEAR(seen.mean[patch][1], sum / n, 1e-12);
       EXPECT_NEAR(seen.deviation[patch][1], std::sqrt((squares - sum * sum / n) / (n - 1)), 1e-9);
       EXPECT_NEAR(seen.median[patch][1],

@@ -23,6 +23,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using namespace std::string_literals;
 
 class PictureFile : public testing::Test {
  protected:
@@ -110,6 +111,10 @@ TEST_F(PictureFile, RefusesToReadWithAReason) {
       {"too wide", "P5 2000000 1 255 " + std::string(2000000, 'x'), "beyond what can be read"},
       {"float tif", encoded(".tif", cv::Mat(9, 9, CV_32FC3, cv::Scalar(1, 2, 3))), "8 or 16 bits"},
       {"radiance", encoded(".hdr", ramp), "known format"},
+      {"preview", "II*\0\x8\0\0\0\1\0\xFE\0\4\0\1\0\0\0\1\0\0\0\0\0\0\0"s,
+       "is a preview of another"},
+      {"dng", "II*\0\x8\0\0\0\1\0\x12\xC6\1\0\4\0\0\0\1\4\0\0\0\0\0\0"s, "it is a DNG, of which"},
+      {"raw", "FUJIFILMCCD-RAW x", "it is a raw file, of which"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -194,6 +199,8 @@ TEST_F(PictureFile, RefusesToWriteAndKeepsTheOldFile) {
     EXPECT_THAT(refusal([&] { encodePng(picture); }), HasSubstr("disagree"));
   }
   EXPECT_EQ(readPicture(path("old.png")).samples, good.samples);
+  EXPECT_THAT(refusal([] { encodeJpeg(noise(4, 3, 3, 16), 90); }), HasSubstr("16 bits per sample"));
+  EXPECT_LT(encodeJpeg(noise(64, 64, 3, 8), 20).size(), encodeJpeg(noise(64, 64, 3, 8), 95).size());
 
   const struct {
     const char* name;
