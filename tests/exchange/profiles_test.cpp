@@ -68,6 +68,14 @@ TEST(IccProfile, TransformsAsTheFitDoes) {
       EXPECT_EQ(sum[1] * 65536.0, 0x10000);
       EXPECT_EQ(sum[2] * 65536.0, 0xD32D);
 
+      // ICC.1:2022, annex E: from the adopted white to that of the connection space.
+      const auto* adaptation =
+          static_cast<const cmsFloat64Number*>(cmsReadTag(profile, cmsSigChromaticAdaptationTag));
+      ASSERT_EQ(adaptation != nullptr, format == "icc");
+      if (adaptation != nullptr) {
+        EXPECT_LT(cv::norm(Matrix(adaptation) - adapted(kD65, kD50)), 1e-3);
+      }
+
       cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
       cmsHTRANSFORM transform =
           cmsCreateTransform(profile, TYPE_RGB_DBL, lab, TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC,

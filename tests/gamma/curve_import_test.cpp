@@ -6,7 +6,10 @@
 #include <functional>
 #include <string>
 
+#include "golden.h"
 #include "greycard/curve_source.h"
+#include "greycard/errors.h"
+#include "greycard/fewest_points.h"
 
 namespace greycard {
 namespace {
@@ -27,6 +30,25 @@ std::string joined(int count, const std::function<std::string(int)>& item) {
 // A code of 8 bits at i of 0..last along x^(1/2).
 std::string rootOf(int i, int last) {
   return std::to_string(std::lround(255.0 * std::sqrt(static_cast<double>(i) / last)));
+}
+
+// All that an import tells, and a sum that every entry of the first table changes in its own way.
+std::string told(const GammaImport& import) {
+  std::string text;
+  const auto add = [&text](const GammaImportNote& note) {
+    text += "  " + noteText("f", note) + "\n";
+  };
+  if (import.refusal) add(*import.refusal);
+  for (const GammaImportNote& note : import.notes) add(note);
+  for (const auto& table : import.tables)
+    if (table.numbers > 0)
+      text +=
+          "  " + std::to_string(table.numbers) + " of " + std::to_string(table.bits) + " bits\n";
+  if (!import.curve) return text;
+  std::int64_t sum = 0;
+  for (std::size_t i = 0; i < import.curve->Data()->size(); ++i)
+    sum += static_cast<std::int64_t>(i % 97 + 1) * (*import.curve->Data())[i];
+  return text + "  sum " + std::to_string(sum) + "\n";
 }
 
 struct FormCase {
@@ -99,9 +121,11 @@ TEST(CurveImport, TheSameCurveInEveryForm) {
       {"hexadecimal", "std::array<int, 3> lut{{0x00, 0xB4, 0xFFu}};", 3},
       {"C channels",
        "int g_r[]={" + list(88, ",") + "}, g_g[]={" + list(88, ",") + "}, g_b[]={0,255};", 88, 3}};
+  std::string text;
   for (const FormCase& c : cases) {
     SCOPED_TRACE(c.name);
     const GammaImport got = import(c.text);
+    text += c.name + ("\n" + told(got));
     ASSERT_TRUE(got.curve) << got.refusal->text;
     EXPECT_EQ(got.curve->IsUnified(), c.channels == 1);
     EXPECT_EQ(got.tables[0].numbers, static_cast<std::size_t>(c.entries));
@@ -114,6 +138,7 @@ TEST(CurveImport, TheSameCurveInEveryForm) {
             << i;
     EXPECT_EQ(*got.curve->DataB() == *got.curve->Data(), c.channels == 1);
   }
+  expectGolden("gamma/golden/forms.txt", text);
 }
 
 TEST(CurveImport, CurveFilesReadAsEver) {
@@ -194,15 +219,98 @@ TEST(CurveImport, WhatIsWrongIsSaidWithItsPlace) {
                         {"LUT_1D_SIZE 2\n0 0 0\n1 nan 1", 3, 3, "finite"},
                         {std::string(70, '['), 1, 66, "deeper than 64"},
                         {"GammaControlPointsV2: 9,1 9,2", 1, 0, "increasing X"}};
+  std::string text;
   for (const Case& c : cases) {
     const GammaImport got = import(c.text);
     ASSERT_TRUE(got.refusal) << c.text;
+    text += c.text.substr(0, 40) + "\n" + told(got);
     EXPECT_THAT(got.refusal->text, HasSubstr(c.why)) << c.text;
     EXPECT_EQ(got.refusal->line, c.line) << c.text;
     EXPECT_EQ(got.refusal->column.value_or(0), c.column) << c.text;
   }
+  expectGolden("gamma/golden/refusals.txt", text);
   EXPECT_THAT(import("GammaTable: 1 2", true).refusal->text, HasSubstr("holds 2 numbers"));
   EXPECT_THAT(import("[0, 9]", true).refusal->text, HasSubstr("no control points"));
+}
+
+// Forms are told apart by little.
+TEST(CurveImport, FormsAreKnownByTheirFirstLines) {
+  const char* const texts[] = {"{1, 5}",
+                               "{\"a\": [1, 5]}",
+                               "{a: [1, 5]}",
+                               "{Z: [1, 5]}",
+                               "{_k: [1, 5]}",
+                               "{ 0x1, 0x5 }",
+                               "{\n\t\"x\": [0, 7]}",
+                               "int A_9[] = {1, 5};",
+                               "Zed{1, 5}",
+                               "// n\nlut{1, 5}",
+                               "gamma: [1, 5]",
+                               "\"gamma\": [1, 5]",
+                               "9a: [1, 5]",
+                               "--- # x\na: [1, 5]",
+                               "---\na: [1, 5]",
+                               "- 1\n- 5",
+                               "DOMAIN_MIN 0 0 0\nLUT_1D_SIZE 2\n0 0 0\n1 1 1",
+                               "LUT_IN_VIDEO_RANGE\nLUT_1D_SIZE 2\n0 0 0\n1 1 1",
+                               "LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 0 1\n0 0 0\n1 1 1",
+                               "x 1, 2",
+                               "",
+                               "#",
+                               "GammaTable:",
+                               "{\"a\": {\"b\": 3}}",
+                               "{}",
+                               "a[2] = {0.5, 1}; b[2] = {0, 1};",
+                               "x,y\n0,0\n255,90\n",
+                               "[[0, 0], [10, 300], [255, 255]]",
+                               "0,0 5,5\n9,9"};
+  std::string text;
+  for (const char* form : texts) text += form + ("\n" + told(import(form)));
+  text += told(import("[[0, 0], [100, 77], [255, 90]]")) + told(import("0 5 9 30\n", true));
+  expectGolden("gamma/golden/first_lines.txt", text);
+}
+
+TEST(CurveTables, AreCopiesOfTheCurves) {
+  const GammaImport three = import(
+      "GammaControlPointsV2R: 0,0 255,9 GammaControlPointsV2G: 0,0 "
+      "255,19 GammaControlPointsV2B: 0,0 255,255",
+      true);
+  const CurveTables tables = curveTables(*three.curve);
+  EXPECT_FALSE(tables.unified);
+  EXPECT_EQ(tables.name, "curve");
+  EXPECT_EQ(tables.channels[0].table, *three.curve->Data());
+  EXPECT_EQ(tables.channels[1].table, *three.curve->DataG());
+  EXPECT_EQ(tables.channels[2].table, *three.curve->DataB());
+  EXPECT_EQ(tables.channels[2].points.back().Y, 255);
+  EXPECT_EQ(tables.channels[1].points.back().Y, 19);
+  three.curve->SetGammaTable(ColorChannel::Green, nullptr);
+  EXPECT_THROW(curveTables(*three.curve), JobError);
+}
+
+// Points whose curve is everywhere as near as asked; the same ones every time.
+TEST(FewestControlPoints, AreFewAndNearEnough) {
+  const GammaCurveModel catalogue(true);
+  std::string text;
+  for (const auto& [name, codes] : {std::pair{"VNormal", 500.0}, {"VLowlight", 160.0}, {"VBacklight", 500.0}}) {
+    const GammaTable& table = *catalogue.GetGammaCurveByName(name)->Data();
+    const ControlPointList points = *fewestControlPoints(table, codes);
+    text += name + std::string(":");
+    for (const ControlPoint& point : points)
+      text += " " + std::to_string(point.X) + "," + std::to_string(point.Y);
+    text += "\n";
+    EXPECT_EQ(points.front().X, 0);
+    EXPECT_EQ(points.back().X, 255);
+    GammaCurveModel model(false);
+    GammaCurve through("through", model);
+    through.SetControlPoints(ColorChannel::All, std::make_shared<ControlPointList>(points));
+    through.CalculateCurve();
+    for (std::size_t i = 0; i < table.size(); ++i)
+      ASSERT_LE(std::abs((*through.Data())[i] - table[i]), codes) << name << " " << i;
+  }
+  expectGolden("gamma/golden/fewest_points.txt", text);
+  const GammaTable steps(1024, 0);
+  EXPECT_THROW(fewestControlPoints(steps, 0.0), std::invalid_argument);
+  EXPECT_THROW(fewestControlPoints(std::span(steps).first(1023), 5.0), std::invalid_argument);
 }
 
 TEST(CurveImport, WhatIsDoubtfulIsNoted) {

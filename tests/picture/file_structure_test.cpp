@@ -125,6 +125,9 @@ TEST(FileStructure, OfEveryKindOfTiff) {
         SCOPED_TRACE(std::string(c.name) + (little ? ", II" : ", MM") + (big ? ", big" : ""));
         Tiff tiff{little, big};
         const std::string bytes = tiff.hold(c.directories, c.next).bytes;
+        std::string other = bytes;
+        other[1] = 'X';  // no TIFF then, whatever follows
+        EXPECT_FALSE(structureOf(other).raw || structureOf(other).furtherPictures > 0);
         std::FILE* file = std::tmpfile();
         ASSERT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
         for (const FileStructure& found : {structureOf(bytes), fileStructure(FileBytes(file))}) {

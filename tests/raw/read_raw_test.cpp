@@ -227,15 +227,17 @@ TEST_F(RawTest, LevelsMayRepeatAndEndEarly) {
   EXPECT_EQ(read.info.blackLevel, (Vector3{2500, 2500, 2500}));
   for (const double white : read.info.whiteLevel) EXPECT_NEAR(white, 14400.0, 0.01);
 
-  const RawCapture grey = decodeRaw(dngWith([&](TiffDirectory& ifd) {
-                                      levels(ifd);
-                                      ifd.shorts(262, {34892});
-                                    }),
-                                    "", {500.0, 10500.0});
+  std::string bytes = dngWith([&](TiffDirectory& ifd) {
+    levels(ifd);
+    ifd.shorts(262, {34892});
+  });
+  bytes.replace(bytes.size() - 2, 2, "\x10\x27");  // 10000
+  const RawCapture grey = decodeRaw(bytes, "", {500.0, 10500.0});
   EXPECT_EQ(grey.info.mosaic, "grey");
   EXPECT_EQ(grey.picture.channels, 1);
   EXPECT_EQ(grey.picture.width, 64);
-  EXPECT_NEAR(grey.picture.pixel(63, 47)[0], 65535.0 * (0x2020 - 500.0) / 10000.0, 0.6);
+  EXPECT_NEAR(grey.picture.pixel(62, 47)[0], 65535.0 * (0x2020 - 500.0) / 10000.0, 0.6);
+  EXPECT_NEAR(grey.picture.pixel(63, 47)[0], 65535.0 * 0.95, 0.6);
 }
 
 // Any bytes may be refused; none may crash, hang or take memory beyond what they declare.

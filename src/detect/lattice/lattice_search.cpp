@@ -55,9 +55,7 @@ class Search {
  public:
   Search(const Picture& picture, const PixelWindow& window,
          const std::optional<SampleLevels>& levels, const LatticeLimits& limits)
-      : pictures_(picture, window, levels), limits_(limits) {
-    lens_ = {{0.5 * (picture.width - 1), 0.5 * (picture.height - 1)},
-             0.5 * std::hypot(picture.width, picture.height)};
+      : pictures_(picture, window, levels), limits_(limits), lens_(lensOf(picture)) {
     attempt_.levels = levels;
   }
 

@@ -174,6 +174,11 @@ std::optional<Fit> fitRadial(std::span<const PlanePoint> points, const LensFrame
 
 }  // namespace
 
+LensFrame lensOf(const Picture& picture) {
+  return {{0.5 * (picture.width - 1), 0.5 * (picture.height - 1)},
+          0.5 * std::hypot(picture.width, picture.height)};
+}
+
 Point2 PlaneMap::operator()(double u, double v) const {
   const auto& m = homography_;
   const double w = m[2][0] * u + m[2][1] * v + m[2][2];

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "greycard/picture.h"
 #include "greycard/types.h"
 
 namespace greycard {
@@ -16,6 +17,8 @@ struct LensFrame {
   Point2 centre;        ///< of the picture
   double radius = 1.0;  ///< half the picture's diagonal, pixels
 };
+/// Of an uncut picture.
+LensFrame lensOf(const Picture& picture);
 
 /// A plane seen through a camera: plane (u, v) to picture, by a homography and a radial distortion.
 class PlaneMap {

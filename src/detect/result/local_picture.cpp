@@ -29,11 +29,6 @@ std::pair<int, int> pixelsOf(const Span& span, double margin, int size) {
 
 }  // namespace
 
-LensFrame lensOf(const Picture& picture) {
-  return {{0.5 * (picture.width - 1), 0.5 * (picture.height - 1)},
-          0.5 * std::hypot(picture.width, picture.height)};
-}
-
 std::optional<WorkingPicture> localPicture(const Picture& picture,
                                            const std::optional<SampleLevels>& levels,
                                            std::span<const Point2> points, double length) {

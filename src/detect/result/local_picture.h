@@ -6,7 +6,6 @@
 #include "greycard/patch_sampler.h"
 #include "greycard/picture.h"
 #include "greycard/types.h"
-#include "lattice/plane_map.h"
 #include "lattice/working_picture.h"
 
 namespace greycard {
@@ -16,8 +15,5 @@ namespace greycard {
 std::optional<WorkingPicture> localPicture(const Picture& picture,
                                            const std::optional<SampleLevels>& levels,
                                            std::span<const Point2> points, double length);
-
-/// The lens of an uncut picture.
-LensFrame lensOf(const Picture& picture);
 
 }  // namespace greycard

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "lattice/contrast_map.h"
+#include "lattice/plane_map.h"
 #include "result/chart_doubts.h"
 #include "result/chart_placement.h"
 #include "text.h"
@@ -53,8 +54,7 @@ class Diagnosis {
         limits_(limits),
         pictures_(picture, window, search.furthest.levels),
         working_(workingPicture(pictures_, search.furthest)),
-        lens_{{0.5 * (picture.width - 1), 0.5 * (picture.height - 1)},
-              0.5 * std::hypot(picture.width, picture.height)} {
+        lens_(lensOf(picture)) {
     contrastMap(working_, contrast_);
     regions_ = flatRegions(contrast_, search.furthest.threshold, working_);
     for (auto& lattice : growLattices(regions_))

@@ -1,0 +1,97 @@
+// Every text format of every material, as a text beside this file; other tests read them with
+// programs that are not ours.
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+#include <utility>
+
+#include "exchange_fixture.h"
+#include "golden.h"
+#include "greycard/errors.h"
+#include "greycard/lut2d_table.h"
+
+namespace greycard::exchange {
+namespace {
+
+// The first lines, and of the many that follow a few.
+std::string sampled(const std::string& text) {
+  constexpr int kHead = 30, kEvery = 41;
+  std::istringstream lines(text);
+  std::string out;
+  int number = 0;
+  for (std::string line; std::getline(lines, line); ++number)
+    if (number < kHead || number % kEvery == 0 || lines.peek() == EOF) out += line + "\n";
+  return out + std::to_string(number) + " lines\n";
+}
+
+std::string hexadecimal(const std::string& bytes) {
+  std::string out;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    char text[4];
+    std::snprintf(text, sizeof text, "%02x%c", static_cast<unsigned char>(bytes[i]),
+                  i % 24 == 23 ? '\n' : ' ');
+    out += text;
+  }
+  return sampled(out);
+}
+
+std::vector<std::pair<std::string, Material>> materials() {
+  CurveTables one, three;
+  three.unified = false;
+  for (std::int32_t c = 0; c < 3; ++c)
+    for (std::int32_t i = 0; i < 40; ++i)
+      three.channels[static_cast<std::size_t>(c)].table.push_back(
+          std::min(i * (10 + c) * 38, 16383));
+  one.channels[0] = three.channels[1];
+  one.name = "VCurve one";
+  three.name = "three channels";
+  Lut2DConfig table = identityLut2d();
+  table.lut_2d_h[37] = -12.5;
+  table.lut_2d_s[40] = 0.125;
+  SigmaEstimate noise;
+  noise.centreNoiseSigma = 2.5F;
+  for (std::size_t i = 0; i < kSigmaEntries; ++i) noise.lut[i] = 1.0F + static_cast<float>(i) / 128;
+  return {{"fit", knownCamera({illum_D65})},
+          {"fits", knownCamera({illum_D65, illum_A})},
+          {"curve", one},
+          {"curves", three},
+          {"table", table},
+          {"noise", noise}};
+}
+
+TEST(GoldenExports, OfEveryFormat) {
+  for (const auto& [name, material] : materials()) {
+    std::string text;
+    for (const std::string& format : formatNames(kindOf(material))) {
+      if (format.starts_with("icc") || format == "cube65") continue;  // lcms2's; long
+      const ExportOptions options{format == "cube33", format == "dcp" ? "Maker Cam" : ""};
+      const Exported made = exportAs(format, material, options);
+      text +=
+          "== " + format + "\n" + (format == "dcp" ? hexadecimal(made.bytes) : sampled(made.bytes));
+      for (const std::string& note : made.notes) text += "note: " + note + "\n";
+    }
+    expectGolden("exchange/golden/" + name + ".txt", text);
+  }
+}
+
+TEST(Formats, HoldTheirKindsAndSoManyLights) {
+  std::string list;
+  for (const FormatInfo& info : formats()) {
+    list += info.name + ":";
+    for (const MaterialKind kind : info.kinds) list += std::to_string(static_cast<int>(kind));
+    if (info.mostLights > 0) list += " up to " + std::to_string(info.mostLights);
+    list += "\n";
+  }
+  EXPECT_EQ(list,
+            "cube1d:01\ncube17:02\ncube33:02\ncube65:02\ncsv:0123\nheader:0123\nrpi:01\n"
+            "rpi-pisp:01\nlibcamera:01\nopencv:0123\nicc:0\nicc2:0\ndcp:0 up to 2\n");
+  EXPECT_THAT(formatNames(MaterialKind::Noise), testing::ElementsAre("csv", "header", "opencv"));
+  EXPECT_NO_THROW(checkFormat("dcp", MaterialKind::Fit, 2));
+  EXPECT_THROW(checkFormat("dcp", MaterialKind::Fit, 3), JobError);
+  EXPECT_THROW(exportAs("dcp", knownCamera({illum_D65, illum_A, illum_TL84})), JobError);
+  EXPECT_THROW(exportAs("csv", knownCamera({illum_A, illum_A})), JobError);
+}
+
+}  // namespace
+}  // namespace greycard::exchange
