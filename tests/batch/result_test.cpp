@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 
+#include "greycard/chart_regions.h"
 #include "greycard/chart_simulator.h"
 #include "greycard/present/chart.h"
 #include "greycard/version.h"
@@ -47,6 +49,13 @@ TEST_F(Results, HoldTheJobsOwnJsonAndReadBackWhole) {
     EXPECT_EQ(again.figures.matrix, result->figures.matrix);
     EXPECT_EQ(again.figures.meanError, result->figures.meanError);
     EXPECT_THAT(result->thumbnail, testing::StartsWith("data:image/jpeg;base64,"));
+    if (job == Job::chart) continue;
+    const ErrorColumn errors = job == Job::ccm ? fitChart(photograph)->after.ciede2000
+                                               : evaluateChart(photograph).errors.ciede2000;
+    EXPECT_EQ(result->figures.meanError, errors.mean);
+    EXPECT_EQ(result->figures.worstError, errors.worst);
+    EXPECT_EQ(result->figures.worstPatch, errors.worstPatch);
+    EXPECT_EQ(result->figures.light, illum_D65);
   }
   EXPECT_FALSE(doPhotograph(file, settings, [](double) { return false; })) << "cancelled";
 }
@@ -72,6 +81,28 @@ TEST_F(Results, TellWhyAPhotographFailed) {
       fromJson(toJson(result), again);
       EXPECT_EQ(toJson(again), toJson(result));
     }
+}
+
+TEST_F(Results, OfAWorkerThatDiedTellItInOneLine) {
+  const Result result = failedResult({folder / "a.png", "a.png"}, Settings(), "killed\nby 9\x7f");
+  EXPECT_EQ(result.reason, "killed?by 9?");
+  EXPECT_TRUE(result.failed());
+  EXPECT_EQ(result.job, Job::ccm);
+}
+
+// A chart in doubt that is forced: its doubts are told.
+TEST_F(Results, OfAForcedChartTellItsDoubts) {
+  const File file = chart();
+  PatchRegions turned = searchChart(readPicture(file.photo)).chart.regions;
+  std::ranges::reverse(turned);
+  writeRegions(folder / "turned.txt", turned);
+  Settings settings;
+  settings.job = Job::chart;
+  settings.options = R"({"force": true, "regions": ")" + (folder / "turned.txt").string() + "\"}";
+  const Result result = *doPhotograph(file, settings);
+  EXPECT_EQ(result.reason, "");
+  EXPECT_THAT(result.figures.warnings,
+              testing::Contains(HasSubstr("may not be where the regions")));
 }
 
 TEST_F(Results, AreDoneWhileNothingThatBearsOnThemChanges) {

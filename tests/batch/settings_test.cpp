@@ -51,6 +51,12 @@ TEST(Settings, LaterOverridesWinFieldByFieldAndNullIsTheDefault) {
   EXPECT_THAT(two, testing::AllOf(HasSubstr("\"light\": \"A\""), HasSubstr("8x6:10:RGGB"),
                                   HasSubstr("\"noise_rate\": 0.25")));
   EXPECT_EQ(toJson(settingsFrom(toJson(settings))), toJson(settings));
+  const Settings judging =
+      settingsFrom(R"({"job": "evaluate", "outliers": {"factor": 2.5, "floor": 0.25}})");
+  const Settings again = settingsFrom(toJson(judging));
+  EXPECT_EQ(again.job, Job::evaluate);
+  EXPECT_EQ(again.outliers.factor, 2.5);
+  EXPECT_EQ(again.outliers.floor, 0.25);
 }
 
 TEST(Settings, WhatIsWrongIsToldWithItsPlace) {

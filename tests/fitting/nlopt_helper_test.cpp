@@ -257,11 +257,12 @@ TEST(FindMinSearch, AnswersAtOnceWhereNoFactorReachesTheTarget) {
   for (const auto& [test, target, factor] : cases)
     EXPECT_EQ(NLoptHelper().findMinSearch(test, target, noSearch), factor);
   // Components of both signs: brightest in between, as a walk in small steps finds too.
-  const Vector3 mixed{-50, 20, 10};
-  double brightest = 0.0;
-  for (double factor = 0.0; factor <= 10.0; factor += 1e-5)
-    if (lightness(mixed, factor) > lightness(mixed, brightest)) brightest = factor;
-  EXPECT_NEAR(NLoptHelper().findMinSearch(mixed, {100, 100, 100}, noSearch), brightest, 2e-5);
+  for (const Vector3& mixed : {Vector3{-50, 20, 10}, {-2, 0.9, 0.4}}) {
+    double brightest = 0.0;
+    for (double factor = 0.0; factor <= 10.0; factor += 1e-5)
+      if (lightness(mixed, factor) > lightness(mixed, brightest)) brightest = factor;
+    EXPECT_NEAR(NLoptHelper().findMinSearch(mixed, {100, 100, 100}, noSearch), brightest, 2e-5);
+  }
 }
 
 TEST(GoldenFitting, StopReasons) {

@@ -2,10 +2,17 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
+#include <utility>
+#include <vector>
 
+#include "greycard/errors.h"
 #include "greycard/jobs/apply_fit.h"
+#include "greycard/jobs/chart_samples.h"
 #include "greycard/jobs/fit_chart.h"
+#include "greycard/jobs/fit_chart_best.h"
 #include "greycard/jobs/locate_chart.h"
+#include "greycard/jobs/match_luma.h"
 
 namespace greycard {
 namespace {
@@ -35,6 +42,72 @@ TEST(ChartJobs, RegionsOfTheFirstFormAreSampledWhole) {
   EXPECT_EQ(chart.sampled()[3], (PatchQuad{{{2, 2}, {6, 2}, {6, 6}, {2, 6}}}));
   chart.upright = true;
   EXPECT_EQ(chart.sampled(), chart.patches);
+}
+
+template <typename Options>
+std::string refusalOf(const Options& options) {
+  try {
+    checkOptions(options);
+  } catch (const std::invalid_argument& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(ChartJobs, OptionsThatExcludeEachOtherAreRefused) {
+  ChartFitOptions fit;
+  fit.xyzToRgb = Matrix3{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+  EXPECT_THAT(refusalOf(fit), HasSubstr("are for transform 3"));
+  fit.transform = 3;
+  EXPECT_THAT(refusalOf(fit), HasSubstr("and the one back"));
+  std::swap(fit.xyzToRgb, fit.rgbToXyz);
+  EXPECT_THAT(refusalOf(fit), HasSubstr("and the one back"));
+  fit.transform = 1;
+  EXPECT_THAT(refusalOf(fit), HasSubstr("are for transform 3"));
+
+  LocateOptions place;
+  place.within = PatchRegion{0, 0, 10, 10};
+  EXPECT_EQ(refusalOf(place), "");
+  place.regions = "regions.txt";
+  EXPECT_THAT(refusalOf(place), HasSubstr("a part of the picture to look in is of no use"));
+  place.within.reset();
+  place.corners = {{{0, 0}, {60, 0}, {60, 40}, {0, 40}}};
+  EXPECT_THAT(refusalOf(place), HasSubstr("not from both"));
+  place.regions.clear();
+  EXPECT_EQ(refusalOf(place), "");
+  place.within = PatchRegion{0, 0, 10, 10};
+  EXPECT_THAT(refusalOf(place), HasSubstr("of no use"));
+}
+
+TEST(ChartJobs, SurroundingsAreHalfAPatchWideWithinThePicture) {
+  ChartDetection chart;
+  chart.placement.pitch = 8.0;
+  chart.placement.patches.fill({{{10, 20}, {16, 20}, {16, 26}, {10, 26}}});
+  chart.placement.patches[9] = {{{3, 4.25}, {50.5, 20}, {16, 26}, {10, 70}}};
+  const PatchRegion around = surroundings(chart);
+  EXPECT_EQ(around.left, 0.0);  // not -1
+  EXPECT_EQ(around.top, 0.0);   // of 0.25
+  EXPECT_EQ(around.width, 55.0);
+  EXPECT_EQ(around.height, 74.0);
+  for (PatchQuad& patch : chart.placement.patches)
+    for (Point2& corner : patch) corner = {corner.x + 100.5, corner.y + 200.0};
+  EXPECT_EQ(surroundings(chart).left, 99.0);
+  EXPECT_EQ(surroundings(chart).top, 200.0);
+  EXPECT_EQ(surroundings(chart).width, 56.0);
+  EXPECT_EQ(patchList({18, 0}), "19 (white 9.5), 1 (dark skin)");
+}
+
+TEST(ChartJobs, GreyPhotographsHoldNothingToFit) {
+  Photograph photograph;
+  photograph.picture = Picture(64, 48, 1, 8);
+  photograph.file = "a.png";
+  const std::vector<ChartPhotograph> one{chartPhotograph(photograph)};
+  for (const std::function<void()>& fit : std::vector<std::function<void()>>{
+           [&] { fitChart(photograph); }, [&] { sampleChart(photograph, LocatedChart()); },
+           [&] { fitChartBest(one); }})
+    EXPECT_THAT(fit, testing::ThrowsMessage<JobError>(HasSubstr("is a grey picture")));
+  EXPECT_FALSE(LumaMatch({1.0, 50.0, 50.011, 50.0}).reached());
+  EXPECT_TRUE(LumaMatch({1.0, 50.0, 49.991, 50.0}).reached());
 }
 
 TEST(ChartJobs, AFitGoesOverPhotographsOfWhichOneMayFail) {

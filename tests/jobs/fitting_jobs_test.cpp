@@ -89,6 +89,20 @@ TEST_F(FittingJobs, ImagesThatCantBeAreNamedByTheirField) {
   EXPECT_THROW(fitExposure({}), std::invalid_argument);  // no images
 }
 
+// BT.601 of the channels' means, unless it is told.
+TEST_F(FittingJobs, TheLumaOfHistogramsIsThatOfTheirMeans) {
+  ExposureJob job;
+  job.images = {quarters(), quarters()};
+  for (std::size_t c = 0; c < 3; ++c)
+    for (double& mean : (*job.images[0].hist_RGB)[c]) mean *= static_cast<double>(c + 1);
+  job.images[1].curr_luma = 77.0;
+  const ExposureTrial trial = evaluateExposure(job);
+  EXPECT_NEAR(trial.images[0].curr_luma, 30.0 * (0.299 + 2 * 0.587 + 3 * 0.114), 1e-9);
+  EXPECT_EQ(trial.images[0].cur_target, trial.images[0].curr_luma);
+  EXPECT_EQ(trial.images[1].curr_luma, 77.0);
+  EXPECT_EQ(trial.images[1].name, "image 2");
+}
+
 TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
   WhiteBalanceOptions options;
   options.from = {{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};
