@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include "chart_renderer.h"
 #include "corpus/corpus_case.h"
 #include "golden.h"
 #include "greycard/chart_location.h"
+#include "greycard/chart_search_pictures.h"
 #include "greycard/diagnostics.h"
 #include "greycard/mcc_detector.h"
 #include "text.h"
@@ -17,7 +19,7 @@ const DetectOptions kLatticeAlone{.methods = SearchMethods::Lattice};
 
 std::string numbers(const char* name, std::initializer_list<double> values) {
   std::string text = std::string("  ") + name;
-  for (const double value : values) text += " " + formatGeneral(value, 6);
+  for (const double value : values) text += " " + formatGeneral(value, 9);
   return text + "\n";
 }
 
@@ -115,6 +117,36 @@ TEST(GoldenSearch, OfPicturesWithoutAChart) {
   for (const Picture& spoilt : {cut, covered, mirrored})
     text += "spoilt\n" + told(MCCDetector().detect(spoilt, kLatticeAlone));
   expectGolden("detect/golden/search_chartless.txt", text);
+}
+
+// More and more patches under cards of another colour; one edge after the other of the picture
+// through the chart; what the search looks at on the way.
+TEST(GoldenSearch, OfSpoiltCharts) {
+  std::string text;
+  Picture covered = renderChart({.pitch = 60, .turnDegrees = 20, .tiltX = 0.02});
+  const auto centres = trueCentres({.pitch = 60, .turnDegrees = 20, .tiltX = 0.02});
+  for (int k = 0; k < 16; ++k) {
+    const int patch = k * 7 % 24, x = static_cast<int>(centres[static_cast<std::size_t>(patch)].x),
+              y = static_cast<int>(centres[static_cast<std::size_t>(patch)].y);
+    paint(covered, x - 20, y - 20, x + 20, y + 20, 40 + k * 61 % 200);
+    text += "covered " + std::to_string(k + 1) + "\n" +
+            told(MCCDetector().detect(covered, kLatticeAlone));
+  }
+  for (const auto& [x, y] : {std::pair{150.0, 300.0},
+                             {650.0, 300.0},
+                             {400.0, 90.0},
+                             {400.0, 510.0},
+                             {110.0, 90.0},
+                             {0.0, 300.0}})
+    text += "cut\n" + told(MCCDetector().detect(renderChart({.x = x, .y = y}), kLatticeAlone));
+  for (const Picture& picture : {covered, greyOf(covered)})
+    for (const StagePicture& stage : chartSearchStages(picture, kLatticeAlone)) {
+      std::uint64_t sum = 0;
+      for (std::size_t k = 0; k < stage.picture.samples.size(); ++k)
+        sum += stage.picture.samples[k] * (k % 97 + 1);
+      text += stage.name + " " + std::to_string(sum) + "\n";
+    }
+  expectGolden("detect/golden/search_spoilt.txt", text);
 }
 
 std::string told(const PatchCheck& check) {
