@@ -52,8 +52,10 @@ std::vector<std::pair<std::string, Material>> materials() {
   SigmaEstimate noise;
   noise.centreNoiseSigma = 2.5F;
   for (std::size_t i = 0; i < kSigmaEntries; ++i) noise.lut[i] = 1.0F + static_cast<float>(i) / 128;
+  FittedCamera camera = knownCamera({illum_D65, illum_A});
+  camera.lights[1].fit.gamma = cameraGamma("VOutdoor");  // the first light's is taken
   return {{"fit", knownCamera({illum_D65})},
-          {"fits", knownCamera({illum_D65, illum_A})},
+          {"fits", camera},
           {"curve", one},
           {"curves", three},
           {"table", table},
@@ -91,6 +93,11 @@ TEST(Formats, HoldTheirKindsAndSoManyLights) {
   EXPECT_THROW(checkFormat("dcp", MaterialKind::Fit, 3), JobError);
   EXPECT_THROW(exportAs("dcp", knownCamera({illum_D65, illum_A, illum_TL84})), JobError);
   EXPECT_THROW(exportAs("csv", knownCamera({illum_A, illum_A})), JobError);
+  FittedCamera broken = knownCamera({illum_A});
+  broken.lights[0].fit.matrix[0][0] = 2e6;
+  EXPECT_THROW(updatedTuning("{}", broken), std::invalid_argument);
+  EXPECT_THROW(updatedTuning(" \n", knownCamera({illum_A})), JobError);
+  EXPECT_THROW(updatedTuning("{}", identityLut2d()), std::invalid_argument);
 }
 
 }  // namespace

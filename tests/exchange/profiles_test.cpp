@@ -68,6 +68,8 @@ TEST(IccProfile, TransformsAsTheFitDoes) {
       EXPECT_EQ(sum[1] * 65536.0, 0x10000);
       EXPECT_EQ(sum[2] * 65536.0, 0xD32D);
 
+      const auto* curve = static_cast<const cmsToneCurve*>(cmsReadTag(profile, cmsSigGreenTRCTag));
+      EXPECT_EQ(cmsGetToneCurveParametricType(curve), linear ? 1 : format == "icc" ? 4 : 0);
       // ICC.1:2022, annex E: from the adopted white to that of the connection space.
       const auto* adaptation =
           static_cast<const cmsFloat64Number*>(cmsReadTag(profile, cmsSigChromaticAdaptationTag));

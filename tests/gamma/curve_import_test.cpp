@@ -263,7 +263,11 @@ TEST(CurveImport, FormsAreKnownByTheirFirstLines) {
                                "a[2] = {0.5, 1}; b[2] = {0, 1};",
                                "x,y\n0,0\n255,90\n",
                                "[[0, 0], [10, 300], [255, 255]]",
-                               "0,0 5,5\n9,9"};
+                               "0,0 5,5\n9,9",
+                               "0 1023",
+                               "0 9 4095",
+                               "0 9 16383",
+                               "0 65535"};
   std::string text;
   for (const char* form : texts) text += form + ("\n" + told(import(form)));
   text += told(import("[[0, 0], [100, 77], [255, 90]]")) + told(import("0 5 9 30\n", true));
@@ -291,7 +295,8 @@ TEST(CurveTables, AreCopiesOfTheCurves) {
 TEST(FewestControlPoints, AreFewAndNearEnough) {
   const GammaCurveModel catalogue(true);
   std::string text;
-  for (const auto& [name, codes] : {std::pair{"VNormal", 500.0}, {"VLowlight", 160.0}, {"VBacklight", 500.0}}) {
+  for (const auto& [name, codes] :
+       {std::pair{"VNormal", 500.0}, {"VLowlight", 160.0}, {"VBacklight", 500.0}}) {
     const GammaTable& table = *catalogue.GetGammaCurveByName(name)->Data();
     const ControlPointList points = *fewestControlPoints(table, codes);
     text += name + std::string(":");
