@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "greycard/ten_bit_planes.h"
+#include "greycard/two_d_lut_helper.h"
 
 namespace greycard {
 namespace {
@@ -140,6 +141,24 @@ TEST(TenBitPlanes, SamplesAreScaledToTheNearestStepAndBack) {
   TenBitPlanes other = raw;
   other.b[1] = 0;
   EXPECT_EQ(raw.differingPixels(other), 1u);
+
+  Lut2DConfig table = identityLut2d();
+  dragLut2d(table, {118.0, 0.52, -30.0, 0.1, 2, 3});
+  TwoDLutHelper helper;
+  helper.SetConfig(table);
+  TenBitPlanes green = planes;
+  green.r.assign(256, 300), green.g.assign(256, 700), green.b.assign(256, 320);
+  TenBitPlanes moved = green, expected = green;
+  moved.apply(helper);
+  helper.ProcessImage(expected.r, expected.g, expected.b, 256, 1, 10);
+  EXPECT_EQ(moved.differingPixels(expected), 0U);
+  EXPECT_GT(moved.differingPixels(green), 0U);
+  const Picture both = sideBySide(picture, planes.picture(255, 8));
+  EXPECT_EQ(both.width, 256 + 5 + 256);
+  EXPECT_EQ(both.pixel(256, 0)[1], 255);
+  EXPECT_EQ(both.pixel(260, 0)[1], 255);
+  EXPECT_EQ(both.pixel(261, 0)[0], picture.pixel(0, 0)[0]);
+  EXPECT_THROW(sideBySide(picture, grey), std::invalid_argument);
 
   grey.samples.pop_back();
   EXPECT_THROW(TenBitPlanes(grey, 4095), std::invalid_argument);

@@ -206,7 +206,7 @@ SimulationSettings small() {
 }
 
 TEST(ChartSimulator, TakesThePictureOfASlowCamera) {
-  std::vector<SimulationSettings> cases(5, small());
+  std::vector<SimulationSettings> cases(6, small());
   cases[0].rotationDeg = 200, cases[0].tiltDeg = 20, cases[0].yawDeg = -35;
   cases[0].offsetX = 0.1, cases[0].offsetY = -0.05, cases[0].surround = {0.2, 0.5, 0.9};
   cases[1].blurSigma = 1.2, cases[1].vignetting = 0.4, cases[1].encoding = SampleEncoding::sRGB;
@@ -215,6 +215,8 @@ TEST(ChartSimulator, TakesThePictureOfASlowCamera) {
   cases[3].readNoise = 0.2, cases[3].shotNoise = 0.01, cases[3].bits = 8, cases[3].blackLevel = 16;
   cases[3].encoding = SampleEncoding::sRGB, cases[3].blurSigma = 0.2;
   cases[4].whiteShare = 1.5, cases[4].bits = 8, cases[4].sizeShare = 1.3, cases[4].tiltDeg = -30;
+  // Beyond all edges of the picture, and blurred there.
+  cases[5].sizeShare = 1.6, cases[5].blurSigma = 0.9, cases[5].rotationDeg = 3;
   for (const SimulationSettings& s : cases) {
     SCOPED_TRACE(&s - cases.data());
     ChartSimulator simulator;
