@@ -7,7 +7,8 @@
 
 The choice depends on the seed and the sources only. It goes round the functions of the folder and, within a
 round, takes constants and conditions oftener than arithmetic and statements. Works on a copy of the tree under
-build/mutate/, built with -O1. A fault is caught when a test fails, crashes or exceeds the time limit (ten seconds
+build/mutate/, built with -O1 and the bounds checks of the standard library, which stand for the sanitizers that the
+suite runs under. A fault is caught when a test fails, crashes or exceeds the time limit (ten seconds
 and five times what all tests take, of processor time). A fault that doesn't compile, or that compiles to the same
 objects, is replaced by another.
 """
@@ -198,7 +199,7 @@ class Trial:
         self.folder, self.jobs, self.tests = folder, jobs, TESTS.get(folder, folder)
         self.copy, self.build = work / folder / "tree", work / folder / "build"
         copy_tree(self.copy)
-        options = {"CMAKE_BUILD_TYPE": "Mutate", "CMAKE_CXX_FLAGS_MUTATE": "-O1 -DNDEBUG",
+        options = {"CMAKE_BUILD_TYPE": "Mutate", "CMAKE_CXX_FLAGS_MUTATE": "-O1 -DNDEBUG -D_GLIBCXX_ASSERTIONS",
                    "CMAKE_CXX_COMPILER_LAUNCHER": shutil.which("ccache") or "", "GREYCARD_BUILD_CLI": "OFF",
                    "GREYCARD_BUILD_BENCH": "OFF", "GREYCARD_BUILD_FUZZERS": "OFF",
                    "CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE": "PRE_TEST"}

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "greycard/errors.h"
+#include "greycard/present/chart.h"
 #include "scratch_folder.h"
 
 namespace greycard::batch {
@@ -27,6 +28,9 @@ TEST_F(Files, AreThoseOfFoldersAndListsEachOnceUnderANameOfItsOwn) {
   EXPECT_THAT(photos, ElementsAre("in/a.jpg", "in/b.PNG", "in/x/a.jpg", "in/absent.dng", "q"));
   EXPECT_THAT(names, ElementsAre("a.jpg", "b.PNG", "a.jpg~2", "absent.dng", "q"));
   EXPECT_EQ(found.passedOver, 2U);
+
+  std::filesystem::create_directory_symlink(folder / "in", folder / "alias");
+  EXPECT_EQ(photographsOf({folder / "in/a.jpg", folder / "alias/a.jpg"}).files.size(), 1U);
 
   const auto empty = write("empty.lst", "\n# nothing\n");
   std::filesystem::create_directory(folder / "none");
@@ -85,10 +89,16 @@ TEST_F(Folders, AreFinishedFromTheResultsOfThePhotographsAlone) {
   EXPECT_THROW(out.finish(files, settings), FileError) << "nothing is done";
   for (const File& file : files)
     writeResult(resultFile(folder / "out", file), *doPhotograph(file, settings));
+  Result second = *doPhotograph(files[1], settings);
+  second.result = present::toJson(ChartFit());
+  second.reason.clear();
+  writeResult(resultFile(folder / "out", files[1]), second);
   const Overview overview = out.finish(files, settings);
+  for (const Result& result : overview.results)
+    EXPECT_EQ(result.options + result.result, "") << "long texts stay in their files";
   ASSERT_EQ(overview.results.size(), 2U);
   EXPECT_EQ(overview.results[1].photo, files[1].photo);
-  EXPECT_EQ(overview.summary.failures.size(), 2U);
+  EXPECT_EQ(overview.summary.failures.size(), 1U);
   EXPECT_EQ(readWholeFile(folder / "out/results.csv"), resultsCsv(overview.results));
   EXPECT_EQ(readWholeFile(folder / "out/summary.json"), toJson(overview.summary));
   EXPECT_EQ(readWholeFile(folder / "out/index.html"),

@@ -67,14 +67,22 @@ TEST(GoldenBatch, PagesSummariesAndResults) {
     settings.job = job;
     Summary summary = summaryOf(results, settings);
     summary.version = "0.0.1";
+    Summary again;
+    fromJson(toJson(summary), again);
+    EXPECT_EQ(toJson(again), toJson(summary));
     const std::string name(kJobNames[static_cast<std::size_t>(job)]);
     expectGolden("batch/golden/" + name + ".html", bodyOf(indexPage(results, summary)));
     expectGolden("batch/golden/" + name + ".json", toJson(summary) + toJson(results[0]) +
                                                        toJson(results[1]) + toJson(results.back()));
     expectGolden("batch/golden/" + name + ".csv", resultsCsv(results));
   }
+  std::vector<Result> odd = resultsOf(Job::ccm);
+  (*odd[3].figures.matrix)[2] = {9.0, -4.0, -4.0};  // in the last row and each column
+  Summary summary = summaryOf(odd, {}), again;
+  fromJson(toJson(summary), again);
+  EXPECT_EQ(toJson(again), toJson(summary));
   const std::vector<Result> none{result("only.png", Job::ccm, illum_A, 0.75)};
-  Summary summary = summaryOf(none, {});
+  summary = summaryOf(none, {});
   summary.version = "0.0.1";
   expectGolden("batch/golden/one.html", bodyOf(indexPage(none, summary)));
 }

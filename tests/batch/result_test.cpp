@@ -33,8 +33,14 @@ TEST_F(Results, HoldTheJobsOwnJsonAndReadBackWhole) {
   Settings settings;
   for (const Job job : {Job::chart, Job::ccm, Job::evaluate}) {
     settings.job = job;
-    const auto result = doPhotograph(file, settings);
+    std::vector<double> progress;
+    const auto result = doPhotograph(file, settings, [&](double done) {
+      progress.push_back(done);
+      return true;
+    });
     ASSERT_TRUE(result);
+    EXPECT_TRUE(std::ranges::is_sorted(progress));
+    EXPECT_EQ(progress.front(), 0.0);
     EXPECT_EQ(result->reason, "");
     const Photograph photograph = readPhotograph(file.photo);
     const std::string expected = job == Job::chart

@@ -265,6 +265,33 @@ TEST(FindMinSearch, AnswersAtOnceWhereNoFactorReachesTheTarget) {
   }
 }
 
+// Where searches without a clock end, to more digits than they need.
+TEST(GoldenFitting, FindMinSearch) {
+  std::string text, utilities;
+  int evaluations = 0;
+  setDebugLog([&](int, std::string_view, std::string_view part) {
+    if (part.starts_with("min utility"))
+      utilities += part;
+    else
+      ++evaluations;
+  });
+  for (const int most : {300, 2000, 200000})
+    for (const auto& [test, target] : {std::pair<Vector3, Vector3>{{60, 20, 30}, {90, 140, 40}},
+                                       {{0.05, 0.05, 0.05}, {0.4, 0.4, 0.4}},
+                                       {{0.004, 0.004, 0.004}, {0.02, 0.02, 0.02}},
+                                       {{-50, 20, 10}, {0.2, 0.2, 0.2}}}) {
+      SearchOptions options;
+      options.maxSeconds = 0.0;
+      options.maxEvaluations = most;
+      text += formatGeneral(NLoptHelper().findMinSearch(test, target, options), 10) + " after " +
+              std::to_string(evaluations) + " lines, " + utilities;
+      evaluations = 0;
+      utilities.clear();
+    }
+  setDebugLog({});
+  expectGolden("fitting/golden/find_min_search.txt", text);
+}
+
 TEST(GoldenFitting, StopReasons) {
   std::string text;
   for (int code = -6; code < 8; ++code)
