@@ -158,6 +158,23 @@ TEST_F(ColorCorrection, NoWhitePatchesOrDarkOnesGiveUnitGains) {
   }
 }
 
+TEST_F(ColorCorrection, TheExposureMayBeGivenOrBalanced) {
+  S settings = measuredBy({});
+  ASSERT_TRUE(utils.Optimize(settings, 0));
+  const double stated = utils.m_gain;
+  const Vector3 gains = utils.m_wbGain;
+  settings.m_exposure = FitExposure::number;
+  settings.m_exposureGain = 0.8;
+  ASSERT_TRUE(utils.Optimize(settings, 0));
+  EXPECT_EQ(utils.m_gain, 0.8);
+  EXPECT_EQ(utils.m_wbGain, gains);
+  EXPECT_NEAR(utils.m_fit.m_balancedRGB[3][0], 0.8 * gains[0] * settings.m_macbethData.m_RGB[3][0],
+              1e-12);
+  settings.m_exposure = FitExposure::balanced;
+  ASSERT_TRUE(utils.Optimize(settings, 0));
+  EXPECT_NEAR(utils.m_gain, stated / gains[1], 1e-12);
+}
+
 TEST_F(ColorCorrection, StepByStepGivesWhatOptimizeGives) {
   const S settings = measuredBy({});
   std::array<double, 72> lab{};

@@ -9,6 +9,21 @@
 namespace greycard {
 namespace {
 
+// CIE 15:2004, equation of illuminant A.
+TEST(LightSpectrum, OfIlluminantAIsPlancks) {
+  const LightSpectrum a = lightSpectrum(illum_A);
+  ASSERT_EQ(a.wavelengthNm.size(), 61U);
+  ASSERT_EQ(a.power.size(), 61U);
+  for (std::size_t i = 0; i < 61; ++i) {
+    const double nm = a.wavelengthNm[i];
+    EXPECT_EQ(nm, 400.0 + 5.0 * static_cast<double>(i));
+    EXPECT_NEAR(a.power[i],
+                100.0 * std::pow(560.0 / nm, 5) * std::expm1(1.435e7 / (2848.0 * 560.0)) /
+                    std::expm1(1.435e7 / (2848.0 * nm)),
+                0.01);
+  }
+}
+
 // CIE 15:2004, tables T.3 and T.8: chromaticities and correlated colour temperatures, those of
 // the fluorescent lamps rounded to 10 K.
 TEST(ColourTemperature, AgreesWithThePublishedLights) {

@@ -97,6 +97,18 @@ TEST(ChartJobs, SurroundingsAreHalfAPatchWideWithinThePicture) {
   EXPECT_EQ(patchList({18, 0}), "19 (white 9.5), 1 (dark skin)");
 }
 
+TEST(ChartJobs, LightIsMeasuredThroughTheCurveWhereThereIsOne) {
+  BestChartFit fit;
+  fit.stated.resize(1);
+  fit.stated[0].measuredRgb.fill({0.25, 0.5, 1.0});
+  EXPECT_EQ(fit.lightRgb(0), fit.stated[0].measuredRgb);
+  fit.best.toneCurve = {0.0, 0.5};  // half of what sRGB decodes, on one straight line
+  for (std::size_t c = 0; c < 3; ++c)
+    EXPECT_EQ(fit.lightRgb(0)[9][c],
+              curveLight(fit.best.toneCurve, fit.stated[0].measuredRgb[9][c]));
+  EXPECT_NEAR(fit.lightRgb(0)[9][2], 0.5, 1e-12);
+}
+
 TEST(ChartJobs, GreyPhotographsHoldNothingToFit) {
   Photograph photograph;
   photograph.picture = Picture(64, 48, 1, 8);

@@ -101,6 +101,15 @@ TEST_F(FittingJobs, TheLumaOfHistogramsIsThatOfTheirMeans) {
   EXPECT_EQ(trial.images[0].cur_target, trial.images[0].curr_luma);
   EXPECT_EQ(trial.images[1].curr_luma, 77.0);
   EXPECT_EQ(trial.images[1].name, "image 2");
+
+  EXPECT_TRUE(job.fitsAny());
+  EXPECT_EQ(job.fixedParameters(), job.initialBound);
+  job.parameters_enable.fill(0.0);
+  EXPECT_FALSE(job.fitsAny());
+  job.parameters_enable[4] = 1.0;
+  EXPECT_TRUE(job.fitsAny());
+  job.initial_parameter = job.lowerBound;
+  EXPECT_EQ(job.fixedParameters(), job.lowerBound);
 }
 
 TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {

@@ -165,7 +165,12 @@ TEST_F(GammaJobs, CurvesAreMadeOfOthers) {
   EXPECT_EQ(*merged->DataR(), *root->Data());
   EXPECT_EQ(*merged->DataG(), *srgb->Data());
   EXPECT_EQ(*merged->DataB(), *threeChannels()->DataB());
+  EXPECT_EQ(powerCurve(2.234567)->Name(), "power2.23457");
+  const GammaCurvePtr three = threeChannels(), again = mergedCurve("m", *three, *three, *three);
+  EXPECT_EQ(*again->ControlPointsG(), *three->ControlPointsG());
+  EXPECT_EQ(again->ControlPointsG()->size(), 3U);
   const GammaCurvePtr inverse = invertedCurve(*merged);
+  EXPECT_EQ(inverse->Name(), "inverse of m");
   // Forth and back, up to the rounding of codes.
   for (const auto channel : {CurveChannel::Red, CurveChannel::Green})
     for (double i = 0; i < 1023; i += 0.7) {

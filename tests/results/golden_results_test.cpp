@@ -10,6 +10,7 @@
 #include "golden_results.h"
 #include "greycard/chart_regions.h"
 #include "greycard/files.h"
+#include "greycard/number_text.h"
 
 namespace greycard::present {
 namespace {
@@ -38,6 +39,16 @@ TEST_F(GoldenResults, OfCharts) {
   options.locate.regions = folder / "regions.txt";
   const ChartFit fit = *fitChart(a.picture, options, "a.tif");
   expectResult("fit.json", json(fit));
+  ChartFitOptions lit = options;
+  lit.exposure = FitExposure::number;
+  std::string warnings;
+  for (const double gain : {1.0, 1.2, 1.6}) {
+    lit.exposureGain = gain;
+    const ChartFit bright = *fitChart(a.picture, lit, "a.tif");
+    for (const std::string& warning : bright.warnings)
+      warnings += exact(gain) + ": " + warning + "\n";
+  }
+  expectResult("warnings.txt", warnings);
   expectResult("corrected.txt", trace(correctedPhotograph(a.picture, fit, options.locate.samples)));
   // Regions in the wrong order are doubted in several ways, unless they are forced.
   LocateOptions wrong = options.locate;

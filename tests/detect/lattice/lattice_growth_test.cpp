@@ -105,6 +105,10 @@ TEST(LatticeGrowth, LeavesOutNoPatchesAndFindsNoGridInNoise) {
   for (const auto& lattice : growLattices(regions)) most = std::max(most, lattice.nodes.size());
   EXPECT_GE(most, 24U);
 
+  for (const auto& [columns, rows] : {std::pair{9, 1}, {1, 9}})
+    for (const auto& lattice : growLattices(grid(map, columns, rows, 0.42)))
+      EXPECT_TRUE(lattice.nodes.empty()) << "a line is no grid";
+
   std::mt19937 random(4);
   std::vector<FlatRegion> noise;
   for (int i = 0; i < 60; ++i)
