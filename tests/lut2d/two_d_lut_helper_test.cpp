@@ -50,6 +50,40 @@ TEST(TwoDLutHelper, RefusesOnlyWhatIsNotFiniteAndOddShifts) {
   }
 }
 
+// Coordinates, changes and where these lead to; the last row is the first one a turn further, and
+// greys have no saturation to change.
+TEST(TwoDLutHelper, TheRecordHoldsTheTableAndARowMore) {
+  Lut2DConfig config = identityTable();
+  for (std::size_t i = 0; i < config.lut_2d_h.size(); ++i) {
+    config.lut_2d_h[i] = 0.25 * static_cast<double>(i % 50) - 5.0;
+    config.lut_2d_s[i] = 0.125 - static_cast<double>(i % 32) / 128.0;
+  }
+  config.y_blend_factor = 0.5F;
+  config.l_boundary_end_a = 0.75F;
+  config.h_shift = 3.0F;
+  TwoDLutHelper helper;
+  helper.SetConfig(config);
+  const lut2d_cfg& record = *helper.record();
+  constexpr float kUnits = 256.0F;
+  for (std::size_t i = 0; i <= 24; ++i)
+    for (std::size_t j = 0; j < 16; ++j) {
+      const std::size_t entry = i % 24 * 16 + j;
+      const auto hue = static_cast<float>(config.lut_1d_h[i]);
+      const float sat = static_cast<float>(config.lut_1d_s[j]) * kUnits;
+      const auto byHue = static_cast<float>(config.lut_2d_h[entry]);
+      const float bySat = static_cast<float>(config.lut_2d_s[entry]) * kUnits;
+      EXPECT_EQ(record.node[i][j].h, hue);
+      EXPECT_NEAR(record.node[i][j].s, sat, 1e-3);
+      EXPECT_EQ(record.delta[i][j].h, byHue);
+      EXPECT_NEAR(record.delta[i][j].s, j == 0 ? 0.0F : bySat, 1e-3);
+      EXPECT_NEAR(record.target[i][j].h, hue - byHue, 1e-3);
+      EXPECT_NEAR(record.target[i][j].s, j == 0 ? sat : sat - bySat, 1e-3) << i;
+    }
+  EXPECT_EQ(record.y_blend_factor, 0.5F);
+  EXPECT_EQ(record.l_boundary_end_a, 0.75F);
+  EXPECT_EQ(record.h_shift, 3.0F);
+}
+
 TEST(TwoDLutHelper, TakesEveryFiniteNumber) {
   constexpr float kLargest = std::numeric_limits<float>::max();
   Lut2DConfig config = identityTable();
