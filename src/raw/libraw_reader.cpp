@@ -48,24 +48,41 @@ unsigned& memoryLimit(LibRaw& raw) {
   refuseRaw(name, "X-Trans mosaics repeat after 6x6 samples, and only 2x2 are read; develop it");
 }
 
-// What is learnt of a mosaic's pattern while the directories are read.
-struct PatternSeen {
-  bool whole = false;   ///< as bytes that are in the file
-  bool xTrans = false;  ///< of 36 places
+// What is learnt while the directories are read: of a mosaic's pattern, and of the camera's name.
+struct FieldsSeen {
+  bool wholePattern = false;  ///< as bytes that are in the file
+  bool xTrans = false;        ///< a pattern of 36 places
+  bool endlessName = false;   ///< longer than any camera's
 };
 
-// Called for each field of a TIFF directory, at its values. LibRaw 0.20, as compilers that count on
-// array bounds make it, doesn't come back from a pattern of 36 places: it is stopped before.
-void watchPattern(void* seen, int tag, int type, int count, unsigned, void* values, INT64) {
-  constexpr int kTagBits = 0xFFFF, kCfaPattern = 33422, kByte = 1, kUndefined = 7;
+// A text as LibRaw reads it: up to its 0, however many characters the field is said to have.
+std::size_t nameLength(LibRaw_abstract_datastream& file) {
+  std::array<char, 64> text{};
+  const INT64 place = file.tell();
+  file.read(text.data(), 1, text.size());
+  file.seek(place, SEEK_SET);
+  return strnlen(text.data(), text.size());
+}
+
+// Called for each field of a TIFF directory, at its values. LibRaw 0.20 is stopped before what it
+// doesn't come back from: a pattern of 36 places, as compilers that count on array bounds make it,
+// and the name of a Hasselblad so long that its additions overflow.
+void watchFields(void* seen, int tag, int type, int count, unsigned, void* values, INT64) {
+  constexpr int kTagBits = 0xFFFF, kModel = 272, kCfaPattern = 33422, kByte = 1, kUndefined = 7;
+  constexpr int kKindShift = 16, kKindBits = 0xF, kPictures = 0, kPanasonic = 3;
   constexpr int kMostPlaces = 16, kXTransPlaces = 36;
-  if ((tag & kTagBits) != kCfaPattern) return;
-  auto& pattern = *static_cast<PatternSeen*>(seen);
+  constexpr std::size_t kLongestName = 48;
+  auto& fields = *static_cast<FieldsSeen*>(seen);
   auto& file = *static_cast<LibRaw_abstract_datastream*>(values);
-  pattern.xTrans = count == kXTransPlaces;
-  if (pattern.xTrans) throw LIBRAW_EXCEPTION_IO_CORRUPT;  // caught by LibRaw
-  pattern.whole = (type == kByte || type == kUndefined) && count > 0 && count <= kMostPlaces &&
-                  file.tell() <= file.size() - count;
+  const int kind = tag >> kKindShift & kKindBits;  // of directory; others number as they please
+  if ((tag & kTagBits) == kModel && (kind == kPictures || kind == kPanasonic))
+    fields.endlessName = nameLength(file) > kLongestName;
+  if ((tag & kTagBits) == kCfaPattern) {
+    fields.xTrans = count == kXTransPlaces;
+    fields.wholePattern = (type == kByte || type == kUndefined) && count > 0 &&
+                          count <= kMostPlaces && file.tell() <= file.size() - count;
+  }
+  if (fields.xTrans || fields.endlessName) throw LIBRAW_EXCEPTION_IO_CORRUPT;  // caught by LibRaw
 }
 
 void refuseStructure(const FileStructure& structure, const std::string& name) {
@@ -224,13 +241,14 @@ RawCapture capture(Open open, const FileStructure& structure, std::uint64_t file
                    const std::string& name, const RawOptions& options) try {
   refuseStructure(structure, name);
   const auto raw = std::make_unique<LibRaw>(kSilent);  // too large for a stack
-  PatternSeen pattern;
-  raw->set_exifparser_handler(watchPattern, &pattern);
+  FieldsSeen fields;
+  raw->set_exifparser_handler(watchFields, &fields);
   const int opened = open(*raw);
-  if (pattern.xTrans) refuseXTrans(name);
+  if (fields.xTrans) refuseXTrans(name);
+  if (fields.endlessName) refuseCutShort(name);
   refuseUnless(opened, name);
   // LibRaw takes what stands on the stack for a pattern that isn't there.
-  if (structure.dng && structure.mosaic && !pattern.whole) refuseCutShort(name);
+  if (structure.dng && structure.mosaic && !fields.wholePattern) refuseCutShort(name);
   refuseLayout(*raw, fileBytes, name);
   const bool stored = storesCodes(*raw);
   if (!stored) refuseUnless(raw->unpack(), name);

@@ -173,6 +173,10 @@ TEST_F(RawTest, RefusesByName) {
        })},
       {"X-Trans", dngWith([&](TiffDirectory& ifd) { ifd.bytes(33422, xTrans); })},
       {"JPEG XL", dngWith([](TiffDirectory& ifd) { ifd.shorts(259, {52546}); })},
+      {"damaged", dngWith([](TiffDirectory& ifd) {
+         ifd.ascii(271, "Hasselblad");
+         ifd.ascii(272, std::string(60, 'H'));
+       })},
       {"Foveon", "FOVb" + std::string(100, 'x')},
       {"too short for 4096 x 4096", dngWith([](TiffDirectory& ifd) {
          ifd.longs(256, {4096});

@@ -152,7 +152,7 @@ class Search {
         auto refined = refineWindow(picture, contrast_, kThresholds, window);
         if (refined.gate >= limits_.smallestGate)
           refined.halfSide = halfPatchSide(picture, refined.map);
-        take(std::move(refined), static_cast<int>(regions.size()),
+        take(refined, static_cast<int>(regions.size()),
              static_cast<int>(lattice.nodes.size()));
         if (limits_.mostCharts == 1) break;
       }
@@ -175,7 +175,7 @@ class Search {
     result_.nodes = nodes;
   }
 
-  void take(ChartWindow window, int regions, int nodes) {
+  void take(const ChartWindow& window, int regions, int nodes) {
     const auto overlaps = [&](const ChartWindow& other) { return overlap(window, other); };
     if (std::any_of(sure_.begin(), sure_.end(), overlaps)) return;
     const bool best = sure_.empty() && (candidates_.empty() || window.gate > bestGate_);
@@ -185,7 +185,7 @@ class Search {
     }
     if (window.gate >= kSure && window.supporting >= kSureSupporting && isAcceptable(window))
       sure_.push_back(window);
-    candidates_.push_back(std::move(window));
+    candidates_.push_back(window);
   }
 
   bool isAcceptable(const ChartWindow& window) const {
@@ -196,16 +196,16 @@ class Search {
   void accept() {
     std::stable_sort(candidates_.begin(), candidates_.end(),
                      [](const auto& a, const auto& b) { return a.gate > b.gate; });
-    for (auto& candidate : candidates_) {
+    for (const auto& candidate : candidates_) {
       auto& charts = result_.charts;
       const bool taken = std::any_of(charts.begin(), charts.end(), [&](const ChartWindow& chart) {
         return overlap(candidate, chart);
       });
       if (taken) continue;
       if (!isAcceptable(candidate)) {
-        if (!result_.best) result_.best = std::move(candidate);
+        if (!result_.best) result_.best = candidate;
       } else if (static_cast<int>(charts.size()) < limits_.mostCharts) {
-        charts.push_back(std::move(candidate));
+        charts.push_back(candidate);
       }
     }
   }

@@ -89,7 +89,7 @@ class Diagnosis {
     for (const auto& lattice : lattices_) {
       auto windows = chartWindows(lattice, regions_, working_, lens_, kind, smallestGate);
       if (!windows.empty() && (!best || windows.front().gate > best->gate))
-        best = std::move(windows.front());
+        best = windows.front();
     }
     return best;
   }
@@ -98,9 +98,9 @@ class Diagnosis {
   std::optional<ChartWindow> fullest() const {
     std::optional<ChartWindow> best;
     for (const auto& lattice : lattices_)
-      for (auto& window :
+      for (const auto& window :
            chartWindows(lattice, regions_, working_, lens_, WindowKind::whole, -HUGE_VAL))
-        if (!best || window.supporting > best->supporting) best = std::move(window);
+        if (!best || window.supporting > best->supporting) best = window;
     return best;
   }
 
