@@ -112,6 +112,12 @@ TEST_F(NoiseJobs, AdviceSaysWhatTheFieldIsNotFitFor) {
   const SigmaEstimate stripes = estimateSigma(striped);
   EXPECT_NEAR(stripes.report.unflatness.value_or(0.0), 0.2, 0.002);
   EXPECT_THAT(stripes.doubts, testing::ElementsAre(HasSubstr("it is not flat")));
+  SigmaEstimate doubtful;
+  EXPECT_NO_THROW(doubtful.require());
+  doubtful.doubts = {"one", "two"};
+  EXPECT_THAT([&] { doubtful.require(); },
+              testing::ThrowsMessage<DoubtfulFlatField>(
+                  "this is no flat field to make a noise table of: one; two"));
   EXPECT_THROW(stripes.require(), DoubtfulFlatField);
   FlatField cut{"cut.png", 600, 600, std::vector<std::uint16_t>(360000, 128), false};
   alternate(cut, 128, 255, 99);

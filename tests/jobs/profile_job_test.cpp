@@ -99,6 +99,13 @@ TEST(Profile, TellsTheTemperatureOfALightWithoutASpectrumByItsGains) {
   const CameraProfile alone = profileOf({{fitUnder(illum_LED, 0.1, 2.0), {}}});
   EXPECT_EQ(alone.lights[0].source, KelvinSource::stand_in);
   EXPECT_THAT(alone.warnings, testing::Contains(HasSubstr("give its own")));
+  // CIE 15:2004, tables T.1 and T.7; D75 after its definition.
+  for (const auto& [light, kelvin] :
+       {std::pair{illum_D75, 7504.0}, {illum_CoolWhite, 4230.0}, {illum_Lowlight, 4000.0}}) {
+    const CameraProfile published = profileOf({{fitUnder(light, 0.1, 2.0), {}}});
+    EXPECT_EQ(published.lights[0].kelvin, kelvin);
+    EXPECT_EQ(published.lights[0].source, KelvinSource::published);
+  }
   EXPECT_THROW(profileOf({}), std::invalid_argument);
   EXPECT_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), 999.0}}), std::invalid_argument);
   EXPECT_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), {}}, {fitUnder(illum_A, 0.2, 2.0), {}}}),

@@ -152,8 +152,7 @@ class Search {
         auto refined = refineWindow(picture, contrast_, kThresholds, window);
         if (refined.gate >= limits_.smallestGate)
           refined.halfSide = halfPatchSide(picture, refined.map);
-        take(refined, static_cast<int>(regions.size()),
-             static_cast<int>(lattice.nodes.size()));
+        take(refined, static_cast<int>(regions.size()), static_cast<int>(lattice.nodes.size()));
         if (limits_.mostCharts == 1) break;
       }
     }

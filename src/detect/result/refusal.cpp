@@ -88,8 +88,7 @@ class Diagnosis {
     std::optional<ChartWindow> best;
     for (const auto& lattice : lattices_) {
       auto windows = chartWindows(lattice, regions_, working_, lens_, kind, smallestGate);
-      if (!windows.empty() && (!best || windows.front().gate > best->gate))
-        best = windows.front();
+      if (!windows.empty() && (!best || windows.front().gate > best->gate)) best = windows.front();
     }
     return best;
   }
