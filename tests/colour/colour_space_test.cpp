@@ -8,6 +8,7 @@
 #include "greycard/image_utils_ex.h"
 #include "greycard/luma.h"
 #include "matrix_functions.h"
+#include "srgb_transfer.h"
 
 namespace greycard {
 namespace {
@@ -33,6 +34,20 @@ TEST(ColourSpace, PrimariesHaveTheirPublishedLab) {
     for (std::size_t i = 0; i < 3; ++i)
       // 0.005 of L* near black is worth 0.0006; the two matrices are inverse to four decimals.
       EXPECT_NEAR(back[i], c.sRGB[i], 0.004);
+  }
+}
+
+// IEC 61966-2-1 and its mirror image below 0.
+TEST(SRgbTransfer, IsOddAndHasItsSlope) {
+  for (const double v : {0.001, 0.0031, 0.0032, 0.03, 0.041, 0.2, 0.9, 1.0, 1.3}) {
+    const double linear = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+    const double encoded = v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1.0 / 2.4) - 0.055;
+    for (const double sign : {1.0, -1.0}) {
+      EXPECT_NEAR(sRGBDecode(sign * v), sign * linear, 1e-15);
+      EXPECT_NEAR(sRGBEncode(sign * v), sign * encoded, 1e-6);
+      const double slope = (sRGBDecode(sign * v + 1e-6) - sRGBDecode(sign * v - 1e-6)) / 2e-6;
+      EXPECT_NEAR(sRGBDecodeSlope(sign * v), slope, 1e-4);
+    }
   }
 }
 
