@@ -75,6 +75,12 @@ TEST(GoldenExports, OfEveryFormat) {
     }
     expectGolden("exchange/golden/" + name + ".txt", text);
   }
+  std::string lights;
+  for (const Illum light :
+       {illum_A, illum_D65, illum_D75, illum_D50, illum_TL84, illum_CoolWhite, illum_Lowlight})
+    lights += std::string(illumName(light)) + "\n" +
+              hexadecimal(exportAs("dcp", knownCamera({light})).bytes);
+  expectGolden("exchange/golden/dcp_lights.txt", lights);
 }
 
 TEST(Formats, HoldTheirKindsAndSoManyLights) {

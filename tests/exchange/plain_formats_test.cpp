@@ -127,7 +127,10 @@ TEST(Formats, WhatCantBeMadeIsRefusedWithTheListOfThoseThatCan) {
   SigmaEstimate noise = knownNoise();
   noise.lut.back() = std::numeric_limits<double>::infinity();
   EXPECT_THROW(exportAs("csv", noise), std::invalid_argument);
-  EXPECT_THROW(fittedLight(knownFit(illum_LED), 999.0), std::invalid_argument);
+  for (const double kelvin : {999.0, 25001.0})
+    EXPECT_THROW(fittedLight(knownFit(illum_LED), kelvin), std::invalid_argument);
+  for (const double kelvin : {1000.0, 25000.0})
+    EXPECT_EQ(fittedLight(knownFit(illum_LED), kelvin).kelvin, kelvin);
 }
 
 }  // namespace

@@ -78,6 +78,12 @@ TEST(IccProfile, TransformsAsTheFitDoes) {
         EXPECT_LT(cv::norm(Matrix(adaptation) - adapted(kD65, kD50)), 1e-3);
       }
 
+      const auto* white =
+          static_cast<const cmsCIEXYZ*>(cmsReadTag(profile, cmsSigMediaWhitePointTag));
+      EXPECT_EQ(white->X * 65536.0, 0xF6D6);
+      EXPECT_EQ(white->Y, 1.0);
+      EXPECT_EQ(white->Z * 65536.0, 0xD32D);
+
       cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
       cmsHTRANSFORM transform =
           cmsCreateTransform(profile, TYPE_RGB_DBL, lab, TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC,

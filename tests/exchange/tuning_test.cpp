@@ -99,6 +99,7 @@ TEST(Tuning, AnUpdateLeavesAllElse) {
   EXPECT_TRUE(lines.bytes.starts_with(head + "    - ct: 2856\n")) << lines.bytes;
   EXPECT_THAT(lines.bytes, HasSubstr("\n" + middle));
   EXPECT_TRUE(lines.bytes.ends_with(tail));
+  EXPECT_THAT(lines.notes[0], HasSubstr("replaced Ccm and GammaOutCorrection, left"));
   const json parsed = yaml(lines.bytes);
   expectLights(parsed["algorithms"][1]["Ccm"]["ccms"], camera, {0, 1});
   EXPECT_EQ(parsed["algorithms"][1]["Ccm"]["ccms"][0]["offsets"], json({0, 0, 0}));

@@ -305,6 +305,8 @@ TEST(NloptDebugLog, HasTheLinesOfEachSearch) {
     EXPECT_EQ(category, "DebugPrint");
     lines.emplace_back(text);
   });
+  EXPECT_NO_THROW(knownTask(1).call(false, evaluations(100)));
+  lines.clear();
   auto task = knownTask(2);
   const GaParameters found = task.call(false, evaluations(300));
   ASSERT_EQ(lines.size(), 2u);

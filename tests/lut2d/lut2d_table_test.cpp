@@ -113,6 +113,11 @@ TEST(Lut2dTable, RefusalsSayWhatMustBeAndLeaveTheTable) {
                 identityLut2d({{0.2F, 0.3F, 1.0F, 1.5F}});
               }),
               HasSubstr("l_boundary_end_b must be from 0 to 1"));
+  const Lut2DConfig fading = identityLut2d({{0.1F, 0.2F, 0.3F, 0.4F}});
+  EXPECT_EQ(fading.l_boundary_start_a, 0.1F);
+  EXPECT_EQ(fading.l_boundary_start_b, 0.2F);
+  EXPECT_EQ(fading.l_boundary_end_a, 0.3F);
+  EXPECT_EQ(fading.l_boundary_end_b, 0.4F);
   table.lut_1d_s[3] = 0.1;
   EXPECT_THAT(messageOf([&] { checkLut2d(table); }),
               HasSubstr("lut_1d_s must be numbers from 0 to 1 that don't fall; entry 4 is 0.1"));
@@ -159,6 +164,8 @@ TEST(TenBitPlanes, SamplesAreScaledToTheNearestStepAndBack) {
   EXPECT_EQ(both.pixel(260, 0)[1], 255);
   EXPECT_EQ(both.pixel(261, 0)[0], picture.pixel(0, 0)[0]);
   EXPECT_THROW(sideBySide(picture, grey), std::invalid_argument);
+  EXPECT_EQ(sideBySide(Picture(999, 1, 3, 8), picture).width, 999 + 19 + 256);
+  EXPECT_EQ(sideBySide(Picture(1000, 1, 3, 8), picture).width, 1000 + 20 + 256);
 
   grey.samples.pop_back();
   EXPECT_THROW(TenBitPlanes(grey, 4095), std::invalid_argument);
