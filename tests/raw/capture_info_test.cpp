@@ -18,7 +18,7 @@ TEST(CaptureRows, TellWhatIsKnown) {
                                              Pair("Levels", "black 0, white 1023")));
   info.camera = "Maker Model";
   info.orientation = 6;
-  info.iso = 400.0;
+  info.iso = 102400.0;
   info.asShotGains = {2.0, 1.0, 1.56789};
   info.blackLevel = {64, 64, 66.1234567};
   info.whiteLevel = {1023, 1000, 1023};
@@ -26,7 +26,7 @@ TEST(CaptureRows, TellWhatIsKnown) {
       captureRows(info),
       ElementsAre(Pair("Camera", "Maker Model"),
                   Pair("Sensor", "640 x 480 samples, linear, orientation mark 6"),
-                  Pair("Exposure", "ISO 400"), Pair("As shot gains", "2.0000, 1.0000, 1.5679"),
+                  Pair("Exposure", "ISO 102400"), Pair("As shot gains", "2.0000, 1.0000, 1.5679"),
                   Pair("Levels", "black 64, 64, 66.1235, white 1023, 1000, 1023")));
 }
 

@@ -114,6 +114,19 @@ TEST(WriteDng, StatesItsFields) {
   EXPECT_EQ(fieldOf(linear, 33422), "none");
 }
 
+TEST(WriteDng, TakesOneSampleOfEachPixel) {
+  Picture picture(4, 2, 3, 16);
+  for (std::size_t i = 0; i < picture.samples.size(); ++i)
+    picture.samples[i] = static_cast<std::uint16_t>(i);
+  EXPECT_THAT(mosaicOf(picture, BayerPattern::RGGB).samples,
+              testing::ElementsAre(0, 4, 6, 10, 13, 17, 19, 23));
+  EXPECT_THAT(mosaicOf(picture, BayerPattern::GBRG).samples,
+              testing::ElementsAre(1, 5, 7, 11, 12, 16, 18, 22));
+  DngDescription d;
+  d.iso = 400.6;
+  EXPECT_EQ(opened(encodeDng(randomCodes(64, 48, 3, 9), d))->imgdata.other.iso_speed, 401.0F);
+}
+
 TEST(WriteDng, RefusesWhatNoDngHolds) {
   using Change = void (*)(DngDescription&);
   const std::pair<const char*, Change> cases[] = {
