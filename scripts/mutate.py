@@ -8,9 +8,9 @@
 The choice depends on the seed and the sources only. It goes round the functions of the folder and, within a
 round, takes constants and conditions oftener than arithmetic and statements. Works on a copy of the tree under
 build/mutate/, built with -O1 and the bounds checks of the standard library, which stand for the sanitizers that the
-suite runs under. A fault is caught when a test fails, crashes or exceeds the time limit (ten seconds
-and five times what all tests take, of processor time). A fault that doesn't compile, or that compiles to the same
-objects, is replaced by another.
+suite runs under. A fault is caught when a test fails, crashes or exceeds the time limit (ten seconds and five times
+what all tests take, of processor time). A fault that doesn't compile, or that compiles to the same objects, is
+replaced by another.
 """
 import argparse
 import collections

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -25,4 +26,14 @@ void expectGolden(const std::string& file, const std::string& text) {
     }
   }
   EXPECT_FALSE(std::getline(found, line)) << file << " ends before " << line;
+}
+
+std::string goldenLine(const std::string& name, std::span<const double> values, int digits) {
+  std::string text = name;
+  for (const double value : values) {
+    char number[64];
+    std::snprintf(number, sizeof number, " %.*g", digits, value == 0.0 ? 0.0 : value);
+    text += number;
+  }
+  return text + "\n";
 }

@@ -13,10 +13,8 @@
 namespace greycard {
 namespace {
 
-std::string line(const char* name, std::span<const double> values, int digits = 8) {
-  std::string text = name;
-  for (const double value : values) text += " " + formatGeneral(value == 0.0 ? 0.0 : value, digits);
-  return text + "\n";
+std::string line(const char* name, std::span<const double> values) {
+  return goldenLine(name, values, 8);
 }
 
 std::string line(const char* name, const Matrix3& matrix) {

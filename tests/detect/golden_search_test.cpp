@@ -10,17 +10,14 @@
 #include "greycard/chart_search_pictures.h"
 #include "greycard/diagnostics.h"
 #include "greycard/mcc_detector.h"
-#include "text.h"
 
 namespace greycard {
 namespace {
 
 const DetectOptions kLatticeAlone{.methods = SearchMethods::Lattice};
 
-std::string numbers(const char* name, std::initializer_list<double> values) {
-  std::string text = std::string("  ") + name;
-  for (const double value : values) text += " " + formatGeneral(value, 9);
-  return text + "\n";
+std::string numbers(const std::string& name, const std::vector<double>& values) {
+  return goldenLine("  " + name, values, 9);
 }
 
 std::string placed(const ChartPlacement& placement) {
@@ -141,10 +138,7 @@ TEST(GoldenSearch, OfSpoiltCharts) {
     text += "cut\n" + told(MCCDetector().detect(renderChart({.x = x, .y = y}), kLatticeAlone));
   for (const Picture& picture : {covered, greyOf(covered)})
     for (const StagePicture& stage : chartSearchStages(picture, kLatticeAlone)) {
-      std::uint64_t sum = 0;
-      for (std::size_t k = 0; k < stage.picture.samples.size(); ++k)
-        sum += stage.picture.samples[k] * (k % 97 + 1);
-      text += stage.name + " " + std::to_string(sum) + "\n";
+      text += stage.name + " " + std::to_string(traceOf(stage.picture.samples)) + "\n";
     }
   expectGolden("detect/golden/search_spoilt.txt", text);
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "greycard/exchange/formats.h"
+#include "greycard/lut2d_table.h"
 
 namespace greycard::exchange {
 
@@ -37,6 +38,21 @@ inline FittedCamera knownCamera(const std::vector<Illum>& lights) {
   FittedCamera camera;
   for (const Illum light : lights) camera.lights.push_back(fittedLight(knownFit(light)));
   return camera;
+}
+
+/// A noise table, and a hue/saturation table of which one node is changed.
+inline SigmaEstimate knownNoise() {
+  SigmaEstimate noise;
+  noise.centreNoiseSigma = 2.5F;
+  for (std::size_t i = 0; i < kSigmaEntries; ++i) noise.lut[i] = 1.0F + static_cast<float>(i) / 128;
+  return noise;
+}
+
+inline Lut2DConfig knownTable() {
+  Lut2DConfig table = identityLut2d();
+  table.lut_2d_h[37] = -12.5;
+  table.lut_2d_s[37] = 0.125;
+  return table;
 }
 
 /// A folder of the test's own, removed with it.

@@ -9,6 +9,7 @@
 
 #include "exchange_fixture.h"
 #include "greycard/curve_source.h"
+#include "greycard/errors.h"
 #include "greycard/lut2d_table.h"
 #include "greycard/names.h"
 
@@ -17,20 +18,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-SigmaEstimate knownNoise() {
-  SigmaEstimate noise;
-  noise.centreNoiseSigma = 2.5F;
-  for (std::size_t i = 0; i < kSigmaEntries; ++i) noise.lut[i] = 1.0F + static_cast<float>(i) / 128;
-  return noise;
-}
-
-Lut2DConfig knownTable() {
-  Lut2DConfig table = identityLut2d();
-  table.lut_2d_h[37] = -12.5;
-  table.lut_2d_s[37] = 0.125;
-  return table;
-}
 
 // Prints entries of the arrays that a header declares.
 std::vector<double> compiled(const std::string& header, const std::vector<std::string>& entries) {
@@ -105,6 +92,29 @@ TEST(Csv, HoldsARowForEach) {
   for (std::int32_t c = 0; c < 3; ++c)
     split.channels[static_cast<std::size_t>(c)].table = {c, 9 + c};
   EXPECT_EQ(row(split, 2), "1,9,10,11\r");
+}
+
+TEST(Formats, HoldTheirKindsAndSoManyLights) {
+  std::string list;
+  for (const FormatInfo& info : formats()) {
+    list += info.name + ":";
+    for (const MaterialKind kind : info.kinds) list += std::to_string(static_cast<int>(kind));
+    if (info.mostLights > 0) list += " up to " + std::to_string(info.mostLights);
+    list += "\n";
+  }
+  EXPECT_EQ(list,
+            "cube1d:01\ncube17:02\ncube33:02\ncube65:02\ncsv:0123\nheader:0123\nrpi:01\n"
+            "rpi-pisp:01\nlibcamera:01\nopencv:0123\nicc:0\nicc2:0\ndcp:0 up to 2\n");
+  EXPECT_THAT(formatNames(MaterialKind::Noise), ElementsAre("csv", "header", "opencv"));
+  EXPECT_NO_THROW(checkFormat("dcp", MaterialKind::Fit, 2));
+  EXPECT_THROW(checkFormat("dcp", MaterialKind::Fit, 3), JobError);
+  EXPECT_THROW(exportAs("dcp", knownCamera({illum_D65, illum_A, illum_TL84})), JobError);
+  EXPECT_THROW(exportAs("csv", knownCamera({illum_A, illum_A})), JobError);
+  FittedCamera broken = knownCamera({illum_A});
+  broken.lights[0].fit.matrix[0][0] = 2e6;
+  EXPECT_THROW(updatedTuning("{}", broken), std::invalid_argument);
+  EXPECT_THROW(updatedTuning(" \n", knownCamera({illum_A})), JobError);
+  EXPECT_THROW(updatedTuning("{}", identityLut2d()), std::invalid_argument);
 }
 
 TEST(Formats, WhatCantBeMadeIsRefusedWithTheListOfThoseThatCan) {

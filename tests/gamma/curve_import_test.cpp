@@ -8,8 +8,6 @@
 
 #include "golden.h"
 #include "greycard/curve_source.h"
-#include "greycard/errors.h"
-#include "greycard/fewest_points.h"
 
 namespace greycard {
 namespace {
@@ -45,10 +43,7 @@ std::string told(const GammaImport& import) {
       text +=
           "  " + std::to_string(table.numbers) + " of " + std::to_string(table.bits) + " bits\n";
   if (!import.curve) return text;
-  std::int64_t sum = 0;
-  for (std::size_t i = 0; i < import.curve->Data()->size(); ++i)
-    sum += static_cast<std::int64_t>(i % 97 + 1) * (*import.curve->Data())[i];
-  return text + "  sum " + std::to_string(sum) + "\n";
+  return text + "  sum " + std::to_string(traceOf(*import.curve->Data())) + "\n";
 }
 
 struct FormCase {
@@ -272,50 +267,6 @@ TEST(CurveImport, FormsAreKnownByTheirFirstLines) {
   for (const char* form : texts) text += form + ("\n" + told(import(form)));
   text += told(import("[[0, 0], [100, 77], [255, 90]]")) + told(import("0 5 9 30\n", true));
   expectGolden("gamma/golden/first_lines.txt", text);
-}
-
-TEST(CurveTables, AreCopiesOfTheCurves) {
-  const GammaImport three = import(
-      "GammaControlPointsV2R: 0,0 255,9 GammaControlPointsV2G: 0,0 "
-      "255,19 GammaControlPointsV2B: 0,0 255,255",
-      true);
-  const CurveTables tables = curveTables(*three.curve);
-  EXPECT_FALSE(tables.unified);
-  EXPECT_EQ(tables.name, "curve");
-  EXPECT_EQ(tables.channels[0].table, *three.curve->Data());
-  EXPECT_EQ(tables.channels[1].table, *three.curve->DataG());
-  EXPECT_EQ(tables.channels[2].table, *three.curve->DataB());
-  EXPECT_EQ(tables.channels[2].points.back().Y, 255);
-  EXPECT_EQ(tables.channels[1].points.back().Y, 19);
-  three.curve->SetGammaTable(ColorChannel::Green, nullptr);
-  EXPECT_THROW(curveTables(*three.curve), JobError);
-}
-
-// Points whose curve is everywhere as near as asked; the same ones every time.
-TEST(FewestControlPoints, AreFewAndNearEnough) {
-  const GammaCurveModel catalogue(true);
-  std::string text;
-  for (const auto& [name, codes] :
-       {std::pair{"VNormal", 500.0}, {"VLowlight", 160.0}, {"VBacklight", 500.0}}) {
-    const GammaTable& table = *catalogue.GetGammaCurveByName(name)->Data();
-    const ControlPointList points = *fewestControlPoints(table, codes);
-    text += name + std::string(":");
-    for (const ControlPoint& point : points)
-      text += " " + std::to_string(point.X) + "," + std::to_string(point.Y);
-    text += "\n";
-    EXPECT_EQ(points.front().X, 0);
-    EXPECT_EQ(points.back().X, 255);
-    GammaCurveModel model(false);
-    GammaCurve through("through", model);
-    through.SetControlPoints(ColorChannel::All, std::make_shared<ControlPointList>(points));
-    through.CalculateCurve();
-    for (std::size_t i = 0; i < table.size(); ++i)
-      ASSERT_LE(std::abs((*through.Data())[i] - table[i]), codes) << name << " " << i;
-  }
-  expectGolden("gamma/golden/fewest_points.txt", text);
-  const GammaTable steps(1024, 0);
-  EXPECT_THROW(fewestControlPoints(steps, 0.0), std::invalid_argument);
-  EXPECT_THROW(fewestControlPoints(std::span(steps).first(1023), 5.0), std::invalid_argument);
 }
 
 TEST(CurveImport, WhatIsDoubtfulIsNoted) {

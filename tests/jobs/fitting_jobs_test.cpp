@@ -112,6 +112,11 @@ TEST_F(FittingJobs, TheLumaOfHistogramsIsThatOfTheirMeans) {
   EXPECT_EQ(job.fixedParameters(), job.lowerBound);
 }
 
+TEST(LumaMatch, IsReachedWithinAHundredthOfLightness) {
+  EXPECT_FALSE(LumaMatch({1.0, 50.0, 50.011, 50.0}).reached());
+  EXPECT_TRUE(LumaMatch({1.0, 50.0, 49.991, 50.0}).reached());
+}
+
 TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
   WhiteBalanceOptions options;
   options.from = {{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,30 +16,20 @@
 #include "greycard/delta_e.h"
 #include "known_chart.h"
 #include "srgb_transfer.h"
-#include "text.h"
 
 namespace greycard {
 namespace {
 
-constexpr int kDigits = 7;
-
-std::string numbers(const char* name, std::initializer_list<double> values) {
-  std::string text = std::string("  ") + name;
-  for (const double value : values) text += " " + formatGeneral(value, kDigits);
-  return text + "\n";
+std::string numbers(const std::string& name, std::span<const double> values) {
+  return goldenLine("  " + name, values, 7);
 }
-std::string numbers(const char* name, const std::vector<double>& values) {
-  std::string text = std::string("  ") + name;
-  for (const double value : values) text += " " + formatGeneral(value, kDigits);
-  return text + "\n";
+std::string numbers(const std::string& name, std::initializer_list<double> values) {
+  return numbers(name, std::span(values.begin(), values.size()));
 }
-std::string numbers(const char* name, const Vector3& v) {
-  return numbers(name, {v[0], v[1], v[2]});
-}
-std::string numbers(const char* name, const Matrix3& m) {
+std::string numbers(const std::string& name, const Matrix3& m) {
   return numbers(name, m[0]) + numbers(name, m[1]) + numbers(name, m[2]);
 }
-std::string numbers(const char* name, const FitFigures& f) {
+std::string numbers(const std::string& name, const FitFigures& f) {
   return numbers(name,
                  {f.objective, f.mean2000, f.rms2000, f.percentile95, f.max2000, f.meanLevelled,
                   f.mean76, f.mean94, f.meanCam16, f.meanL, f.meanC, f.meanH, f.metamerismIndex});

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <libraw/libraw.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <random>
+#include <string>
 
 #include "greycard/errors.h"
 #include "greycard/picture.h"
@@ -30,6 +33,14 @@ inline Picture randomCodes(int width, int height, int channels, unsigned most) {
   std::mt19937 random(7);
   for (auto& sample : picture.samples) sample = static_cast<std::uint16_t>(random() % (most + 1));
   return picture;
+}
+
+/// The bytes must outlive it.
+inline std::unique_ptr<LibRaw> openedByLibRaw(const std::string& bytes) {
+  auto raw = std::make_unique<LibRaw>();
+  // It only reads; its parameter type has no const form.
+  EXPECT_EQ(raw->open_buffer(const_cast<char*>(bytes.data()), bytes.size()), LIBRAW_SUCCESS);
+  return raw;
 }
 
 template <typename Call>

@@ -16,8 +16,7 @@ constexpr short kIntel = 0x4949, kMotorola = 0x4D4D;
 
 // Opened, in that byte order whatever the file says.
 std::unique_ptr<LibRaw> opened(const std::string& bytes, short order) {
-  auto raw = std::make_unique<LibRaw>();
-  EXPECT_EQ(raw->open_buffer(const_cast<char*>(bytes.data()), bytes.size()), LIBRAW_SUCCESS);
+  auto raw = openedByLibRaw(bytes);
   raw->get_internal_data_pointer()->unpacker_data.order = order;
   return raw;
 }

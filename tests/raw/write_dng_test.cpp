@@ -6,7 +6,6 @@
 #include <libraw/libraw.h>
 
 #include <cstring>
-#include <memory>
 #include <opencv2/core.hpp>
 
 #include "raw_fixture.h"
@@ -15,12 +14,6 @@ namespace greycard {
 namespace {
 
 using testing::HasSubstr;
-
-std::unique_ptr<LibRaw> opened(const std::string& bytes) {
-  auto raw = std::make_unique<LibRaw>();
-  EXPECT_EQ(raw->open_buffer(const_cast<char*>(bytes.data()), bytes.size()), LIBRAW_SUCCESS);
-  return raw;
-}
 
 // The bytes of a field's values, TIFF 6.0, section 2.
 std::string fieldOf(const std::string& file, std::uint16_t tag) {
@@ -57,7 +50,7 @@ TEST(WriteDng, StatesTheColoursOfItsLight) {
     DngDescription d;
     d.light = c.light;
     d.white = {0.5, 1.0, 0.8};
-    const auto raw = opened(encodeDng(randomCodes(64, 48, 3, 16383), d));
+    const auto raw = openedByLibRaw(encodeDng(randomCodes(64, 48, 3, 16383), d));
     const libraw_dng_color_t& colour = raw->imgdata.color.dng_color[0];
     EXPECT_EQ(colour.illuminant, c.mark);
     for (int i = 0; i < 3; ++i) {
@@ -124,7 +117,8 @@ TEST(WriteDng, TakesOneSampleOfEachPixel) {
               testing::ElementsAre(1, 5, 7, 11, 12, 16, 18, 22));
   DngDescription d;
   d.iso = 400.6;
-  EXPECT_EQ(opened(encodeDng(randomCodes(64, 48, 3, 9), d))->imgdata.other.iso_speed, 401.0F);
+  EXPECT_EQ(openedByLibRaw(encodeDng(randomCodes(64, 48, 3, 9), d))->imgdata.other.iso_speed,
+            401.0F);
 }
 
 TEST(WriteDng, RefusesWhatNoDngHolds) {
