@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "golden.h"
 #include "greycard/curve_source.h"
@@ -228,6 +230,65 @@ TEST(CurveImport, WhatIsWrongIsSaidWithItsPlace) {
   EXPECT_THAT(import("[0, 9]", true).refusal->text, HasSubstr("no control points"));
 }
 
+TEST(CurveImport, EveryReaderSaysWhatItWants) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"[0, 9] 7", R"(column 8, "7": the document has ended)"},
+      {"[\"a", "column 2: the text that begins here"},
+      {"{\"a\" 5}", "column 6: a \":\" is wanted"},
+      {"[1 2]", R"(column 4, "2": a comma or "]" is)"},
+      {"[[0,1,2,3,4],[0,1,2,3,5]]", "column 14: item 1 and item 2 could"},
+      {"[{\"x\":0,\"y\":3},{\"x\":4}]", "column 16: a point with the numbers x and y"},
+      {"{\"gamma_curve\":[0,0,9]}", "column 16: these numbers"},
+      {"{\"x\":[0,1,2],\"y\":[0,5]}", "column 7: there are 3 inputs for 2"},
+      {"{\"x\":[-1,2],\"y\":[0,5]}", R"(column 7, "-1": an input)"},
+      {"{\"bits\":8,\"table\":[0,256,9]}", R"("256": the value takes more than the 8)"},
+      {"int a[] = {1, 2", R"(column 11, "{": the bracket)"},
+      {"LUT_1D_SIZE 1", R"(column 13, "1": a curve)"},
+      {"LUT_1D_SIZE 65537", R"("65537": a curve of 2)"},
+      {"DOMAIN_MAX 2 2 1", R"(column 16, "1": a domain)"},
+      {"LUT_1D_SIZE 2\n 0 0", R"(2, column 2, "0": three numbers are wanted in this line, not 2)"},
+      {"LUT_1D_SIZE 2\n0 0 0\n0 0 0\n.5 0 0", R"(4, column 1, ".5": there are more than the 2)"},
+      {"LUT_1D_SIZE 2\nDOMAIN_MIN 1 1 1\n0 0 0\n1 1 1", "\"f\": the domain's end"},
+      {"0,\"5\n1,7", R"(column 3, ""5": this is no number)"}};
+  for (const auto& [text, says] : cases)
+    EXPECT_THAT(noteText("f", import(text).refusal.value_or(GammaImportNote{})), HasSubstr(says));
+}
+
+// Entries 0, 341 (a third) and 1023 of red, and 341 of blue; 16383 is three times 5461.
+TEST(CurveImport, EveryReadersValues) {
+  const auto ramp = [](int step) {
+    return joined(64, [&](int i) { return (i ? "," : "[") + std::to_string(step * i); }) + "]";
+  };
+  const std::pair<std::string, std::array<std::int32_t, 4>> cases[] = {
+      {"char s[] = \"{9, 9}\"; int a[] = {0, 255};", {0, 5461, 16383, 5461}},
+      {"[[0,0,0,0,255],[0,0,0,0,9],[255,0,255,0,0]]", {0, 0, 16383, 5461}},
+      {"[[0,0,0,255],[1,85,0,85],[3,255,3,0]]", {0, 5461, 16383, 5461}},
+      {"{\"table\":[0,255],\"table_green\":[3,4],\"table_blue\":[255,0]}", {0, 5461, 16383, 10922}},
+      {"{\"x\":[0,1,3], # 5,\n\"y\":[255,85,0]}", {16383, 5461, 0, 5461}},
+      {"{\"bits\":16,\"table\":[0,4369]}", {0, 364, 1092, 364}},
+      {"{\"output_bits\":12,\"codes\":[0,1365]}", {0, 1820, 5461, 1820}},
+      {ramp(4), {0, 5456, 63 * 256 + 15 * 15, 5456}},  // as a curve file's, up to full scale
+      {ramp(256), {0, 5456, 63 * 256 + 15 * 15, 5456}},
+      {ramp(1040), {0, 5460, 16379, 5460}},  // 65520 of 65535
+      {"LUT_1D_SIZE 3\nDOMAIN_MAX 2 2 2\n0 0 0\n1 0 1\n0 0 1", {0, 5461, 16383, 5461}},
+      {"LUT_1D_SIZE 3\nDOMAIN_MAX 6 6 6\n0 0 0\n1 0 0\n0 0 1", {0, 1820, 5461, 0}},
+      {"LUT_1D_SIZE 3\nDOMAIN_MAX 254 254 254\n0 0 0\n1 0 0\n1 0 1", {0, 43, 129, 0}},
+      {"LUT_1D_SIZE 3\nDOMAIN_MAX 255 255 255\n0 0 0\n1 0 0\n1 0 1", {0, 10922, 16383, 0}},
+      {"LUT_1D_SIZE 3\nDOMAIN_MIN -1 -1 -1\n1 0 1\n0 0 1\n1 0 0", {0, 5461, 16383, 10922}},
+      {"\"0\",\"255\"\n\"3\",\"0\"", {16383, 10922, 0, 10922}}};
+  for (const auto& [text, codes] : cases) {
+    const GammaCurvePtr curve = import(text).curve;
+    ASSERT_TRUE(curve) << text;
+    const GammaTable red = *curve->Data();
+    EXPECT_EQ((std::array{red[0], red[341], red[1023], curve->DataB()->at(341)}), codes) << text;
+  }
+  for (const char* list : {"0 1 2\n2 4 5", "0 3 3\n5 9 9", "0,9,1,\n5,9,2", "0,1,2,3,4\n5"})
+    EXPECT_EQ(import(list).tables[0].numbers, 6U) << list;
+  for (const char* columns :
+       {"0,1,2\n3,4,5", "0 1 2\n3 4 1", "0 9\n5 3", "0,3\n5,9", "0 7\n1 9", "0 1\n1 1"})
+    EXPECT_EQ(import(columns).tables[0].numbers, 2U) << columns;
+}
+
 // Forms are told apart by little.
 TEST(CurveImport, FormsAreKnownByTheirFirstLines) {
   const char* const texts[] = {"{1, 5}",
@@ -279,6 +340,7 @@ TEST(CurveImport, WhatIsDoubtfulIsNoted) {
   EXPECT_THAT(notes("0 700 1000 30"), HasSubstr("takes 10 bits, the last, 30, only 8"));
   EXPECT_THAT(notes("LUT_1D_SIZE 2\n-1 0 0\n1 1 2"), HasSubstr("2 values outside 0 to 1"));
   EXPECT_THAT(notes("[[0.1, 0.2], [0.5, 0.7]]"), HasSubstr("level beyond"));
+  EXPECT_THAT(notes("GammaControlPointsV2: 0,0 255,200 zz"), HasSubstr("not understood; skipped"));
   EXPECT_EQ(notes("0.5 1"), "2 values are resampled to 1024 entries by straight lines\n");
 }
 

@@ -149,8 +149,9 @@ class Conversion {
     }
   }
 
-  static bool hasEqualSteps(const Channel& channel) {
-    return channel.inputs.empty() || countsFromZero(channel.inputs);
+  // Inputs 0, 1, 2 are places in the list, unless the file tells where full scale is.
+  bool hasEqualSteps(const Channel& channel) const {
+    return channel.inputs.empty() || (!raw_.lastInput && countsFromZero(channel.inputs));
   }
 
   GammaTable tableOf(const Channel& channel) {
