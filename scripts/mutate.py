@@ -9,8 +9,8 @@ The choice depends on the seed and the sources only. It goes round the functions
 round, takes constants and conditions oftener than arithmetic and statements. Works on a copy of the tree under
 build/mutate/, built with -O1 and the bounds checks of the standard library, which stand for the sanitizers that the
 suite runs under. A fault is caught when a test fails, crashes or exceeds the time limit (ten seconds and five times
-what all tests take, of processor time). A fault that doesn't compile, or that compiles to the same objects, is
-replaced by another.
+what all tests take, of processor time). A fault that doesn't compile, that compiles to the same objects, or that
+scripts/harmless_faults.txt tells to be none, is replaced by another.
 """
 import argparse
 import collections
@@ -85,6 +85,22 @@ CONDITION = re.compile(r"\b(?:if|while) \(")
 FUNCTION = re.compile(r"^(?:  )?(?!namespace|struct|class|enum|union|if|for|while|else|switch|do|try|return|\}|\s).*\{$")
 
 Fault = collections.namedtuple("Fault", "path line kind old new")
+
+
+def harmless_faults():
+    """{(path, old line, new line), ...} of the survivors that were looked at and change nothing anyone could notice.
+
+    The file has blocks of four lines or more: path, "-" and the old line, "+" and the new one, the reason.
+    """
+    faults = set()
+    for block in (ROOT / "scripts" / "harmless_faults.txt").read_text().strip().split("\n\n"):
+        lines = [line for line in block.split("\n") if not line.startswith("#")]
+        if not lines:
+            continue
+        if len(lines) < 4 or lines[1][:2] != "- " or lines[2][:2] != "+ " or not lines[3].strip():
+            sys.exit(f"scripts/harmless_faults.txt: this is not path, - old, + new and a reason:\n{block}")
+        faults.add((lines[0], lines[1][2:], lines[2][2:]))
+    return faults
 
 
 def blank(text):
@@ -193,11 +209,11 @@ def copy_tree(copy):
 
 
 class Trial:
-    """The scratch copy and build of one folder."""
+    """The scratch copy and build, in turn for each folder."""
 
     def __init__(self, folder, work, jobs):
         self.folder, self.jobs, self.tests = folder, jobs, TESTS.get(folder, folder)
-        self.copy, self.build = work / folder / "tree", work / folder / "build"
+        self.copy, self.build = work / "tree", work / "build"
         copy_tree(self.copy)
         options = {"CMAKE_BUILD_TYPE": "Mutate", "CMAKE_CXX_FLAGS_MUTATE": "-O1 -DNDEBUG -D_GLIBCXX_ASSERTIONS",
                    "CMAKE_CXX_COMPILER_LAUNCHER": shutil.which("ccache") or "", "GREYCARD_BUILD_CLI": "OFF",
@@ -276,8 +292,10 @@ def report(folder, arguments):
     trial = Trial(folder, arguments.work, arguments.jobs)
     counts = collections.Counter()
     survivors = []
+    harmless = harmless_faults()
     for fault in choose(folder, arguments.seed):
-        result = trial.run(fault)
+        known = (str(fault.path), fault.old.strip(), fault.new.strip()) in harmless
+        result = "harmless" if known else trial.run(fault)
         counts[result] += 1
         if not result:
             survivors.append(fault)
@@ -287,7 +305,8 @@ def report(folder, arguments):
     tried = caught + len(survivors)
     print(f"{folder:10} {caught:3} of {tried:3} caught ({100.0 * caught / max(tried, 1):5.1f} %), {counts['hung']} of "
           f"them by the time limit; replaced: {counts['not compiled']} not compiled, {counts['same objects']} without "
-          f"effect on the objects; {(time.monotonic() - start) / 60.0:.1f} min", flush=True)
+          f"effect on the objects, {counts['harmless']} known as harmless; {(time.monotonic() - start) / 60.0:.1f} min",
+          flush=True)
     for fault in sorted(survivors):
         print(f"  {fault.path}:{fault.line}: -{fault.old.strip()}  +{fault.new.strip()}", flush=True)
     return caught, tried
