@@ -39,6 +39,7 @@ TEST_F(Files, AreThoseOfFoldersAndListsEachOnceUnderANameOfItsOwn) {
   EXPECT_THROW(photographsOf({folder / "absent.txt"}), FileError);
   EXPECT_THROW(photographsOf({folder / "absent.png"}), FileError);
   EXPECT_THROW(photographsOf({}), JobError);
+  EXPECT_THROW(photographsOf({write("bytes.txt", std::string("a\0b", 3))}), JobError);
   const FileList longName = photographsOf({write("long.txt", std::string(250, 'n') + ".png")});
   EXPECT_LE(resultFile("", longName.files.at(0)).filename().string().size(), 255U);
 }

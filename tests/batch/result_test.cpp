@@ -109,6 +109,10 @@ TEST_F(Results, OfAForcedChartTellItsDoubts) {
   EXPECT_EQ(result.reason, "");
   EXPECT_THAT(result.figures.warnings,
               testing::Contains(HasSubstr("may not be where the regions")));
+  settings.options.replace(settings.options.find("true"), 4, "false");
+  const Result refused = *doPhotograph(file, settings);
+  EXPECT_TRUE(refused.failed());
+  EXPECT_EQ(refused.thumbnail, result.thumbnail);  // with the patches in it
 }
 
 TEST_F(Results, AreDoneWhileNothingThatBearsOnThemChanges) {

@@ -46,9 +46,15 @@ TEST(Summary, TellsMeanSpreadAndWhatLiesOutside) {
   EXPECT_EQ(light.outside[0].row, 0);
   EXPECT_NEAR(light.outside[0].distance, 0.96 / (1.4826 * 0.02), 1e-9);
 
-  Summary again;
+  Summary again, edge = summary;
   fromJson(toJson(summary), again);
   EXPECT_EQ(toJson(again), toJson(summary));
+  edge.lights[0].outside[0].row = edge.lights[0].outside[0].column = 2;
+  EXPECT_NO_THROW(fromJson(toJson(edge), again));
+  edge.lights[0].outside[0].row = 3;
+  EXPECT_THROW(fromJson(toJson(edge), again), std::invalid_argument);
+  edge.lights[0].outside[0].row = 0, edge.lights[0].outside[0].column = 3;
+  EXPECT_THROW(fromJson(toJson(edge), again), std::invalid_argument);
 }
 
 TEST(Summary, OutsideBeginsWhereTheRuleSays) {

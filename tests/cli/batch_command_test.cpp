@@ -119,9 +119,7 @@ TEST_F(Batch, SettingsTellOptionsByName) {
   for (const Case& c :
        {Case{{"d65_1.png", "-o", "out"}, 1, "resume the run"},
         Case{{"d65_1.png", "-o", "new", "--job", "chart", "--light", "A"}, 2, "--light"},
-        Case{{"d65_1.png", "-o", "new", "--light", "B"}, 2, "D65"},
         Case{{"d65_1.png", "-o", "new", "--jobs", "0"}, 2, "1 to 256"},
-        Case{{"d65_1.png", "-o", "new", "--settings", "d65_1.png"}, 1, "d65_1.png"},
         Case{{"absent.txt", "-o", "new"}, 1, "absent.txt"},
         Case{{"d65_1.png", "-o", "s.json"}, 1, "s.json"}, Case{{"d65_1.png"}, 2, "--output"}}) {
     std::vector<std::string> words{"batch"};

@@ -42,17 +42,11 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
                              HasSubstr("At 4000 K: 44.4 % A, the rest D65")));
   EXPECT_THAT(read("both.json"), testing::AllOf(HasSubstr("\"ct\": 2700"), HasSubstr("6503")));
   EXPECT_THAT(read("p.json"), HasSubstr("\"kelvin_from\": \"given\""));
-  EXPECT_EQ(run({"profile", "A", "D65=d65.png"}).status, 2);
   const Outcome three =
       run({"profile", "A=a.png", "D65=d65.png", "D50=missing", "--export", "dcp=x"});
   EXPECT_EQ(three.status, 2);
   EXPECT_THAT(three.err, HasSubstr("dcp holds no more than 2 lights, not 3"));
   EXPECT_EQ(run({"profile", "D65=d65.png", "--corners", "9,9", "99,9", "99,99", "9,99"}).status, 1);
-  run({"simulate", "-o", "tl84.dng", "--bayer", "RGGB", "--light", "TL84", "--size", "960x720"});
-  const Outcome raw = run({"profile", "D65=d65.png", "TL84=tl84.dng", "--export", "rpi=raw.json"});
-  EXPECT_EQ(raw.status, 0) << raw.err;
-  EXPECT_THAT(read("raw.json"), HasSubstr("\"ct\": 3999"));
-  EXPECT_EQ(run({"profile", "D65=a.json"}).status, 1);
 
   // A fit that was made before gives what it gave then.
   run({"ccm", "a.png", "--light", "A", "--corrected", "then.png", "--export", "csv=then.csv"});

@@ -36,11 +36,6 @@ TEST_F(CommandTest, WbMapMapsPointsOfOptionsAndFiles) {
   EXPECT_EQ(result["points"][0]["mapped"], (json{1.0, 3.0}));
   EXPECT_EQ(read("out.csv"),
             "rg,bg,mapped_rg,mapped_bg\n0.25,0.5,1,3\n1,2,2.5,9\n-0.5,0.25,-0.5,2\n");
-
-  const auto line = run({"wb-map", "--from", "0.1,0.1", "--from", "0.2,0.2", "--from", "0.3,0.3",
-                         "--to", "0,0", "--to", "1,0", "--to", "0,1"});
-  EXPECT_EQ(line.status, 1);
-  EXPECT_THAT(line.err, HasSubstr("the three source points do not span a plane"));
 }
 
 TEST_F(CommandTest, FittingRefusalsNameTheWord) {
@@ -60,7 +55,6 @@ TEST_F(CommandTest, FittingRefusalsNameTheWord) {
   } failures[] = {
       {{"wb-map", "--from", "1,2"}, 2, "--from must be given three times and is given 1"},
       {with(kReferences, {"--point", "1"}), 2, "two numbers RG,BG, and here are 1"},
-      {with(kReferences, {"--point", "nan,1"}), 2, "\"nan\" is not a finite number"},
       {with(kReferences, {"--points", "bad.txt"}), 1, "line 2 of \"bad.txt\": \"0.5;0.6\" is not"},
       {with(skin, {"missing.png", "--ccm", "1,0,0,0,1,0,0,0,1"}), 1, "missing.png"},
       {with(skin, {"empty.txt"}), 1, "empty.txt"},
@@ -69,8 +63,6 @@ TEST_F(CommandTest, FittingRefusalsNameTheWord) {
       {with(skin, {"null.json"}), 1, "patches[4].rgb must be a list of 3 finite numbers"},
       {with(skin, {"chart.json"}), 2, "a colour-correction matrix is needed"},
       {with(skin, {"chart.json", "--ccm", "1,0,0"}), 2, "a matrix is 9 numbers, and here are 3"},
-      {with(skin, {"chart.json", "--ccm", "bad.txt"}), 1, "\"0.5;0.6\" is not a finite number"},
-      {with(skin, {"chart.json", "--ccm", "chart.json"}), 1, "matrix is missing"},
   };
   for (const auto& [words, status, says] : failures) {
     SCOPED_TRACE(says);
@@ -91,27 +83,11 @@ TEST_F(CommandTest, SkinFromPhotographsAndMeasurements) {
   const json result = json::parse(outcome.out);
   EXPECT_EQ(result["synthetic_colours"], 3213);
   EXPECT_EQ(result["matrix"], json::parse(read("TL84.json"))["matrix"]);
-  EXPECT_EQ(result["warnings"], json::array());
-  EXPECT_GT(result["upper"]["accepted"], 3000);  // skin is neither blue nor green
-  EXPECT_GE(result["upper"]["h"][0], -2.0);
-  EXPECT_LE(result["upper"]["h"][1], 0.0);
 
   const std::string csv = read("skin.csv"), svg = read("skin.svg");
   EXPECT_EQ(std::ranges::count(csv, '\n'), 3214);
   EXPECT_THAT(csv, HasSubstr("\nT84,bright,357,"));
   EXPECT_THAT(svg, HasSubstr("Hue ratio"));
-  EXPECT_LT(svg.size(), 400000U);
-
-  // Everything at full scale: an 8-bit table gives 1 there.
-  std::string straight;
-  for (int i = 0; i < 256; ++i) straight += std::to_string(i) + " ";
-  writeWholeFile(folder / "straight.txt", straight);
-  const auto white = run({"skin", "TL84.json", "TL84.json", "TL84.json", "--ccm",
-                          "1e9,0,0,0,1e9,0,0,0,1e9", "--gamma", "straight.txt", "--json", "-"});
-  EXPECT_NEAR(json::parse(white.out)["lower"]["y"][0].get<double>(), 1.0, 1e-6);
-
-  const auto swapped = run({"skin", "D65.png", "TL84.json", "A.png", "--ccm", "TL84.json"});
-  EXPECT_THAT(swapped.out, HasSubstr("fitted for light TL84 but given as A"));
 }
 
 }  // namespace

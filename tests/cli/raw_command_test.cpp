@@ -18,7 +18,6 @@ TEST_F(CommandTest, RawFilesAreWrittenTakenEverywhereAndApplied) {
   ASSERT_EQ(rendered.status, 0) << rendered.err;
   const auto truth = nlohmann::json::parse(read("truth.json"));
   EXPECT_EQ(truth["dng"]["bayer"], "GBRG");
-  EXPECT_EQ(truth["white_level"], 4095);
   const auto valid = runProgram("exiftool", folder, {"-s3", "-validate", "-DNGVersion", "a.dng"});
   EXPECT_EQ(valid.out, "OK\n1.4.0.0\n");
 
@@ -46,8 +45,6 @@ TEST_F(CommandTest, RawFilesAreWrittenTakenEverywhereAndApplied) {
   EXPECT_EQ(several.status, 1);
   EXPECT_THAT(several.err, HasSubstr("1 of 3 photographs failed: can't read \"broken.dng\""));
   EXPECT_EQ(read("out/a.png"), read("out/b.png"));
-  EXPECT_THAT(run({"apply", "a.dng", "a.dng", "--fit", "fit.json", "-o", "out"}).err,
-              HasSubstr("would both be"));
   EXPECT_THAT(run({"apply", "a.dng", "--fit", "truth.json", "-o", "x.png"}).err,
               HasSubstr("\"truth.json\" is no fit"));
 }
@@ -61,11 +58,8 @@ TEST_F(CommandTest, WhatIsWrongWithARawFileIsSaidInOneLine) {
   } failures[] = {
       {{"simulate", "-o", "a.png", "--bayer", "RGGB"}, 2, ".dng"},
       {{"simulate", "-o", "a.dng", "--encoding", "srgb"}, 2, "linear"},
-      {{"simulate", "-o", "a.dng", "--bits", "8"}, 2, "10, 12, 14 or 16"},
-      {{"simulate", "-o", "a.dng", "--bayer", "RGGB", "--size", "65x48"}, 2, "even"},
       {{"info", "a.dng", "--black", "20000"}, 2, "--white must be above --black"},
       {{"info", "a.dng", "--dump", "64x48:8"}, 2, "--dump: \"64x48:8\" is no layout"},
-      {{"info", "a.dng", "--dump", "640x480:8:RGGB"}, 1, "and the layout 307200"},
   };
   for (const auto& [words, status, says] : failures) {
     SCOPED_TRACE(testing::PrintToString(words));

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "greycard/delta_e.h"
+#include "greycard/errors.h"
 #include "greycard/image_utils_ex.h"
 #include "greycard/luma.h"
 #include "matrix_functions.h"
@@ -49,6 +50,26 @@ TEST(SRgbTransfer, IsOddAndHasItsSlope) {
       EXPECT_NEAR(sRGBDecodeSlope(sign * v), slope, 1e-4);
     }
   }
+}
+
+// A straight curve, and a matrix that leads beyond white.
+TEST(ColourSpace, CameraColoursGoThroughCurveMatrixAndClip) {
+  const CDoubleMatrix grid(0.0, 0.25, 1.0);
+  CDoubleMatrix rgb(1, 3), curves(5, 3), swapped(3, 3), lab;
+  rgb[0][0] = 0.2, rgb[0][1] = 0.3, rgb[0][2] = 0.6;
+  for (std::int32_t i = 0; i < 5; ++i)
+    for (std::int32_t c = 0; c < 3; ++c) curves[i][c] = 0.25 * i * (c + 1);
+  swapped[0][2] = swapped[1][0] = swapped[2][1] = 1.0;
+  RGB_to_CIELAB(lab, rgb, grid, curves, swapped);
+  ASSERT_EQ(lab.rows(), 1);
+  const Vector3 wanted = sRGB_to_CIELab({1.0, 0.2, 0.6});
+  for (std::int32_t c = 0; c < 3; ++c)
+    EXPECT_NEAR(lab[0][c], wanted[static_cast<std::size_t>(c)], 1e-9);
+  EXPECT_THROW(RGB_to_CIELAB(lab, rgb, grid, curves, CDoubleMatrix(2, 3)), ShapeError);
+  EXPECT_THROW(XYZ2Lab(CDoubleMatrix(1, 2), rgb), ShapeError);
+  EXPECT_THROW(XYZ2Lab(rgb, CDoubleMatrix(2, 3)), ShapeError);
+  const CDoubleMatrix grey = XYZ2Lab(rgb, rgb);
+  EXPECT_EQ((Vector3{grey[0][0], grey[0][1], grey[0][2]}), (Vector3{100.0, 0.0, 0.0}));
 }
 
 TEST(Luma, OfSamplesIsRoundedInWholeNumbers) {

@@ -12,7 +12,7 @@ TEST(MeasuredChart, OnlyTheMeasurementCounts) {
   for (std::size_t i = 0; i < kPatchCount; ++i)
     chart.m_RGB[i] = {0.01 * static_cast<double>(i), 0.3, 0.5};
   other.m_RGB = chart.m_RGB;
-  chart.LoadMCCCIELAB(illum_D65);
+  EXPECT_TRUE(chart.LoadMCCCIELAB(illum_D65));
   for (auto& row : other.m_RefLab) row.fill(std::nan(""));
   other.m_Noise[4] = {-1, HUGE_VAL, 0};
   EXPECT_EQ(evaluateMeasuredChart(chart), evaluateMeasuredChart(other));

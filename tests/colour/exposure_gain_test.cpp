@@ -16,6 +16,8 @@ TEST(ExposureGain, InverseIsLinearBetweenEntries) {
   EXPECT_EQ(invertCurve(straight, 0.1), 0.0);
   EXPECT_EQ(invertCurve(straight, 1.1), 1.0);
   EXPECT_THROW(exposureGain(5.0, straight, 0.2), std::invalid_argument);  // darker than the curve
+  EXPECT_THROW(exposureGain(50.0, straight, 0.0), std::invalid_argument);
+  EXPECT_THROW(exposureGain(50.0, straight, 1e-320), std::invalid_argument);
 }
 
 }  // namespace

@@ -94,6 +94,18 @@ TEST(ChartFiles, MissingFilesAreRefused) {
   EXPECT_EQ(chart.m_RefLab, PatchTable{});
 }
 
+TEST(ChartFiles, WrittenOnesReadBackToSixDigits) {
+  const ChartFile file("");
+  MacbethChartData chart, again;
+  EXPECT_TRUE(chart.LoadMCCCIELAB(illum_A));
+  EXPECT_TRUE(chart.WriteMCC_CIELAB(file.path));
+  again.readReferenceLab(file.path);
+  for (std::size_t i = 0; i < kPatchCount; ++i)
+    for (std::size_t c = 0; c < 3; ++c)
+      EXPECT_NEAR(again.m_RefLab[i][c], chart.m_RefLab[i][c],
+                  1e-5 * std::abs(chart.m_RefLab[i][c]));
+}
+
 TEST(ChartFiles, EightBitRgbBecomesLab) {
   const ChartFile file(lines(23, "255 255 255\n") + "255 256 255\n");
   MacbethChartData chart;

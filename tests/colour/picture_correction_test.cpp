@@ -6,6 +6,9 @@
 #include <cmath>
 #include <random>
 
+#include "light_table.h"
+#include "srgb_transfer.h"
+
 namespace greycard {
 namespace {
 
@@ -52,6 +55,22 @@ TEST(PictureCorrection, IsTheFormulaToTheNearestCode) {
   }
 }
 
+// Between the entries of its table, which stand at even steps of the sRGB code; beyond them the
+// last step goes on.
+TEST(PictureCorrection, LightGoesThroughItsOwnCurve) {
+  const std::vector<double> curve{0.0, 0.2, 1.0}, line{0.0, 1.0};
+  const std::pair<double, double> cases[] = {{0.25, 0.1}, {0.5, 0.2},  {0.75, 0.6},
+                                             {1.0, 1.0},  {1.25, 1.4}, {-0.25, -0.1}};
+  for (const auto& [code, light] : cases)
+    EXPECT_NEAR(tableLight(curve, sRGBDecode(code)), light, 1e-6) << code;
+  Picture picture(3, 1, 1, 8);
+  picture.samples = {51, 153, 255};
+  EXPECT_EQ(correctPicture(picture, SampleLevels::eightBit(SampleEncoding::sRGB), kUnit, kIdentity,
+                           {line, line, line}, curve)
+                .samples,
+            (std::vector<std::uint16_t>{20, 20, 20, 92, 92, 92, 255, 255, 255}));
+}
+
 TEST(PictureCorrection, RefusesWhatMakesNoPicture) {
   const Picture good(2, 2, 3, 8);
   Picture short_of_samples = good;
@@ -65,6 +84,13 @@ TEST(PictureCorrection, RefusesWhatMakesNoPicture) {
   EXPECT_THROW(correctPicture(good, levels, kUnit, {{{HUGE_VAL}}}), std::invalid_argument);
   EXPECT_THROW(correctPicture(good, levels, kUnit, kIdentity, {one}), std::invalid_argument);
   EXPECT_THROW(correctPicture(good, levels, kUnit, kIdentity, {bad}), std::invalid_argument);
+  EXPECT_THROW(correctPicture(good, levels, kUnit, kIdentity, {}, one), std::invalid_argument);
+  for (const SampleLevels& extreme :
+       {SampleLevels{0, 255, 1.1e20}, SampleLevels{1e300, std::nextafter(1e300, HUGE_VAL), 1e305}})
+    EXPECT_THROW(correctPicture(good, extreme, kUnit, kIdentity), std::invalid_argument);
+  EXPECT_NO_THROW(correctPicture(good, {0, 255, 1e20}, kUnit, kIdentity));
+  EXPECT_NO_THROW(correctPicture(good, levels, {1e6, 1, 1}, kIdentity));
+  EXPECT_THROW(correctPicture(good, levels, {1.01e6, 1, 1}, kIdentity), std::invalid_argument);
 }
 
 }  // namespace

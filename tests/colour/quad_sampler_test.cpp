@@ -103,6 +103,7 @@ TEST(QuadSampler, RefusesNamingThePatch) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const PatchQuad wrong[] = {{{{nan, 0}, {9, 0}, {9, 9}, {0, 9}}},
                              {{{0, 0}, {9, 9}, {9, 0}, {0, 9}}},
+                             {{{0, 0}, {90, 0}, {40, 40}, {0, 90}}},
                              {{{900, 0}, {909, 0}, {909, 9}, {900, 9}}}};
   for (const PatchQuad& quad : wrong) {
     PatchQuads quads = leaningQuads();

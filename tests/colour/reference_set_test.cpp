@@ -42,10 +42,18 @@ TEST(Lights, NamesRoundTripAndUnknownOnesAreEmpty) {
     EXPECT_EQ(illumFromName(text), std::nullopt);
   EXPECT_EQ(illumFromName("D6"), std::nullopt);
   EXPECT_STREQ(illumName(illum_unknown), "unknown");
+  EXPECT_EQ(illumTitle(illum_D50), "D50");
+  EXPECT_EQ(illumTitle(illum_Lowlight), "Lowlight (reference colours of TL84)");
+  EXPECT_EQ(illumTitle(illum_LED2), "LED2 (reference colours of D65)");
 }
 
 TEST(WhiteAdaptation, RefusesAWhiteWithoutResponse) {
   EXPECT_THROW(DeltaECWhiteAdapt({0, 0, 0}, {95, 100, 108}, 1.0), NumericError);
+  constexpr Matrix3 kHalf{{{0, 0.5, 0}, {0, 0, 0.5}, {0.5, 0, 0}}},
+      kTwice{{{0, 0, 2}, {2, 0, 0}, {0, 2, 0}}};
+  EXPECT_EQ(DeltaECWhiteAdapt::Matrix3x3Invert(kHalf), kTwice);
+  EXPECT_EQ(DeltaECWhiteAdapt::Matrix3x3Multiply(kHalf, kHalf),
+            (Matrix3{{{0, 0, 0.25}, {0.25, 0, 0}, {0, 0.25, 0}}}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "greycard/errors.h"
 #include "greycard/types.h"
 #include "gtest/gtest.h"
 #include "matrix_functions.h"
@@ -40,6 +41,8 @@ TEST(WhiteBalance, GainsOfGreyPatches) {
   EXPECT_EQ(M_white_balance(mones(24, 3), {}), meye(3));
   EXPECT_THROW(M_white_balance(mones(24, 3), {19, 24}), std::out_of_range);
   EXPECT_THROW(M_white_balance(mones(24, 3), {-1}), std::out_of_range);
+  EXPECT_THROW(M_white_balance(mones(23, 3), {19}), ShapeError);
+  EXPECT_THROW(M_white_balance(mones(24, 2), {19}), ShapeError);
 }
 
 }  // namespace

@@ -197,6 +197,26 @@ TEST_F(Detector, TheLatticeSearchComesFirstAndSaysWhyNot) {
   }
 }
 
+// Squares of 40, 60 from one to the next, in rows of 5.
+TEST_F(Detector, SaysHowMuchOfAGridItSees) {
+  const std::pair<int, const char*> cases[] = {
+      {0, "found: nothing in the picture looks like a patch"},
+      {1, "found: only 1 place in the picture looks like a patch"},
+      {6, "found: only 6 places in the picture look like a patch"},
+      {15, "a regular grid of 15 patches was found round (154, 90), but no 4 x 6 of them"}};
+  for (const auto& [count, says] : cases) {
+    Picture picture = backdrop(310, 180);
+    for (int i = 0; i < count; ++i) {
+      const int left = 15 + i % 5 * 60, top = 10 + i / 5 * 60;
+      paint(picture, left, top, left + 40, top + 40, 40 + 8 * (i * 7 % 15));
+    }
+    const ChartDetection detection =
+        MCCDetector().detect(picture, {.methods = SearchMethods::Lattice});
+    EXPECT_FALSE(detection.found());
+    EXPECT_THAT(detection.reason, HasSubstr(says));
+  }
+}
+
 TEST_F(Detector, AllChartsAreFoundWithinTheRegionOfInterest) {
   ChartPose left{.width = 1400, .x = 350}, right{.width = 1400, .turnDegrees = 180, .x = 1050};
   auto picture = renderChart(left);

@@ -41,6 +41,7 @@ TEST(CHeader, Compiles) {
                 "camera_7_Cam____x_matrix[3] + camera_7_Cam____x_matrix[4] + "
                 "camera_7_Cam____x_matrix[5]"}),
       ElementsAre(std::round(-0.6 * 65536), std::round(1.1 * 1.9 * 65536), 256, 65536));
+  EXPECT_THAT(exportAs("header", camera, {false, "7"}).bytes, HasSubstr(" camera_7_matrix["));
   const CurveTables curve = curveTables(*curveByNameOrFile("VOutdoor").curve);
   EXPECT_THAT(compiled(exportAs("header", curve).bytes, {"greycard_curve[300]"}),
               ElementsAre(curve.channels[0].table[300]));
@@ -113,6 +114,13 @@ TEST(Formats, HoldTheirKindsAndSoManyLights) {
   FittedCamera broken = knownCamera({illum_A});
   broken.lights[0].fit.matrix[0][0] = 2e6;
   EXPECT_THROW(updatedTuning("{}", broken), std::invalid_argument);
+  broken = knownCamera({illum_A});  // with an exposure of 1.1
+  broken.lights[0].fit.whiteBalance[0] = 29700.0;
+  EXPECT_NO_THROW(exportAs("header", broken));
+  broken.lights[0].fit.whiteBalance[0] = 29800.0;
+  EXPECT_THROW(exportAs("header", broken), std::invalid_argument);
+  broken.lights[0].fit.matrix = {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 0.0}}};
+  EXPECT_THROW(exportAs("dcp", broken), std::invalid_argument);  // no inverse
   EXPECT_THROW(updatedTuning(" \n", knownCamera({illum_A})), JobError);
   EXPECT_THROW(updatedTuning("{}", identityLut2d()), std::invalid_argument);
 }

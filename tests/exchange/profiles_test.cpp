@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <lcms2.h>
 
+#include <array>
 #include <cmath>
+#include <ctime>
 #include <opencv2/core.hpp>
 
 #include "exchange_fixture.h"
@@ -54,6 +56,10 @@ TEST(IccProfile, TransformsAsTheFitDoes) {
           cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
       ASSERT_NE(profile, nullptr);
       EXPECT_EQ(static_cast<int>(cmsGetProfileVersion(profile)), format == "icc" ? 4 : 2);
+      std::tm created{};
+      EXPECT_TRUE(cmsGetHeaderCreationDateTime(profile, &created));
+      EXPECT_EQ((std::array{created.tm_year, created.tm_mon, created.tm_mday}),
+                (std::array{100, 0, 1}));  // the same for the same fit
       char words[256];
       cmsGetProfileInfoASCII(profile, cmsInfoDescription, "en", "US", words, sizeof words);
       EXPECT_NE(std::string(words).find("R 1.9000 G 1.0000 B 1.6000 and exposure 1.1000"),
@@ -105,6 +111,14 @@ TEST(IccProfile, TransformsAsTheFitDoes) {
       cmsCloseProfile(lab);
       cmsCloseProfile(profile);
     }
+}
+
+TEST(IccProfile, TellsOfColorantsThatSomeReadersClip) {
+  FittedCamera camera = knownCamera({illum_D65});
+  camera.lights[0].fit.matrix = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};  // those of sRGB, all above 0
+  EXPECT_TRUE(exportAs("icc", camera).notes.empty());
+  camera.lights[0].fit.matrix[0] = {2.0, 0.0, -1.0};
+  EXPECT_EQ(exportAs("icc", camera).notes.size(), 1U);
 }
 
 class CameraProfile : public testing::Test {

@@ -90,7 +90,7 @@ TEST(Tuning, AnUpdateLeavesAllElse) {
   EXPECT_EQ(updatedTuning(updated.bytes, camera).bytes, updated.bytes);
 
   const std::string
-      head = "%YAML 1.1\n---\nversion: 1 # one\nalgorithms:\n- Awb:\n- Ccm:\n    ccms:\n",
+      head = "%YAML 1.1\n---\nversion: 1  # one\nalgorithms:\n- Awb:\n- Ccm:\n    ccms:\n",
       middle = "    # next\n    other: 3\n- GammaOutCorrection:\n    gamma: ",
       tail = " # bright\n- Agc:\n    gamma: 7\n...\n";
   const std::string list =
@@ -135,7 +135,13 @@ TEST(Tuning, AnotherKindOfFileIsRefused) {
     }
   }
   EXPECT_THROW(exportAs("rpi", knownCamera({illum_LED})), JobError);
-  EXPECT_THROW(exportAs("rpi", knownCamera({illum_TL84, illum_Lowlight})), JobError);
+  FittedCamera near;
+  for (const double kelvin : {4000.6, 4001.4, 4001.6})
+    near.lights.push_back(fittedLight(knownFit(kelvin < 4001.5 ? illum_LED1 : illum_LED2), kelvin));
+  near.lights.erase(near.lights.begin());
+  EXPECT_NO_THROW(exportAs("rpi", near));  // 4001 and 4002
+  near.lights[1].kelvin = 4001.3;
+  EXPECT_THROW(exportAs("rpi", near), JobError);
 }
 
 }  // namespace

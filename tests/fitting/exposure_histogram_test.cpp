@@ -35,6 +35,8 @@ TEST(ExposureHistogramsOf, RefusesWhatIsNoPicture) {
   Picture picture(2, 1, 3, 8);
   EXPECT_THROW(exposureHistograms(Picture(), 255), std::invalid_argument);
   EXPECT_THROW(exposureHistograms(picture, 0), std::invalid_argument);
+  EXPECT_THROW(exposureHistograms(picture, 65536), std::invalid_argument);
+  EXPECT_EQ(exposureHistograms(picture, 1).luma + exposureHistograms(picture, 65535).luma, 0.0);
   picture.samples.pop_back();
   EXPECT_THROW(exposureHistograms(picture, 255), std::invalid_argument);
 }

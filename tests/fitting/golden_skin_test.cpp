@@ -1,18 +1,19 @@
-// Features of synthetic skin with the engine's own matrices and tone curve, as a text beside this
-// file.
+// Features of synthetic skin: with the engine's own matrices and tone curve, as a text beside this
+// file, and with others, worked here.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
 
 #include "golden.h"
-#include "greycard/skin_color_helper.h"
 #include "matrix_functions.h"
 #include "skin_calibrate.h"
 #include "skin_color_lib.h"
 #include "skin_defaults.h"
+#include "skin_weights.h"
 #include "spectral_tables.h"
 #include "text.h"
 
@@ -29,11 +30,6 @@ CDoubleMatrix chart(double red, double blue, double scale) {
     rgb[i][2] = scale * blue * bands[0][i];
   }
   return rgb;
-}
-
-std::vector<double> channel(const CDoubleMatrix& rgb, std::int32_t c) {
-  const CDoubleMatrix column = submat_col(rgb, c, c);
-  return {column.data(), column.data() + column.size()};
 }
 
 std::string line(double h, double s, double y) {
@@ -69,33 +65,80 @@ TEST(GoldenSkin, OfTheEnginesDefaultsAndOfThreeMatrices) {
   SkinColorLib lib;
   lib.GetMCCRGB_D65() = d65, lib.GetMCCRGB_A() = a, lib.GetMCCRGB_T84() = f;
   lib.GetCCM_T84() = m, lib.GetCCM_A() = ofA, lib.GetCCM_D65() = ofD65;
-  std::vector<std::int32_t> codes;
-  for (std::int32_t i = 0; i < 256; ++i) {
-    codes.push_back(static_cast<std::int32_t>(std::lround(65535 * std::sqrt(i / 255.0))));
-    lib.GetGammaTable()[i][0] = codes.back() / 65535.0;
-  }
+  for (std::int32_t i = 0; i < 256; ++i)
+    lib.GetGammaTable()[i][0] = std::round(65535 * std::sqrt(i / 255.0)) / 65535.0;
   const auto map = lib.Calibrate(false);
   EXPECT_EQ((std::array{map.width, map.height, map.enabled_dump}), (std::array{1, 1, 0}));
   text += "one matrix for each light\n";
   for (std::size_t i = 0; i < map.h.size(); i += 119) text += line(map.h[i], map.s[i], map.y[i]);
-  // Through the helper: the last matrix for all lights.
-  SkinColorHelper helper;
-  helper.SetMCCRGBValues_D65(channel(d65, 0), channel(d65, 1), channel(d65, 2));
-  helper.SetMCCRGBValues_A(channel(a, 0), channel(a, 1), channel(a, 2));
-  helper.SetMCCRGBValues_T84(channel(f, 0), channel(f, 1), channel(f, 2));
-  helper.SetCCMValues_T84({{{1.4, -0.3, -0.1}, {-0.2, 1.3, -0.1}, {0.0, -0.4, 1.4}}});
-  helper.SetGammaTable(codes, 16);
-  helper.Calibrate();
-  text += "one matrix for all lights\n";
-  for (std::size_t i = 0; i < helper.GetLowerData()->size(); i += 119) {
-    const auto& point = (*helper.GetLowerData())[i];
-    text += line(point.h, point.s, point.y);
-    const auto& [r, g, b] = (*helper.GetEncodedColours())[i];
-    EXPECT_NEAR(0.299F * r + 0.587F * g + 0.114F * b, point.y, 1e-6F);
-  }
   text += "default tone curve\n";
   for (const std::uint8_t code : kDefaultSkinGamma) text += std::to_string(code) + "\n";
   expectGolden("fitting/golden/skin.txt", text);
+}
+
+// In single loops, as the engine's formulas read; so bright that balance and skin clip.
+TEST(SkinCalibrate, AgreesWithPlainLoops) {
+  SkinCalibrate engine;
+  engine.init_parameters();
+  CDoubleMatrix ofF(3, 3), ofA(3, 3), ycbcr(3, 3), line(2, 1);
+  ofF.Init3x3(1.6, -0.5, -0.1, -0.2, 1.5, -0.3, 0.1, -0.6, 1.5);
+  ofA.Init3x3(0.9, 0.1, 0.0, 0.0, 1.1, -0.1, 0.1, 0.0, 0.9);
+  ycbcr.Init3x3(0.3, -0.2, 0.5, 0.6, -0.3, -0.4, 0.1, 0.5, -0.1);
+  line[1][0] = 1.0;
+  engine.updateColorCorrectionMatrix(ofF, &ofA, nullptr);
+  engine.updateRGB2YCbCrMatrix(ycbcr);
+  engine.updateGammaMatrix(line, 0);
+  const CDoubleMatrix* const matrices[] = {&ofF, &ofA, &ofF};
+  CDoubleMatrix charts[] = {chart(0.6, 0.7, 2.2), chart(1.1, 0.3, 1e-7), chart(0.8, 0.5, 0.9)};
+  const CDoubleMatrix found = engine.calibrate_skin_color(charts[0], charts[1], charts[2], 0);
+  const CDoubleMatrix weights = skinWeights();
+  const std::int32_t skins = weights.rows();
+  ASSERT_EQ(found.rows(), 9 * skins);
+  for (std::int32_t light = 0; light < 3; ++light) {
+    const CDoubleMatrix& rgb = charts[light];
+    const double gains[] = {rgb[19][1] / rgb[19][0], 1.0, rgb[19][1] / rgb[19][2]};
+    std::vector<Vector3> skin(static_cast<std::size_t>(skins));
+    double largest = 0.0, smallest = 1.0;
+    for (std::int32_t i = 0; i < skins; ++i)
+      for (std::int32_t c = 0; c < 3; ++c) {
+        double sum = 0.0;
+        for (std::int32_t k = 0; k < 24; ++k) sum += weights[i][k] * rgb[k][c] * gains[c];
+        sum = std::clamp(sum, 0.0, 1.0);
+        skin[static_cast<std::size_t>(i)][static_cast<std::size_t>(c)] = sum;
+        largest = std::max(largest, sum), smallest = std::min(smallest, sum);
+      }
+    const double factors[] = {std::min(0.01 / std::max(smallest, 1e-5), 1.0), 1.0,
+                              std::max(0.85 / std::max(largest, 1e-5), 1.0)};
+    for (std::int32_t i = 0; i < 3 * skins; ++i) {
+      double y[3] = {};
+      for (std::int32_t row = 0; row < 3; ++row) {
+        double corrected = 0.0;
+        for (std::int32_t c = 0; c < 3; ++c)
+          corrected += (*matrices[light])[row][c] * factors[i / skins] *
+                       skin[static_cast<std::size_t>(i % skins)][static_cast<std::size_t>(c)];
+        for (std::int32_t c = 0; c < 3; ++c)
+          y[c] += std::clamp(corrected, 0.0, 1.0) * ycbcr[row][c];
+      }
+      const double* const features = found[3 * skins * light + i];
+      ASSERT_NEAR(features[0], y[1] / y[2], 1e-9 * std::abs(features[0])) << light << " " << i;
+      ASSERT_NEAR(features[1], (std::abs(y[1]) + std::abs(y[2])) / 2.0 / y[0], 1e-9);
+      ASSERT_NEAR(features[2], y[0], 1e-12);
+    }
+  }
+}
+
+// A float holds no more than 3.4e38.
+TEST(SkinCalibrate, WhatIsBeyondAFloatIsInfiniteWithItsSign) {
+  SkinColorLib lib;
+  lib.GetMCCRGB_D65() = lib.GetMCCRGB_A() = lib.GetMCCRGB_T84() = chart(0.6, 0.7, 1.0);
+  lib.GetCCM_T84() = lib.GetCCM_A() = lib.GetCCM_D65() = meye(3);
+  for (const double sign : {1.0, -1.0}) {
+    for (std::int32_t i = 0; i < 256; ++i) lib.GetGammaTable()[i][0] = sign * i * 1e300;
+    const auto map = lib.Calibrate(true);
+    EXPECT_EQ(map.y[0], static_cast<float>(sign * HUGE_VAL));
+    EXPECT_EQ(map.rgb[0][0], static_cast<float>(sign * HUGE_VAL));
+    EXPECT_TRUE(std::isfinite(map.h[0]));
+  }
 }
 
 }  // namespace

@@ -134,6 +134,7 @@ TEST(GaSearch, IsCancelledByTheProgressCallbackAndPassesItsExceptionOn) {
   EXPECT_EQ(task.result, -5);
   EXPECT_EQ(task.report.evaluations, 512);
   EXPECT_EQ(fractions.size(), 8u);
+  EXPECT_EQ(fractions.front(), 0.064);
   EXPECT_EQ(x, task.report.best);
 
   options.progress = [](double) -> bool { throw std::runtime_error("enough"); };
@@ -216,6 +217,8 @@ TEST(GaArguments, AreRefusedByName) {
   options.maxSeconds = nan;
   EXPECT_THROW(knownTask(3).call(false, options), std::invalid_argument);
   EXPECT_THROW(knownTask(3).call(false, evaluations(-1)), std::invalid_argument);
+  options.maxSeconds = -1e-9;
+  EXPECT_THROW(knownTask(3).call(false, options), std::invalid_argument);
 }
 
 double lightness(const Vector3& rgb, double factor) {
@@ -238,6 +241,7 @@ TEST(FindMinSearch, AgreesWithBisection) {
     EXPECT_NEAR(helper.findMinSearch(test, target), low, 1e-4 + 1e-5 / lightness(test, 1));
   }
   EXPECT_NEAR(helper.findMinSearch({128, 64, 32}, {128, 64, 32}), 1.0, 1e-4);
+  EXPECT_EQ(helper.findMinSearch({60, 20, 30}, {90, 140, 40}, evaluations(1)), 1.0);  // the start
   EXPECT_EQ(helper.findMinSearch({0, 0, 0}, {40, 50, 60}), 1.0);
   EXPECT_THROW(helper.findMinSearch({1, HUGE_VAL, 1}, {1, 1, 1}), std::invalid_argument);
   EXPECT_THROW(helper.findMinSearch({1e300, 1, 1}, {1, 1, 1}), std::invalid_argument);
@@ -290,6 +294,20 @@ TEST(GoldenFitting, FindMinSearch) {
     }
   setDebugLog({});
   expectGolden("fitting/golden/find_min_search.txt", text);
+}
+
+// Where searches end by their tolerances, and after how many evaluations.
+TEST(GoldenFitting, Ga) {
+  std::string text;
+  for (const int images : {1, 4}) {
+    auto task = knownTask(images);
+    const GaParameters x = task.call(false, evaluations(1000000));
+    EXPECT_NEAR(task.error, evaluatePlainly(task, x).error, 1e-9);
+    text += std::string(stopReason(task.result)) + " after " +
+            std::to_string(task.report.evaluations) + ": error " + formatGeneral(task.error, 6) +
+            goldenLine("", x, 6);
+  }
+  expectGolden("fitting/golden/ga.txt", text);
 }
 
 TEST(GoldenFitting, StopReasons) {

@@ -58,6 +58,8 @@ TEST(SkinColorHelper, OnlyTheMatrixForT84Counts) {
   for (std::size_t i = 0; i < helper.GetUpperData()->size(); ++i) {
     const auto& lower = (*helper.GetLowerData())[i];
     ASSERT_TRUE(isLowerSkin(lower.s, lower.y)) << i;
+    const auto& [r, g, b] = (*helper.GetEncodedColours())[i];
+    ASSERT_NEAR(0.299F * r + 0.587F * g + 0.114F * b, lower.y, 1e-6F) << i;
     EXPECT_EQ((*helper.GetUpperData())[i] != SkinColorHelper::DataPt(),
               isUpperSkin(lower.h, lower.s));
   }

@@ -37,6 +37,9 @@ TEST(FewestControlPoints, AreFewAndNearEnough) {
       ASSERT_LE(std::abs((*through.Data())[i] - table[i]), codes) << name << " " << i;
   }
   expectGolden("gamma/golden/fewest_points.txt", text);
+  const GammaTable halfAPoint(1024, 32);  // points are whole 64ths of codes
+  EXPECT_FALSE(fewestControlPoints(halfAPoint, 31.9));
+  EXPECT_EQ(fewestControlPoints(halfAPoint, 32.0)->size(), 2U);
   const GammaTable steps(1024, 0);
   EXPECT_THROW(fewestControlPoints(steps, 0.0), std::invalid_argument);
   EXPECT_THROW(fewestControlPoints(std::span(steps).first(1023), 5.0), std::invalid_argument);

@@ -76,6 +76,8 @@ TEST(GammaCurveModel, CurvesFollowTheModelAndOutliveIt) {
     GammaCurveModel first(true);
     curve = first.AddGammaCurve("curve");
     GammaCurveModel model(std::move(first));
+    EXPECT_EQ((std::vector{model.XScale(), model.YScale(), model.MaxY()}),
+              (std::vector{4, 64, 16383}));
     model.SetMaxY(1000);  // too late for the spline's ceiling
     model.SetXScale(8);
     model.SetYScale(100);

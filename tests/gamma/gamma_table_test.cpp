@@ -31,6 +31,7 @@ TEST(MakeGammaTable, ConvertsLengthsAndDepths) {
   const Case cases[] = {
       // Name, bits wanted, source, its last entry afterwards, begin and end of the result.
       {"8 bits", 14, ramp(256, 1), 16320, {0, 16, 32, 48, 64}, {16320, 16335, 16350, 16365}},
+      {"8 to 9 bits", 9, ramp(256, 1), 510, {0, 0, 0, 0, 2}, {510, 510, 510, 510}},
       {"10 bits", 14, ramp(64, 16), 16128, {0, 16, 32}, {16323, 16338, 16353}},
       {"12 bits", 14, ramp(512, 8), 16352, {0, 16, 32}, {16336, 16352, 16367}},
       {"14 to 8 bits", 8, ramp(256, 64), 255, {0, 0, 0, 0, 1}, {255, 255, 255, 255}},

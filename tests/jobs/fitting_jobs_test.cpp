@@ -9,6 +9,7 @@
 #include "greycard/errors.h"
 #include "greycard/files.h"
 #include "greycard/jobs/calibrate_skin.h"
+#include "greycard/jobs/fit_chart_best.h"
 #include "greycard/jobs/fit_exposure.h"
 #include "greycard/jobs/map_white_balance.h"
 #include "greycard/jobs/match_luma.h"
@@ -127,6 +128,15 @@ TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
   const WhiteBalanceMapping mapping = mapWhiteBalance(options);
   EXPECT_EQ(mapping.transform(mapping.points[0]), (WhiteBalancePoint{2.5, 9.0}));
   EXPECT_EQ(mapping.largestResidual(), 0.0);
+  WhiteBalanceMapping untrue;
+  untrue.from = options.from;
+  untrue.to = {{{0.0, 0.25}, {1.5, 0.0}, {-2.0, 1.125}}};
+  EXPECT_EQ(untrue.largestResidual(), 2.0);    // it maps every point to itself
+  for (const double off : {0.9e-6, 1.1e-6}) {  // of the largest target
+    untrue.from[2] = {-4.0, 1.0};
+    untrue.to = {{{0.0, 4.0 * off}, {1.0, 0.0}, {-4.0, 1.0}}};
+    EXPECT_EQ(untrue.meetsTargets(), off < 1e-6);
+  }
 
   options.from[2] = {2.0, 0.0};
   EXPECT_THAT([&] { mapWhiteBalance(options); },
@@ -147,6 +157,13 @@ TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
                 testing::ThrowsMessage<JobError>(HasSubstr(bad.second)));
 }
 
+TEST_F(FittingJobs, PatchWeightsAre24NumbersOf0OrAbove) {
+  const std::string rest = " 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1";  // 23
+  EXPECT_EQ(readPatchWeights(file("weights.txt", ("0" + rest).c_str()))[0], 0.0);
+  for (const char* first : {"", "1 1", "-0.5", "one"})
+    EXPECT_THROW(readPatchWeights(file("bad.txt", (first + rest).c_str())), JobError);
+}
+
 TEST_F(FittingJobs, SkinNeedsAMatrixAndTellsOfWrongCharts) {
   SkinCharts charts;
   for (MeasuredChart& chart : charts)
@@ -160,6 +177,11 @@ TEST_F(FittingJobs, SkinNeedsAMatrixAndTellsOfWrongCharts) {
   const SkinCalibration skin = calibrateSkin(charts, {}, {"", "", "tl84.json"});
   EXPECT_EQ(skin.matrix, *charts[2].matrix);
   EXPECT_EQ(skin.matrixFrom, "tl84.json");
+  for (std::size_t c = 0; c < 3; ++c) {
+    charts[1].rgb[19].fill(0.1);
+    charts[1].rgb[19][c] = 0.0;
+    EXPECT_EQ(calibrateSkin(charts).warnings.size(), 2U) << c;
+  }
   EXPECT_THAT(skin.warnings,
               ElementsAre("the chart under D65: fitted for light A but given as D65",
                           HasSubstr("the chart under A: patch 20 is not above black")));

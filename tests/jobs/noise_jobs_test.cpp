@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
@@ -60,6 +61,21 @@ TEST_F(NoiseJobs, AFlatFieldIsTheSameHoweverItIsStored) {
   EXPECT_TRUE(flatField(Picture(1, 1, 1, 8), {}, "a.JPG").isJpeg);
 }
 
+TEST_F(NoiseJobs, LevelsBringSamplesToEightBits) {
+  const std::string bytes("\x63\0\0\2\xff\3", 6);  // 99, 512, 1023
+  const BareSamples raw{3, 1, 16};
+  const std::tuple<FlatFieldOptions, double, std::vector<std::uint16_t>> cases[] = {
+      {{{}, raw, {}, {}, 10}, 1023.0 / 255.0, {25, 128, 255}},
+      {{{}, raw, 100.0, 610.0, 8}, 2.0, {0, 206, 255}},
+      {{{}, raw, -255.0}, 2.0, {177, 255, 255}}};
+  for (const auto& [options, fileCodes, samples] : cases) {
+    EXPECT_EQ(read(bytes, "levels.raw", options).fileCodes, fileCodes);
+    EXPECT_EQ(read(bytes, "levels.raw", options).samples, samples);
+  }
+  for (const auto& [black, bits] : {std::pair(255.0, 8), {-HUGE_VAL, 8}, {0.0, 7}, {0.0, 17}})
+    EXPECT_THROW(read(bytes, "levels.raw", {{}, raw, black, {}, bits}), std::invalid_argument);
+}
+
 TEST_F(NoiseJobs, FilesThatAreNoFlatFieldsAreRefused) {
   EXPECT_THAT([&] { read("P3 1 1 255\n1 2 3\n", "colour.ppm"); },
               testing::ThrowsMessage<ColourFlatField>(HasSubstr("is a colour picture")));
@@ -96,6 +112,10 @@ TEST_F(NoiseJobs, AdviceSaysWhatTheFieldIsNotFitFor) {
       {[&](FlatField& f) { alternate(f, 3, 0, 500); }, {"0.2 % of the samples are at 0"}},
       {[](FlatField& f) { f.height = 599; }, {"narrower or lower than 600 pixels"}},
       {[](FlatField& f) { std::ranges::fill(f.samples, 128); }, {"below half a code value"}},
+      {[](FlatField& f) {  // one of four: the root of 3/16
+         for (std::size_t i = 0; i < f.samples.size(); ++i) f.samples[i] = i % 4 == 0 ? 127 : 128;
+       },
+       {"below half a code value"}},
   };
   for (const auto& [change, says] : cases) {
     std::vector<testing::Matcher<std::string>> expected;
@@ -122,6 +142,9 @@ TEST_F(NoiseJobs, AdviceSaysWhatTheFieldIsNotFitFor) {
   FlatField cut{"cut.png", 600, 600, std::vector<std::uint16_t>(360000, 128), false};
   alternate(cut, 128, 255, 99);
   EXPECT_THAT(estimateSigma(cut).doubts, testing::ElementsAre(HasSubstr("cut off at white")));
+  alternate(cut, 128, 0, 99);
+  EXPECT_THAT(estimateSigma(cut).doubts,
+              testing::ElementsAre("1.0 % of the samples are cut off at black"));
   alternate(cut, 128, 0, 101);
   EXPECT_NO_THROW(estimateSigma(cut).require());
   FlatField dark = {"dark.png", 600, 600, std::vector<std::uint16_t>(360000, 100), false};

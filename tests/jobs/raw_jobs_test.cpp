@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <stdexcept>
 #include <vector>
 
 #include "greycard/files.h"
@@ -69,6 +70,19 @@ TEST(RawJobs, DngTiffAndTruthAgree) {
       EXPECT_NEAR(stated.measuredRgb[i][c], dng.truth.rgb[i][c], 1e-4) << i << " " << c;
   EXPECT_EQ(stated.capture.value().mosaic, "GRBG");
   EXPECT_FALSE(ofTiff.stated.front().capture);
+}
+
+TEST(RawJobs, ADngOfOtherBitsLevelsOrSizesIsRefused) {
+  SimulationSettings settings;
+  settings.width = 64, settings.height = 65, settings.whiteLevel = 1023.0;
+  EXPECT_NO_THROW(simulateDng(settings, {{}, 10}));
+  EXPECT_THROW(simulateDng(settings, {BayerPattern::RGGB, 10}), std::invalid_argument);
+  for (const int bits : {8, 11, 13, 15, 18})
+    EXPECT_THROW(simulateDng(settings, {{}, bits}), std::invalid_argument);
+  settings.width = 65, settings.height = 64;
+  EXPECT_THROW(simulateDng(settings, {BayerPattern::RGGB, 10}), std::invalid_argument);
+  settings.whiteLevel = 1024.0;
+  EXPECT_THROW(simulateDng(settings, {{}, 10}), std::invalid_argument);
 }
 
 }  // namespace

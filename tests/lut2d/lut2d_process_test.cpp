@@ -80,6 +80,7 @@ std::vector<TableCase> tables() {
       changed("NarrowLastSat", wild, satNodes([](double j) { return 0.001 * j; })),
       changed("NarrowerLastSat", wild,
               satNodes([](double j) { return j < 15 ? 0.01 * j : 0.1405; })),
+      changed("NoLastSat", wild, satNodes([](double j) { return 0.01 * std::min(j, 14.0); })),
       changed("NarrowLastSatManyTurns", randomTable(9, 36000.0, 100.0),
               [](Lut2DConfig& c) {
                 for (std::size_t j = 0; j < 16; ++j)

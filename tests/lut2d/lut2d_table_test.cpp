@@ -122,6 +122,8 @@ TEST(Lut2dTable, RefusalsSayWhatMustBeAndLeaveTheTable) {
   EXPECT_THAT(messageOf([&] { checkLut2d(table); }),
               HasSubstr("lut_1d_s must be numbers from 0 to 1 that don't fall; entry 4 is 0.1"));
   EXPECT_THAT(messageOf([&] { dragLut2d(table, {}); }), HasSubstr("lut_1d_s"));
+  table.lut_1d_s[0] = -0.25;
+  EXPECT_THAT(messageOf([&] { checkLut2d(table); }), HasSubstr("entry 1 is -0.25"));
   table = identityLut2d();
   table.lut_1d_h[24] = 359.0;
   EXPECT_THAT(messageOf([&] { checkLut2d(table); }), HasSubstr("lut_1d_h must be from 0 to 360"));

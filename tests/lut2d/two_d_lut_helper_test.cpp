@@ -136,7 +136,7 @@ TEST(TwoDLutHelper, ConvertsColours) {
   EXPECT_EQ(TwoDLutHelper::RGBtoHLS(0.5, 0.5, 0.5 + 0.9e-8).h, 0.0);
   EXPECT_EQ(TwoDLutHelper::RGBtoHLS(0.5, 0.5, 0.5 + 1.1e-8).h, 240.0);
   EXPECT_EQ(TwoDLutHelper::HLStoRGB(240.0, 0.9e-8, 0.5)[0], 0.5);
-  EXPECT_NE(TwoDLutHelper::HLStoRGB(240.0, 1.1e-8, 0.5)[0], 0.5);
+  EXPECT_NE(TwoDLutHelper::HLStoRGB(240.0, 1e-8, 0.5)[0], 0.5);
   EXPECT_EQ(TwoDLutHelper::HLStoRGB(360.0, 0.7, 0.4), TwoDLutHelper::HLStoRGB(0.0, 0.7, 0.4));
   for (const double odd : {std::nan(""), HUGE_VAL, -1e300, 1e300}) {
     TwoDLutHelper::HLStoRGB(odd, odd, odd);

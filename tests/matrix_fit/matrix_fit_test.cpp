@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -240,6 +241,32 @@ TEST(MatrixFit, HeldOutPatchesAreNotSeen) {
   EXPECT_GT(result->leaveOneOut->mean, result->figures.mean2000);
 }
 
+TEST(MatrixFit, WhatNeutralGreysTell) {
+  MatrixFitSamples samples = measuredBy({});
+  for (std::size_t i = 18; i < kPatchCount; ++i)
+    samples.referenceLab[i] = {samples.referenceLab[i][0], 0.0, 0.0};
+  samples.photographs[0].rgb = KnownCamera().measured(samples.referenceLab);
+  FitOptions options = fitAlone();
+  options.heldOut = true;
+  options.toneCurve = FitToneCurve::monotone;
+  EXPECT_TRUE(MatrixFit(options).fit(samples)->leaveOneOut);
+  auto& clipped = samples.photographs[0].clipped;
+  clipped[18] = clipped[20] = clipped[21] = true;
+  EXPECT_FALSE(MatrixFit(options).fit(samples)->leaveOneOut) << "two greys make no curve";
+  // The one patch that gives gains and exposure is left out in its turn, and they stay.
+  options.toneCurve = FitToneCurve::none;
+  options.entries = FitEntries::six;
+  EXPECT_LT(MatrixFit(options).fit(samples)->leaveOneOut.value().mean, 0.01);
+  // Greys alone don't say what becomes of colours.
+  clipped.fill(false);
+  std::fill_n(clipped.begin(), 18, true);
+  options = FitOptions();
+  options.statedSettings.emplace(0, illum_D65, 9);
+  const auto grey = MatrixFit(options).fit(samples);
+  EXPECT_EQ(grey->notes.back().rfind("there are no standard errors", 0), 0U);
+  EXPECT_EQ(grey->photographs[0].statedRefusal.rfind("m_RGBtoXYZTransform is 9", 0), 0U);
+}
+
 TEST(MatrixFit, SameBitsInTwoThreadsTwoThreadsDoNotMeet) {
   MatrixFitSamples samples[] = {seenBy(ModelSensor::Ordinary, illum_A),
                                 seenBy(ModelSensor::Broad, illum_D65)};
@@ -285,6 +312,9 @@ struct Refusal {
 TEST(MatrixFit, RefusesWhatCannotBeFitted) {
   using O = FitOptions;
   using S = MatrixFitSamples;
+  const auto clip = [](S& s, std::size_t from, std::size_t to) {
+    for (std::size_t i = from; i < to; ++i) s.photographs[0].clipped[i] = true;
+  };
   const Refusal refusals[] = {
       {"norm is 0.5; it must be 1 to 16", [](O& o, S&) { o.norm = 0.5; }},
       {"norm is nan", [](O& o, S&) { o.norm = kNaN; }},
@@ -313,6 +343,7 @@ TEST(MatrixFit, RefusesWhatCannotBeFitted) {
          o.toneCurve = FitToneCurve::monotone;
          o.light = FitLight::plane;
        }},
+      {"rgbToXyz gives white a Y of 0", [](O& o, S&) { o.rgbToXyz[1].fill(0); }},
       {"rgbToXyz has no inverse", [](O& o, S&) { o.rgbToXyz[1] = o.rgbToXyz[0]; }},
       {"cameraGamma of G has 3 entries",
        [](O& o, S&) {
@@ -352,16 +383,19 @@ TEST(MatrixFit, RefusesWhatCannotBeFitted) {
          o.toneCurve = FitToneCurve::blackWhite;
          std::swap(s.photographs[0].rgb[20], s.photographs[0].rgb[22]);
        }},
-      {"too few patches are left to fit 9 unknowns",
-       [](O&, S& s) {
-         for (std::size_t i = 0; i < 19; ++i) s.photographs[0].clipped[i] = true;
-       }},
+      {"patches 19 to 22 of photograph 1 are clipped",
+       [=](O& o, S& s) { o.whitePatches.clear(), clip(s, 18, 22); }},
+      {"too few patches are left to find the light",
+       [=](O& o, S& s) { o.light = FitLight::plane, clip(s, 0, 19); }},
+      {"too few patches are left to fit 9 unknowns", [=](O&, S& s) { clip(s, 0, 19); }},
+      {"the best fit knows no transform 2",
+       [](O& o, S&) { o.follow(ColorCorrectionSettings(0, illum_D65, 2), {}); }},
   };
   for (const Refusal& refusal : refusals) {
     FitOptions options = fitAlone();
     MatrixFitSamples samples = measuredBy({});
-    refusal.spoil(options, samples);
     try {
+      refusal.spoil(options, samples);
       MatrixFit(options).fit(samples);
       ADD_FAILURE() << "not thrown: " << refusal.message;
     } catch (const std::invalid_argument& error) {

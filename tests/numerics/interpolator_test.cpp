@@ -54,6 +54,17 @@ TEST(Interpolator, RoundsTowardsZeroAndCapsOnlyAbove) {
   EXPECT_EQ(table[1], kNoCeiling);
 }
 
+TEST(Interpolator, AProportionalTableOfAnyLengthGoesOnBeyondItsEnd) {
+  Interpolator interpolator(10000);
+  for (const std::int32_t step : {16, 4, 2, 1}) {
+    Table source, curve(1024);
+    for (std::int32_t i = 0; i < 1024; i += step) source.push_back(10 * i);
+    ASSERT_TRUE(interpolator.InterpolateCurve(source, curve));
+    for (std::size_t i = 0; i < 1001; ++i) EXPECT_EQ(curve[i], 10 * static_cast<int>(i)) << step;
+    EXPECT_EQ(curve[1023], step == 1 ? 10230 : 10000);  // as it is, or below the ceiling
+  }
+}
+
 TEST(Interpolator, RefusesLengthsAndKeepsDestinationAndLastFit) {
   Interpolator interpolator(16383);
   EXPECT_EQ(interpolator.InterpolatePoint(3.0), 0.0);

@@ -11,6 +11,7 @@
 #include "greycard/errors.h"
 #include "lu.h"
 #include "svd.h"
+#include "table_conversion.h"
 
 namespace greycard {
 namespace {
@@ -120,8 +121,10 @@ TEST(Pinv, MeetsThePenroseConditionsWhateverTheRank) {
   CDoubleMatrix rankTwo = MatrixMultiply(randomMatrix(6, 2, 1), randomMatrix(2, 4, 2));
   CDoubleMatrix zeroOnDiagonal(4, 4);  // splits the bidiagonal form in the middle
   zeroOnDiagonal[0][0] = zeroOnDiagonal[0][1] = zeroOnDiagonal[1][2] = zeroOnDiagonal[2][3] = 1.0;
+  CDoubleMatrix zeroInside = zeroOnDiagonal;  // two rows above the end
+  zeroInside[2][2] = zeroInside[3][3] = 1.0;
   for (const CDoubleMatrix& a : {randomMatrix(24, 3, 3), randomMatrix(3, 5, 4), rankTwo,
-                                 mones(3, 3), zeroOnDiagonal, CDoubleMatrix(3, 2)}) {
+                                 mones(3, 3), zeroOnDiagonal, zeroInside, CDoubleMatrix(3, 2)}) {
     const CDoubleMatrix p = pinv(a);
     const CDoubleMatrix ap = MatrixMultiply(a, p), pa = MatrixMultiply(p, a);
     expectNear(MatrixMultiply(ap, a), a, 1e-12);
@@ -157,6 +160,20 @@ TEST(MatrixInterpolation, EndsHaveTheSlopesOfTheirSegments) {
   expectNear(curve, mLoadMem(3, 1, expected), 1e-12);
   EXPECT_EQ(endSlope(1, 5, 1, 5), 1.0);  // of no width
   EXPECT_EQ(endSlope(1, 5, 1, 7), (2 + 1e-14) / 1e-14);
+}
+
+TEST(MatrixInterpolation, EachColumnHasItsChannelsCurve) {
+  const CDoubleMatrix x(0, 1, 2);
+  const double tent[] = {0, 1, 0}, line[] = {3, 4, 5}, at[] = {0.5, 0.5, 0.5, 0.25, 1, 1, 1, 2};
+  const CDoubleMatrix r = mLoadMem(3, 1, tent), b = mLoadMem(3, 1, line), xi = mLoadMem(2, 4, at);
+  const double one[] = {3.5, 3.5, 3.5, 3.25, 4, 4, 4, 5};
+  const double three[] = {0.625, 1.25, 3.5, 3.25, 1, 2, 4, 5};
+  expectNear(interp1_gamma(x, b, xi), mLoadMem(2, 4, one), 1e-12);
+  expectNear(interp1_gamma(x, r, MatrixMultiply(r, 2.0), b, xi), mLoadMem(2, 4, three), 1e-12);
+  EXPECT_THROW(interp1_gamma(x, r, r, xi, xi), ShapeError);
+  EXPECT_EQ(toVector3(toMatrix(Vector3{1, 2, 3})), (Vector3{1, 2, 3}));
+  EXPECT_EQ(messageOf<ShapeError>([&] { toPatchTable(mones(3, 2)); }),
+            "a table of 24 rows of 3 is needed, not 3 of 2");
 }
 
 }  // namespace

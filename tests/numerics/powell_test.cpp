@@ -85,6 +85,7 @@ TEST(Powell, SaysWhyItStopped) {
   const PowellResult flat = powell([](Point) { return 7.0; }, std::vector{1.0, 2.0});
   EXPECT_EQ(flat.stop, PowellStop::AtMinimum);
   EXPECT_EQ(flat.point, (std::vector{1.0, 2.0}));
+  EXPECT_TRUE(describe(flat.stop).starts_with("nothing lower"));
 }
 
 struct Refusal {

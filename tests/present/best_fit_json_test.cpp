@@ -7,6 +7,7 @@
 
 #include "greycard/chart_simulator.h"
 #include "greycard/diagnostics.h"
+#include "greycard/present/chart.h"
 #include "round_trip.h"
 
 namespace greycard::present {
@@ -37,6 +38,18 @@ TEST(BestFitJson, ResultsReadBackWhole) {
             correctedPhotograph(simulator.m_picture, fit).samples);
   EXPECT_EQ(fitReport(again, simulator.m_picture), fitReport(fit, simulator.m_picture));
   EXPECT_EQ(roundTrip(fit.best).uncertainty->dE2000, fit.best.uncertainty->dE2000);
+
+  ChartFit toned = fit.shown(0);
+  toned.fit.m_chromaChangeWanted = 0.123;
+  toned.fit.m_chromaChange = -0.0456;
+  EXPECT_NE(fitReport(toned, simulator.m_picture).find("wanted 12.3 %, reached -4.6 %."),
+            std::string::npos);
+
+  MatrixFitResult bad = fit.best, kept = fit.best;
+  bad.uncertainty->lightRange.pop_back();
+  expectRefused(toJson(bad), kept, "standard_errors must be of as many photographs");
+  bad.toneCurve = {0.5};
+  expectRefused(toJson(bad), kept, "tone_curve must be a list of two numbers or more");
 
   auto json = nlohmann::json::parse(toJson(fit));
   json["stated"].erase(1);

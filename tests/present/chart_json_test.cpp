@@ -44,6 +44,7 @@ TEST(ChartJson, AllChartsReadBack) {
   EXPECT_EQ(part, surroundings(found.charts[0]));
   LocateOptions options;
   options.within = part;
+  EXPECT_EQ(roundTrip(options).within, part);
   EXPECT_EQ(searchCharts(photograph, options).charts.size(), 1U);
 }
 
@@ -52,6 +53,8 @@ TEST(ChartJson, WhatIsNotFiniteIsNullAndReadsBackAsNotANumber) {
   evaluation.measuredRgb[2][1] = std::numeric_limits<double>::infinity();
   EXPECT_THAT(toJson(evaluation), HasSubstr("\"rgb\": [0.0,null,0.0]"));
   EXPECT_TRUE(std::isnan(roundTrip(evaluation).measuredRgb[2][1]));
+  evaluation.capture.emplace().iso = 100.0;
+  EXPECT_EQ(roundTrip(evaluation).capture->iso, 100.0);
 }
 
 TEST(ChartJson, OptionsKeepTheirDefaultsWhereNothingIsSaid) {

@@ -4,10 +4,12 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <set>
 #include <stdexcept>
 
 #include "greycard/picture.h"
+#include "greycard/present/provenance.h"
 #include "html_page.h"
 #include "json_text.h"
 #include "svg_colour.h"
@@ -65,6 +67,7 @@ TEST(JsonText, IsIndentedWithRowsOfNumbersInOneLine) {
   json["mixed"] = {1, "a"};
   json["none"] = Json::array();
   json["inner"]["b"] = true;
+  json["empty"] = Json::object();
   EXPECT_EQ(jsonText(json), R"({
   "name": ")"
                             "\u66f2"
@@ -80,7 +83,8 @@ TEST(JsonText, IsIndentedWithRowsOfNumbersInOneLine) {
   "none": [],
   "inner": {
     "b": true
-  }
+  },
+  "empty": {}
 }
 )");
   EXPECT_EQ(jsonText("\xFF"), "\"\uFFFD\"\n");
@@ -110,6 +114,37 @@ TEST(ParsedJson, TellsWhereATextGoesWrong) {
   EXPECT_THAT(refusal("[1,\n2,\n\n3 4]"), HasSubstr("line 4, column 3 "));
   EXPECT_THAT(refusal("[1e999]"), HasSubstr("too large"));
   EXPECT_THAT(refusal(""), HasSubstr("empty"));
+}
+
+struct Epoch {
+  static constexpr const char* kName = "SOURCE_DATE_EPOCH";
+  const std::string before = std::getenv(kName) != nullptr ? std::getenv(kName) : "";
+  explicit Epoch(const char* seconds) { ::setenv(kName, seconds, 1); }
+  ~Epoch() { before.empty() ? ::unsetenv(kName) : ::setenv(kName, before.c_str(), 1); }
+};
+
+TEST(Provenance, TheTimeIsThatOfTheEnvironment) {
+  for (const auto& [seconds, time] : {std::pair{"0", "1970-01-01T00:00:00Z"},
+                                      {"951868799", "2000-02-29T23:59:59Z"},
+                                      {"253402300799", "9999-12-31T23:59:59Z"}})
+    EXPECT_EQ((Epoch(seconds), provenanceNow().created), time);
+  for (const char* seconds : {"", "x", "-1", "253402300800"})  // left to the clock
+    EXPECT_THAT((Epoch(seconds), provenanceNow().created),
+                testing::AllOf(testing::Gt("2020"), testing::Lt("9")));
+}
+
+TEST(Provenance, TellsOfTheOptionsThatDiffer) {
+  const auto changed = changedOptions(R"({"a": 1, "b": "x", "c": [1, 2], "d": {}})",
+                                      R"({"a": 1, "b": "y", "c": [1, 3], "e": 4})");
+  const std::string head = R"({"greycard":"9","created":"now",)";
+  const auto line = [](const std::string& text) { return parsedJson(text).dump(); };
+  EXPECT_EQ(line(stamped("{\n  \"x\": 1\n}\n", {"9", "now", "run", changed})),
+            head + R"("command":"run","options":{"b":"x","c":[1,2],"d":{}},"x":1})");
+  EXPECT_EQ(line(stamped("{\n  \"options\": {},\n  \"x\": 1\n}\n", {"9", "now", "", changed})),
+            head + R"("options":{},"x":1})");
+  EXPECT_THROW(changedOptions("[1]", "{}"), std::invalid_argument);
+  EXPECT_EQ(plainValue(R"([1, ["a", 2.5], true])"), "1, a, 2.5, true");
+  EXPECT_EQ(plainValue("\"x, y\"") + plainValue("[]") + plainValue("{\"a\": 2}"), "x, y{\"a\": 2}");
 }
 
 TEST(HexColour, ClipsAndKnowsLab) {

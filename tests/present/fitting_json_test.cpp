@@ -46,6 +46,20 @@ TEST(FittingJson, PlotsAndTablesOfResultsReadBackAreWhole) {
   EXPECT_EQ(skinCsv(skinResult()), "light,brightness,spectrum,upper,lower,h,s,y,red,green,blue\n");
 }
 
+TEST(FittingPlots, TellOfSkinBeyondTheAxes) {
+  SkinCalibration skin;
+  skin.colours.resize(SkinColorHelper::kPoints);
+  skin.upper.points.resize(SkinColorHelper::kPoints);
+  skin.lower = skin.upper;
+  skin.lower.points[1071] = {-3.0F, 0.21F, 0.5F};
+  EXPECT_THAT(skinPlot(skin), testing::Not(HasSubstr("lie beyond")));
+  skin.upper.points[1] = skin.lower.points[1] = {-3.01F, 0.1F, 0.5F};
+  skin.lower.points[2] = {1.01F, 0.1F, 0.5F};
+  for (const char* part : {" (no unit); 2 points lie beyond<", ">-3<", ">0.25<", ">D65 (1)<",
+                           ">A, lower set only (hollow) (1)<"})
+    EXPECT_THAT(skinPlot(skin), HasSubstr(part));
+}
+
 TEST(FittingJson, AnExposureJobsFileIsRefusedWithTheField) {
   auto name = (std::filesystem::temp_directory_path() / "greycard-present-XXXXXX").string();
   ASSERT_NE(::mkdtemp(name.data()), nullptr);
@@ -99,6 +113,7 @@ TEST(FittingJson, ResultsThatCantBeAreRefusedAndTheValueStays) {
                 "upper.accepted must be a whole number from");
   expectRefused(replaced(toJson(skin), "\"A\": \"a.png\"", "\"A\": 3"), skin,
                 "charts.A must be a text");
+  EXPECT_EQ(roundTrip(LumaMatchOptions{{1, 2, 3}, {4, 5, 6}, {}}).target, (Vector3{4, 5, 6}));
   SearchOptions search;
   expectRefused(R"({"seed": -1})", search, "seed must be a whole number from 0 to 4294967295");
 }

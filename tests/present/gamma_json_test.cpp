@@ -29,12 +29,16 @@ TEST(GammaJson, FieldsThatCantBeAreNamedAndTheValueStays) {
       {"{}", "name is missing"},
       {replaced(whole, "[0,5,9]", "[0,\"5\",9]"), "table[1] must be a number"},
       {replaced(whole, "[0,5,9]", "[0,5.5,9]"), "table[1] must be a whole number from -2147483648"},
+      {replaced(whole, "[0,5,9]", "[-2147483649]"), "table[0] must be a whole number from"},
+      {replaced(whole, "[0,5,9]", "[2147483648]"), "table[0] must be a whole number from"},
       {replaced(whole, "[255,255]", "[255]"), "points[1] must be a list of 2 numbers"},
       {replaced(whole, "\"table_green\"", "\"table_gren\""), "table_green is missing"},
       {replaced(whole, "false", "0"), "unified must be true or false"},
   };
   for (const auto& [text, says] : cases) expectRefused(text, curve, says);
   EXPECT_EQ(curve, threeChannels());
+  const CurveImportReport report{{}, {{"a.txt", "why", {"n"}}}};
+  EXPECT_EQ(roundTrip(report).refused.at(0).notes, report.refused[0].notes);
 
   ShowCurveOptions show;
   expectRefused("{\"chanel\": \"red\"}", show, "there is no field \"chanel\"");
@@ -52,6 +56,12 @@ TEST(GammaPlots, HoldTheirCurvesWhateverTheTables) {
   for (const char* part : {">three, red</text>", ">three, blue</text>", ">one \u66f2</text>",
                            ">control points</text>", "stroke-dasharray"})
     EXPECT_THAT(three, HasSubstr(part));
+  GammaCurveModel model(true);
+  const GammaCurvePtr curve = model.GetGammaCurveByName("VOutdoor");
+  ShownCurve shown = showCurve(*curve);
+  EXPECT_NE(curvePlot(*curve, shown), curvePlot(curveTables(*curve)));
+  shown.unified = false;
+  EXPECT_EQ(curvePlot(*curve, shown), curvePlot(curveTables(*curve)));
   const ImportedCurve one{oneChannel(), {}, {}, {}}, other{threeChannels(), {}, {}, {}};
   EXPECT_EQ(curvePlot(CurveImportReport{{one}}), curvePlot(oneChannel()));
   const std::string several = curvePlot(CurveImportReport{{one, other}});

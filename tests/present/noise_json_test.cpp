@@ -41,6 +41,17 @@ TEST(NoiseJson, FieldsThatCantBeAreNamedAndTheValueStays) {
   expectRefused(R"({"raw": {"width": 4, "hight": 5}})", options, "there is no field \"raw.hight\"");
 }
 
+TEST(NoisePlot, ShowsTheTypicalMostOnceTheNoiseComesNear) {
+  SigmaEstimate value = estimate();
+  value.lut[163] = 4.0F;
+  EXPECT_THAT(sigmaPlot(value), testing::Not(HasSubstr("typical most")));
+  value.lut[163] = 4.01F;
+  EXPECT_THAT(sigmaPlot(value), testing::AllOf(HasSubstr(">5.0, the typical most<"),
+                                               HasSubstr(">5<"), testing::Not(HasSubstr(">6<"))));
+  value.doubts = {"two", "three"};  // of which a user forced the first
+  EXPECT_THAT(sigmaReport(value), testing::ContainsRegex(">one<.*\n*>two<.*\n*>three<"));
+}
+
 TEST(NoiseMap, ColoursGoFromTheLeastToTheMostBesideAScale) {
   SigmaEstimate value = estimate();
   EXPECT_THROW(sigmaMap(value), std::invalid_argument);  // nothing to draw

@@ -66,6 +66,7 @@ ChartEvaluation evaluationOf(Picture& photograph) {
   photograph = Picture(4000, 3000, 3, 8);
   ChartEvaluation evaluation;
   evaluation.photo = "a <b> & \"c\".jpg";
+  evaluation.capture.emplace().camera = "Maker X1";
   evaluation.warnings = {"<script>alert(1)</script>"};
   std::mt19937 random(3);
   for (std::size_t i = 0; i < kPatchCount; ++i) {
@@ -91,7 +92,7 @@ TEST(EvaluationReport, IsSelfContainedSmallAndSafeWhateverTheNames) {
   for (const char* text : {"<script", "a <b>", "greycard <x>", "\"nan", "\"inf", ">nan", "url("})
     EXPECT_EQ(page.find(text), std::string::npos) << text;
   for (const char* text : {"a &lt;b&gt; &amp; &quot;c&quot;.jpg", "greycard &lt;x&gt;", "Poor",
-                           "greycard 9.9, 2026-11-22T09:30:00Z", "scale"})
+                           "greycard 9.9, 2026-11-22T09:30:00Z", "scale", "Camera Maker X1"})
     EXPECT_NE(page.find(text), std::string::npos) << text;
   // The only addresses are the name of SVG and the pictures' own bytes.
   for (std::size_t at = 0; (at = page.find("http", at)) != std::string::npos; ++at)

@@ -23,9 +23,15 @@ TEST(SimulateJson, SettingsThatCantBeAreNamedAndTheValueStays) {
   expectRefused(R"({"sensor": "Brode"})", settings, "there is no sensor \"Brode\"; did you mean");
   expectRefused(R"({"ligth": "A"})", settings,
                 "there is no field \"ligth\"; did you mean \"light\"");
+  expectRefused(R"({"seed": 9007199254740994.0})", settings, "seed must be a whole number from");
+  fromJson(R"({"seed": 9007199254740992.0})", settings);
+  EXPECT_EQ(settings.seed, 1ULL << 53U);
   expectRefused(R"({"width": 16.5})", settings, "width must be a whole number from");
   expectRefused(R"({"surround": [0.1, 0.2]})", settings, "surround must be a list of 3 numbers");
   SimulatedChart truth = chart();
+  truth.dng = DngForm{BayerPattern::GBRG, 12};
+  EXPECT_EQ(roundTrip(truth).dng->bayer, BayerPattern::GBRG);
+  EXPECT_EQ(roundTrip(truth).dng->bits, 12);
   expectRefused(replaced(toJson(truth), "\"corners\"", "\"c\""), truth, "corners is missing");
 }
 

@@ -59,6 +59,10 @@ TEST_F(RawTest, APreviewIsNeverTakenForThePicture) {
   EXPECT_THAT(refusalOf([&] { readPhotograph(folder / "preview.tif"); }), HasSubstr("preview"));
 }
 
+TEST_F(RawTest, FoldersAreToldAsSuch) {
+  EXPECT_THAT(refusalOf([&] { readPhotograph(folder); }), HasSubstr("folder"));
+}
+
 TEST_F(RawTest, FurtherFramesAreTold) {
   writeDng(folder / "two.dng", randomCodes(32, 24, 3, 16383), {});
   std::string bytes = readWholeFile(folder / "two.dng");

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numeric>
 #include <string>
 
 #include "decode_raw.h"
 #include "greycard/files.h"
 #include "greycard/raw/write_dng.h"
 #include "raw_fixture.h"
+#include "raw_samples.h"
 #include "tiff_directory.h"
 
 namespace greycard {
@@ -134,11 +136,13 @@ TEST_F(RawTest, ObeysTheOrientationMark) {
       EXPECT_EQ(read.pixel(i % c.width * kBlock + 3, i / c.width * kBlock + 5)[1],
                 c.seen[static_cast<std::size_t>(i)]);
   }
+  const Picture codes = randomCodes(3, 2, 3, 9);
+  for (const int unknown : {0, 9}) EXPECT_EQ(oriented(codes, unknown).samples, codes.samples);
 }
 
 // A DNG of 64 x 48 samples of 16 bits with some fields replaced.
-std::string dngWith(const std::function<void(TiffDirectory&)>& change) {
-  const std::string samples(64 * 48 * 2, '\x20');
+std::string dngWith(const std::function<void(TiffDirectory&)>& change,
+                    const std::string& samples = std::string(64 * 48 * 2, '\x20')) {
   TiffDirectory ifd;
   ifd.longs(254, {0});
   ifd.longs(256, {64});
@@ -175,7 +179,16 @@ TEST_F(RawTest, RefusesByName) {
       {"JPEG XL", dngWith([](TiffDirectory& ifd) { ifd.shorts(259, {52546}); })},
       {"damaged", dngWith([](TiffDirectory& ifd) {
          ifd.ascii(271, "Hasselblad");
-         ifd.ascii(272, std::string(60, 'H'));
+         ifd.ascii(272, std::string(49, 'H'));
+       })},
+      {"damaged", dngWith([](TiffDirectory& ifd) {
+         ifd.shorts(33422, {0, 1, 1, 2});
+       })},
+      {"damaged", dngWith([](TiffDirectory& ifd) { ifd.bytes(33422, ""); })},
+      {"floating-point", dngWith([](TiffDirectory& ifd) { ifd.shorts(339, {3}); })},
+      {"2x2", dngWith([](TiffDirectory& ifd) {
+         ifd.shorts(33421, {4, 2});
+         ifd.bytes(33422, "\0\1\1\2\1\0\2\1"s);
        })},
       {"Foveon", "FOVb" + std::string(100, 'x')},
       {"too short for 4096 x 4096", dngWith([](TiffDirectory& ifd) {
@@ -183,8 +196,21 @@ TEST_F(RawTest, RefusesByName) {
          ifd.longs(257, {4096});
        })},
       {"fit in memory", dngWith([](TiffDirectory& ifd) {
-         ifd.longs(256, {50000});
-         ifd.longs(257, {50000});
+         ifd.longs(256, {23171});  // squared: 2^29 and 24,329
+         ifd.longs(257, {23171});
+       })},
+      {"too short for 23170 x 23170", dngWith([](TiffDirectory& ifd) {
+         ifd.longs(256, {23170});
+         ifd.longs(257, {23170});
+       })},
+      // 16 samples for each byte are the most.
+      {"too short for 4096 x", dngWith([&](TiffDirectory& ifd) {
+         ifd.longs(256, {4096});
+         ifd.longs(257, {static_cast<std::uint32_t>(good.size() / 256 + 1)});
+       })},
+      {"damaged or cut short", dngWith([&](TiffDirectory& ifd) {
+         ifd.longs(256, {4096});
+         ifd.longs(257, {static_cast<std::uint32_t>(good.size() / 256)});
        })},
       {"no raw file", "\x89PNG\r\n\x1a\n" + std::string(100, 'x')},
       {"cut short", good.substr(0, good.size() - 2000)},
@@ -200,6 +226,11 @@ TEST_F(RawTest, RefusesByName) {
                 HasSubstr(says));
   }
   EXPECT_EQ(decodeRaw(good, "", {}).picture.width, 32);
+  const auto longest = dngWith([](TiffDirectory& ifd) {
+    ifd.ascii(272, std::string(46, 'H') + "~\x1B");
+    ifd.undefined(33422, "\0\1\1\2"s);
+  });
+  EXPECT_THAT(decodeRaw(longest, "", {}).info.camera, testing::EndsWith("HHH~"));
   EXPECT_EQ(decodeRaw(good, "", {100.0, 132.0}).picture.samples.front(), 65535);
   for (const RawOptions& levels : {RawOptions{70000.0, {}},
                                    {{}, 0.0},
@@ -242,6 +273,22 @@ TEST_F(RawTest, LevelsMayRepeatAndEndEarly) {
   EXPECT_EQ(grey.picture.width, 64);
   EXPECT_NEAR(grey.picture.pixel(62, 47)[0], 65535.0 * (0x2020 - 500.0) / 10000.0, 0.6);
   EXPECT_NEAR(grey.picture.pixel(63, 47)[0], 65535.0 * 0.95, 0.6);
+}
+
+// A table from stored to linear codes sends a mosaic through another path, which gives the same.
+TEST_F(RawTest, MosaicsAreTheSameThroughATable) {
+  const Picture codes = randomCodes(64, 48, 1, 4095);
+  const std::string samples(reinterpret_cast<const char*>(codes.samples.data()), 64 * 48 * 2);
+  std::vector<std::uint16_t> table(4096);
+  std::iota(table.begin(), table.end(), std::uint16_t{0});
+  const auto change = [&](bool hasTable) {
+    return [&, hasTable](TiffDirectory& ifd) {
+      ifd.longs(50717, {4095});
+      if (hasTable) ifd.shorts(50712, table);
+    };
+  };
+  EXPECT_EQ(decodeRaw(dngWith(change(true), samples), "", {}).picture.samples,
+            decodeRaw(dngWith(change(false), samples), "", {}).picture.samples);
 }
 
 // Any bytes may be refused; none may crash, hang or take memory beyond what they declare.

@@ -16,14 +16,15 @@ namespace {
 using testing::HasSubstr;
 
 // The bytes of a field's values, TIFF 6.0, section 2.
-std::string fieldOf(const std::string& file, std::uint16_t tag) {
+// \param pointer  where the directory's offset stands: in the header, or that of EXIF's
+std::string fieldOf(const std::string& file, std::uint16_t tag, std::size_t pointer = 4) {
   const auto number = [&](std::size_t at, std::size_t bytes) {
     std::uint32_t value = 0;
     std::memcpy(&value, file.data() + at, bytes);
     return value;
   };
   const std::size_t sizes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8};
-  const std::size_t first = number(4, 4);
+  const std::size_t first = number(pointer, 4);
   for (std::size_t at = first + 2; at < first + 2 + 12 * number(first, 2); at += 12)
     if (number(at, 2) == tag) {
       const std::size_t bytes = sizes[number(at + 2, 2)] * number(at + 4, 4);
@@ -99,6 +100,10 @@ TEST(WriteDng, StatesItsFields) {
                                                          {50714, "\x3C\0\x40\0\x44\0\x50\0"s},
                                                          {50717, "\xA0\x0F\0\0"s}};
   for (const auto& [tag, values] : cases) EXPECT_EQ(fieldOf(bytes, tag), values) << tag;
+  const std::size_t exif = bytes.find("\x69\x87\4\0\1\0\0\0"s) + 8;
+  EXPECT_EQ(fieldOf(bytes, 36864, exif), "0230");
+  EXPECT_EQ(fieldOf(bytes, 34855, exif), "\x64\0"s);                      // ISO 100
+  EXPECT_EQ(fieldOf(bytes, 33434, exif), "\x10\x27\0\0\x40\x42\x0F\0"s);  // 1e4 / 1e6 s
   d.pattern.reset();
   const std::string linear = encodeDng(randomCodes(6, 4, 3, 4095), d);
   EXPECT_EQ(fieldOf(linear, 262), "\x4C\x88");

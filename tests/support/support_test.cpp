@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "channels.h"
+#include "convex_quad.h"
 #include "greycard/diagnostics.h"
 #include "greycard/files.h"
 #include "greycard/names.h"
@@ -146,6 +147,25 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNoOther) {
     EXPECT_EQ(error.what(),
               "can't read " + quoted(folder / "missing") + ": No such file or directory");
   }
+}
+
+TEST(ConvexQuad, TurnsOneWayAtEveryCorner) {
+  const PatchQuad square{{{0, 0}, {4, 0}, {4, 3}, {0, 3}}};
+  const PatchQuad concave{{{0, 0}, {4, 0}, {1, 1.5}, {0, 4}}};
+  const std::pair<PatchQuad, bool> cases[] = {
+      {square, true},
+      {{{{0, 0}, {0, 3}, {4, 3}, {4, 0}}}, true},  // the other way round
+      {concave, false},
+      {{{{0, 0}, {2, 0}, {4, 0}, {0, 3}}}, false},  // straight
+      {{{{0, 0}, {4, 0}, {std::nan(""), 3}, {0, 3}}}, false},
+      {{{{0, 0}, {4, -1}, {HUGE_VAL, 5}, {0, 6}}}, false}};
+  for (const auto& [quad, convex] : cases) EXPECT_EQ(isConvex(quad), convex) << quad[2].x;
+  PatchQuads patches;
+  patches.fill(square);
+  patches[4] = concave;
+  EXPECT_THAT([&] { requireConvex(patches); },
+              testing::ThrowsMessage<std::invalid_argument>(
+                  testing::StartsWith("patch 5: its corners 0,0 4,0 1,1.5 0,4 are not those")));
 }
 
 TEST(Diagnostics, ReachTheirListeners) {
