@@ -281,10 +281,10 @@ TEST_F(RawTest, MosaicsAreTheSameThroughATable) {
   const std::string samples(reinterpret_cast<const char*>(codes.samples.data()), 64 * 48 * 2);
   std::vector<std::uint16_t> table(4096);
   std::iota(table.begin(), table.end(), std::uint16_t{0});
-  const auto change = [&](bool hasTable) {
-    return [&, hasTable](TiffDirectory& ifd) {
+  const auto change = [&](bool withTable) {
+    return [&, withTable](TiffDirectory& ifd) {
       ifd.longs(50717, {4095});
-      if (hasTable) ifd.shorts(50712, table);
+      if (withTable) ifd.shorts(50712, table);
     };
   };
   EXPECT_EQ(decodeRaw(dngWith(change(true), samples), "", {}).picture.samples,
