@@ -40,16 +40,10 @@ TEST_F(AeCommandTest, FitsPicturesOfAFileAndOfTheCommandLine) {
   EXPECT_THAT(read("t.svg"), HasSubstr("reached = wanted"));
 
   EXPECT_THAT(run({"ae", "fit.json", "--time", "0.05"}).out, HasSubstr("best"));
-
-  writeWholeFile(folder / "idle.json",
-                 R"({"parameters_enable": [0, 0, 0, 0, 0, 0, 0, 0, 0],
-                     "images": [{"picture": "dark.pgm", "newTarget": 25}]})");
-  EXPECT_THAT(run({"ae", "idle.json"}).out, HasSubstr("1 image: no group is enabled"));
 }
 
 TEST_F(AeCommandTest, MatchesLuma) {
-  const auto match = figures({"luma-match", "128,128,128", "64,64,64"});
-  EXPECT_NEAR(match["factor"], 0.5, 1e-4);
+  EXPECT_NEAR(figures({"luma-match", "128,128,128", "64,64,64"})["factor"], 0.5, 1e-4);
   EXPECT_EQ(run({"ae", "luma-match", "1,2,nan", "3,4,5"}).status, 2);
 }
 

@@ -33,15 +33,13 @@ TEST_F(Lut2dCommandTest, FromAnIdentityToAMovedPicture) {
                              "--range", "2,3", "-o", "moved.json"});
   EXPECT_EQ(drag["row"], 8);
   EXPECT_EQ(file("moved.json")["lut_2d_h"][8][8], -30.0);
-  const auto shown = figures({"show", "moved.json", "--plot", "wheel.svg"});
-  EXPECT_EQ(shown["largest_hue_change_deg"], 30.0);
+  figures({"show", "moved.json", "--plot", "wheel.svg"});
   EXPECT_THAT(read("wheel.svg"), HasSubstr("<polygon"));
 
   writeWholeFile(folder / "in.ppm", "P3\n2 1\n255\n64 191 64 102 102 102\n");
   const auto applied =
       figures({"apply", "in.ppm", "--lut", "moved.json", "-o", "out.ppm", "--compare", "both.png"});
   EXPECT_EQ(applied["changed_pixels"], 1);
-  EXPECT_EQ(applied["lut"], "moved.json");
   EXPECT_EQ(read("both.png").substr(1, 3), "PNG");
   EXPECT_THAT(read("out.ppm"), testing::StartsWith("P6"));
 

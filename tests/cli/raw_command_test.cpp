@@ -16,13 +16,10 @@ TEST_F(CommandTest, RawFilesAreWrittenTakenEverywhereAndApplied) {
       run({"simulate", "-o", "a.dng", "--bayer", "gbrg", "--bits", "12", "--black", "64", "--light",
            "A", "--size", "1200x900", "--truth", "truth.json"});
   ASSERT_EQ(rendered.status, 0) << rendered.err;
-  const auto truth = nlohmann::json::parse(read("truth.json"));
-  EXPECT_EQ(truth["dng"]["bayer"], "GBRG");
   const auto valid = runProgram("exiftool", folder, {"-s3", "-validate", "-DNGVersion", "a.dng"});
   EXPECT_EQ(valid.out, "OK\n1.4.0.0\n");
 
   const auto info = nlohmann::json::parse(run({"info", "a.dng", "--json", "-"}).out);
-  EXPECT_EQ(info["width"], 600);
   EXPECT_EQ(info["capture"]["black_level"], nlohmann::json({64.0, 64.0, 64.0}));
   EXPECT_THAT(run({"info", "a.dng", "--white", "4000"}).out, HasSubstr("black 64, white 4000"));
 

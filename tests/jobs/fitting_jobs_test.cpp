@@ -116,6 +116,17 @@ TEST_F(FittingJobs, TheLumaOfHistogramsIsThatOfTheirMeans) {
 TEST(LumaMatch, IsReachedWithinAHundredthOfLightness) {
   EXPECT_FALSE(LumaMatch({1.0, 50.0, 50.011, 50.0}).reached());
   EXPECT_TRUE(LumaMatch({1.0, 50.0, 49.991, 50.0}).reached());
+  const LumaMatch half = matchLuma({{128, 64, 255}, {64, 32, 127.5}, {}});
+  EXPECT_NEAR(half.factor, 0.5, 1e-4);
+  EXPECT_NEAR(half.scaledL, half.targetL, 1e-3);
+  EXPECT_NEAR(matchLuma({{255, 255, 255}, {}, {}}).testL, 100.0, 1e-6);
+  EXPECT_NEAR(matchLuma({{255, 255, 255}, {}, {}}).factor, 0.0, 1e-5);
+  EXPECT_EQ(exposureSearch().maxSeconds, 0.0);
+  EXPECT_EQ(exposureSearch().maxEvaluations, 500000);
+  ExposureFit fit;
+  EXPECT_EQ(fit.evaluationsPerSecond(), 0.0);
+  fit.evaluations = 30, fit.seconds = 1.5;
+  EXPECT_EQ(fit.evaluationsPerSecond(), 20.0);
 }
 
 TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
@@ -135,6 +146,9 @@ TEST_F(FittingJobs, WhiteBalancePointsComeFromFilesAndGoThroughTheTransform) {
   for (const double off : {0.9e-6, 1.1e-6}) {  // of the largest target
     untrue.from[2] = {-4.0, 1.0};
     untrue.to = {{{0.0, 4.0 * off}, {1.0, 0.0}, {-4.0, 1.0}}};
+    EXPECT_EQ(untrue.meetsTargets(), off < 1e-6);
+    untrue.from = {{{0.0, 0.0}, {0.25, 0.0}, {0.0, 0.125}}};
+    untrue.to = {{{0.0, 0.25 * off}, {0.25, 0.0}, {0.0, 0.125}}};
     EXPECT_EQ(untrue.meetsTargets(), off < 1e-6);
   }
 

@@ -54,7 +54,8 @@ TEST_F(GammaJobs, FilesGoOutAndComeBackWithTheirNotes) {
   const CurveImportReport report = importCurves(model, files);
   ASSERT_EQ(report.curves.size(), 2u);
   EXPECT_EQ(report.curves[0].curve.channels, exported.curve.channels);
-  EXPECT_EQ(report.curves[0].fileTables.size(), 3u);
+  ASSERT_EQ(report.curves[0].fileTables.size(), 3u);
+  EXPECT_EQ(report.curves[0].fileTables[1].channel, CurveChannel::Green);
   EXPECT_EQ(report.curves[1].fileTables.at(0).bits, 10);
   ASSERT_FALSE(report.curves[1].notes.empty());
   EXPECT_NE(model.GetGammaCurveByName(report.curves[1].curve.name), nullptr);
@@ -183,6 +184,10 @@ TEST_F(GammaJobs, CurvesAreMadeOfOthers) {
        {std::pair{CurveChannel::Red, 2.0}, {CurveChannel::Green, 1.5}, {CurveChannel::Blue, 3.0}})
     EXPECT_EQ(showCurve(*powers, {channel, 16}).points,
               showCurve(*powerCurve(power), {CurveChannel::All, 16}).points);
+  EXPECT_NO_THROW(showCurve(*powers, {CurveChannel::All, 256}));
+  const GammaCurvePtr same = invertedCurve(*powerCurve(1.0));
+  for (int i = 0; i < 1024; ++i)
+    EXPECT_NEAR(same->Data()->at(static_cast<std::size_t>(i)), 16383.0 * i / 1023.0, 1.6) << i;
   EXPECT_THROW(powerCurve(NAN), std::invalid_argument);
   (*root->Data())[7] = 0;
   EXPECT_THROW(invertedCurve(*root), JobError);

@@ -109,6 +109,8 @@ TEST(Profile, TellsTheTemperatureOfALightWithoutASpectrumByItsGains) {
     EXPECT_EQ(published.lights[0].kelvin, kelvin);
     EXPECT_EQ(published.lights[0].source, KelvinSource::published);
   }
+  EXPECT_NO_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), 25000.0}}));
+  EXPECT_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), 25001.0}}), std::invalid_argument);
   EXPECT_THROW(profileOf({}), std::invalid_argument);
   EXPECT_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), 999.0}}), std::invalid_argument);
   EXPECT_THROW(profileOf({{fitUnder(illum_A, 0.1, 2.0), {}}, {fitUnder(illum_A, 0.2, 2.0), {}}}),
