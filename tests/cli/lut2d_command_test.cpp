@@ -29,9 +29,8 @@ TEST_F(Lut2dCommandTest, FromAnIdentityToAMovedPicture) {
   EXPECT_EQ(table, file("table.json"));
   EXPECT_EQ(table["l_boundary_start_b"], 0.1);
 
-  const auto drag = figures({"adjust", "table.json", "--at", "118,0.52", "--by", "-30,0.1",
-                             "--range", "2,3", "-o", "moved.json"});
-  EXPECT_EQ(drag["row"], 8);
+  figures({"adjust", "table.json", "--at", "118,0.52", "--by", "-30,0.1", "--range", "2,3", "-o",
+           "moved.json"});
   EXPECT_EQ(file("moved.json")["lut_2d_h"][8][8], -30.0);
   figures({"show", "moved.json", "--plot", "wheel.svg"});
   EXPECT_THAT(read("wheel.svg"), HasSubstr("<polygon"));

@@ -16,7 +16,6 @@ TEST_F(CommandTest, SimulateWritesThePictureAndItsTruth) {
   EXPECT_THAT(outcome.out, testing::EndsWith(read("truth.json").substr(1)));
   const auto truth = nlohmann::json::parse(outcome.out);
   EXPECT_EQ(truth["file"], "chart.png");
-  EXPECT_EQ(truth["light"], "A");
   EXPECT_NEAR(truth["turn_deg"].get<double>(), 270.0, 1e-9);
   ASSERT_EQ(truth["centres"].size(), 24u);
 }

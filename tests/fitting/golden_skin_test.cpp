@@ -130,6 +130,8 @@ TEST(SkinCalibrate, AgreesWithPlainLoops) {
 // A float holds no more than 3.4e38.
 TEST(SkinCalibrate, WhatIsBeyondAFloatIsInfiniteWithItsSign) {
   SkinColorLib lib;
+  for (const CDoubleMatrix* matrix : {&lib.GetCCM_T84(), &lib.GetCCM_A(), &lib.GetCCM_D65()})
+    EXPECT_EQ(*matrix, CDoubleMatrix(3, 3));  // to be filled in place
   lib.GetMCCRGB_D65() = lib.GetMCCRGB_A() = lib.GetMCCRGB_T84() = chart(0.6, 0.7, 1.0);
   lib.GetCCM_T84() = lib.GetCCM_A() = lib.GetCCM_D65() = meye(3);
   for (const double sign : {1.0, -1.0}) {
