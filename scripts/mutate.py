@@ -90,7 +90,8 @@ Fault = collections.namedtuple("Fault", "path line kind old new")
 def harmless_faults():
     """{(path, old line, new line), ...} of the survivors that were looked at and change nothing anyone could notice.
 
-    The file has blocks of four lines or more: path, "-" and the old line, "+" and the new one, the reason.
+    The file has blocks of four lines or more: path, "-" and the old line, "+" and the new one, the reason. An old line
+    must stand in its file once, so that none is meant that has changed since, or another like it.
     """
     faults = set()
     for block in (ROOT / "scripts" / "harmless_faults.txt").read_text().strip().split("\n\n"):
@@ -99,7 +100,11 @@ def harmless_faults():
             continue
         if len(lines) < 4 or lines[1][:2] != "- " or lines[2][:2] != "+ " or not lines[3].strip():
             sys.exit(f"scripts/harmless_faults.txt: this is not path, - old, + new and a reason:\n{block}")
-        faults.add((lines[0], lines[1][2:], lines[2][2:]))
+        path, old, new = lines[0], lines[1][2:], lines[2][2:]
+        found = [line.strip() for line in (ROOT / path).read_text().split("\n")].count(old)
+        if found != 1:
+            sys.exit(f"scripts/harmless_faults.txt: in {path} this line stands {found} times: {old}")
+        faults.add((path, old, new))
     return faults
 
 
@@ -209,7 +214,7 @@ def copy_tree(copy):
 
 
 class Trial:
-    """The scratch copy and build, in turn for each folder."""
+    """The scratch copy and build, which the folders use one after the other."""
 
     def __init__(self, folder, work, jobs):
         self.folder, self.jobs, self.tests = folder, jobs, TESTS.get(folder, folder)

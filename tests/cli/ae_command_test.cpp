@@ -40,6 +40,10 @@ TEST_F(AeCommandTest, FitsPicturesOfAFileAndOfTheCommandLine) {
   EXPECT_THAT(read("t.svg"), HasSubstr("reached = wanted"));
 
   EXPECT_THAT(run({"ae", "fit.json", "--time", "0.05"}).out, HasSubstr("best"));
+  writeWholeFile(folder / "idle.json",
+                 R"({"parameters_enable": [0, 0, 0, 0, 0, 0, 0, 0, 0],
+                     "images": [{"picture": "dark.pgm", "newTarget": 25}]})");
+  EXPECT_THAT(run({"ae", "idle.json"}).out, HasSubstr("1 image: no group is enabled"));
 }
 
 TEST_F(AeCommandTest, MatchesLuma) {

@@ -110,6 +110,10 @@ TEST_F(ChartCommands, ARefusedPhotographCanBeSeenAndBroughtToAMatrixByItsCorners
   const json result = fit("soft.png", corners);
   EXPECT_EQ(result["chart"]["method"], "corners");
   EXPECT_LT(result["delta_e"]["cie76"]["mean"], 5.0);
+  std::vector<std::string> skin = {"skin",     "soft.png", "soft.png",
+                                   "soft.png", "--ccm",    "1,0,0,0,1,0,0,0,1"};
+  skin.insert(skin.end(), corners.begin(), corners.end());
+  EXPECT_EQ(run(skin).status, 0);
 }
 
 TEST_F(ChartCommands, BadInputGetsOneSentence) {

@@ -42,6 +42,7 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
                              HasSubstr("At 4000 K: 44.4 % A, the rest D65")));
   EXPECT_THAT(read("both.json"), testing::AllOf(HasSubstr("\"ct\": 2700"), HasSubstr("6503")));
   EXPECT_THAT(read("p.json"), HasSubstr("\"kelvin_from\": \"given\""));
+  EXPECT_EQ(run({"profile", "A", "D65=d65.png"}).status, 2);
   const Outcome three =
       run({"profile", "A=a.png", "D65=d65.png", "D50=missing", "--export", "dcp=x"});
   EXPECT_EQ(three.status, 2);
@@ -60,6 +61,7 @@ TEST_F(ExportOptionsOfCommands, EveryResultHasItsFormats) {
   EXPECT_EQ(read("same.png"), read("then.png"));
 
   EXPECT_EQ(run({"lut2d", "show", "table.json", "--export", "cube17=table.cube"}).status, 0);
+  EXPECT_THAT(read("table.cube"), HasSubstr("LUT_3D_SIZE 17"));
 }
 
 TEST_F(ExportOptionsOfCommands, WhatCantBeWrittenLeavesNothing) {

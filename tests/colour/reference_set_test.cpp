@@ -49,6 +49,9 @@ TEST(Lights, NamesRoundTripAndUnknownOnesAreEmpty) {
 
 TEST(WhiteAdaptation, RefusesAWhiteWithoutResponse) {
   EXPECT_THROW(DeltaECWhiteAdapt({0, 0, 0}, {95, 100, 108}, 1.0), NumericError);
+}
+
+TEST(WhiteAdaptation, InvertsAndMultipliesMatrices) {
   constexpr Matrix3 kHalf{{{0, 0.5, 0}, {0, 0, 0.5}, {0.5, 0, 0}}},
       kTwice{{{0, 0, 2}, {2, 0, 0}, {0, 2, 0}}};
   EXPECT_EQ(DeltaECWhiteAdapt::Matrix3x3Invert(kHalf), kTwice);

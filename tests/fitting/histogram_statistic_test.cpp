@@ -58,15 +58,5 @@ TEST(PercentileGuide, FindsWhatTheWholeSearchFinds) {
   }
 }
 
-TEST(PercentileGuide, LeavesFewBinsToSearch) {
-  std::array<double, 256> data;
-  for (std::size_t i = 0; i < 256; ++i) data[i] = static_cast<double>(i + 1) / 256.0;
-  const PercentileGuide guide(data);
-  for (int step = 0; step <= 1024; ++step) {
-    const auto [lo, hi] = guide.around(step / 1024.0);
-    EXPECT_LE(hi - lo, 3) << step;
-  }
-}
-
 }  // namespace
 }  // namespace greycard

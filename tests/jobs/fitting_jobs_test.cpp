@@ -121,6 +121,9 @@ TEST(LumaMatch, IsReachedWithinAHundredthOfLightness) {
   EXPECT_NEAR(half.scaledL, half.targetL, 1e-3);
   EXPECT_NEAR(matchLuma({{255, 255, 255}, {}, {}}).testL, 100.0, 1e-6);
   EXPECT_NEAR(matchLuma({{255, 255, 255}, {}, {}}).factor, 0.0, 1e-5);
+}
+
+TEST(ExposureFit, EndsOnEvaluationsNotOnAClock) {
   EXPECT_EQ(exposureSearch().maxSeconds, 0.0);
   EXPECT_EQ(exposureSearch().maxEvaluations, 500000);
   ExposureFit fit;

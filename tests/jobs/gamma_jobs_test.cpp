@@ -179,18 +179,22 @@ TEST_F(GammaJobs, CurvesAreMadeOfOthers) {
   for (int i = 3; i < 64; ++i) late += " " + std::to_string(4 * i);
   EXPECT_EQ(invertedCurve(*model.ImportText("late", late).curve)->Data()->at(0),
             std::lround(16383.0 * 16.0 / 1023.0));
-  const GammaCurvePtr powers = mergedCurve("p", *root, *powerCurve(1.5), *powerCurve(3.0));
-  for (const auto& [channel, power] :
-       {std::pair{CurveChannel::Red, 2.0}, {CurveChannel::Green, 1.5}, {CurveChannel::Blue, 3.0}})
-    EXPECT_EQ(showCurve(*powers, {channel, 16}).points,
-              showCurve(*powerCurve(power), {CurveChannel::All, 16}).points);
-  EXPECT_NO_THROW(showCurve(*powers, {CurveChannel::All, 256}));
   const GammaCurvePtr same = invertedCurve(*powerCurve(1.0));
   for (int i = 0; i < 1024; ++i)
     EXPECT_NEAR(same->Data()->at(static_cast<std::size_t>(i)), 16383.0 * i / 1023.0, 1.6) << i;
   EXPECT_THROW(powerCurve(NAN), std::invalid_argument);
   (*root->Data())[7] = 0;
   EXPECT_THROW(invertedCurve(*root), JobError);
+}
+
+TEST_F(GammaJobs, ACurveWithoutPointsIsShownBySamplesOfItsChannel) {
+  const GammaCurvePtr powers =
+      mergedCurve("p", *powerCurve(2.0), *powerCurve(1.5), *powerCurve(3.0));
+  for (const auto& [channel, power] :
+       {std::pair{CurveChannel::Red, 2.0}, {CurveChannel::Green, 1.5}, {CurveChannel::Blue, 3.0}})
+    EXPECT_EQ(showCurve(*powers, {channel, 16}).points,
+              showCurve(*powerCurve(power), {CurveChannel::All, 16}).points);
+  EXPECT_NO_THROW(showCurve(*powers, {CurveChannel::All, 256}));
 }
 
 TEST_F(GammaJobs, OptionsAndCurvesThatCantBeAreRefused) {

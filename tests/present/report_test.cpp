@@ -6,7 +6,6 @@
 
 #include "greycard/present/chart.h"
 #include "greycard/present/verdict.h"
-#include "svg_labels.h"
 
 namespace greycard::present {
 namespace {
@@ -33,31 +32,6 @@ TEST(ColourVerdict, GradesByTheStatedScale) {
     EXPECT_EQ(verdict.grade, c.grade);
     EXPECT_EQ(std::isnan(verdict.percentile95), std::isnan(c.percentile));
     EXPECT_FALSE(std::abs(verdict.percentile95 - c.percentile) > 1e-12) << verdict.percentile95;
-  }
-}
-
-TEST(Labels, CoverNeitherEachOtherNorMarkersNorTheEdge) {
-  std::mt19937 random(7);
-  const PatchRegion area{50, 40, 500, 400};
-  std::vector<Label> labels;
-  std::vector<Point2> points;
-  for (int i = 0; i < 24; ++i) {
-    points.push_back(
-        {250.0 + static_cast<double>(random() % 120), 200.0 + static_cast<double>(random() % 90)});
-    labels.push_back({points.back(), 14, 11});
-  }
-  labels[0].point = points[0] = {549, 41};
-  const auto places = placeLabels(labels, points, area);
-  const auto meet = [](const Point2& a, const Point2& b, double width, double height) {
-    return std::abs(a.x - b.x) < width && std::abs(a.y - b.y) < height;
-  };
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    const Point2 corner = places[i].corner;
-    EXPECT_TRUE(corner.x >= 50 && corner.x <= 536 && corner.y >= 40 && corner.y <= 429) << i;
-    for (std::size_t k = 0; k < i; ++k)
-      EXPECT_FALSE(meet(corner, places[k].corner, 14, 11)) << i << " and " << k;
-    for (const Point2& point : points)
-      EXPECT_FALSE(meet({corner.x + 7, corner.y + 5.5}, point, 7, 5.5)) << i;
   }
 }
 
